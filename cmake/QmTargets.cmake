@@ -1,0 +1,37 @@
+# Helpers that every folder's CMakeLists uses, so that one place holds the flags.
+#   qm_library(name SOURCES ... LIBS ...)   a static library of one src/ folder
+#   qm_test(name SOURCES ... LIBS ...)      a GoogleTest program whose cases ctest lists one by one
+
+add_library(qm_flags INTERFACE)
+target_include_directories(qm_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
+# -ffp-contract=off: the native and the Windows build must truncate the same doubles.
+target_compile_options(qm_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
+    -Wshadow -Wold-style-cast -Werror -ffp-contract=off)
+if(WIN32)
+    target_compile_definitions(qm_flags INTERFACE UNICODE _UNICODE NOMINMAX __USE_MINGW_ANSI_STDIO=1)
+    target_link_options(qm_flags INTERFACE -static)
+endif()
+if(QM_SANITIZE)
+    # The library-wide "no recovery" turns every finding into a failed test.
+    add_compile_options(-fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+if(QM_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
+function(qm_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC qm_flags ${arg_LIBS})
+endfunction()
+
+function(qm_test name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+    target_link_libraries(${name} PRIVATE qm_flags ${arg_LIBS} GTest::gtest_main)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120)
+endfunction()
