@@ -1,0 +1,6 @@
+// <oaidl.h> for systems other than Windows: automation types.
+#pragma once
+
+#include "platform/posix/bstr.h"
+#include "platform/posix/unknown.h"
+#include "platform/posix/variant.h"

@@ -1,0 +1,8 @@
+// <ole2.h> for systems other than Windows: streams, strings, variants.
+#pragma once
+
+#include "platform/posix/bstr.h"
+#include "platform/posix/connection.h"
+#include "platform/posix/stream.h"
+#include "platform/posix/unknown.h"
+#include "platform/posix/variant.h"

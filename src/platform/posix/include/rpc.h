@@ -1,0 +1,4 @@
+// <rpc.h> for systems other than Windows: what generated headers expect of it, the basic types.
+#pragma once
+
+#include "platform/posix/types.h"

@@ -1,0 +1,4 @@
+// <windows.h> for systems other than Windows: basic types.
+#pragma once
+
+#include "platform/posix/types.h"
