@@ -1,6 +1,7 @@
-// The generated interface header: identifiers agree between header and definitions, enumeration values, and that a class can
-// implement the interfaces with the types both systems share.
+// The generated interface header: identifiers agree between header and definitions, enumeration
+// values, and that a class can implement the interfaces with the types both systems share.
 #include <gtest/gtest.h>
+#include <ocidl.h>
 #include <qmfilter.h>
 
 #include <set>

@@ -1,8 +1,9 @@
 // ISequentialStream, IStream and the two makers of streams: on global memory and on files.
 //
-// Behaviour that callers may meet on both systems: a Read past the end answers S_OK with a short count on memory and S_FALSE
-// on files, so look at the count only; a Seek before the start fails and leaves the position. memory_stream.cpp,
-// file_stream.cpp. Test: tests/platform/stream_test.cpp.
+// Behaviour that callers may meet on both systems: a Read past the end answers S_OK with a short
+// count on memory and S_FALSE on files, so look at the count only; a Seek before the start fails
+// and leaves the position. memory_stream.cpp, file_stream.cpp. Test:
+// tests/platform/stream_test.cpp.
 #pragma once
 
 #include "platform/posix/unknown.h"
@@ -42,31 +43,39 @@ ISequentialStream : public IUnknown {
 
 MIDL_INTERFACE("0000000c-0000-0000-C000-000000000046")
 IStream : public ISequentialStream {
-    // `position` may be null. Beyond the end is allowed; the gap reads as 0 once something is written behind it.
-    virtual HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* position) = 0;
+    // `position` may be null. Beyond the end is allowed; the gap reads as 0 once something is
+    // written behind it.
+    virtual HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD origin,
+                                           ULARGE_INTEGER * position) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER size) = 0;
-    virtual HRESULT STDMETHODCALLTYPE CopyTo(IStream * target, ULARGE_INTEGER bytes, ULARGE_INTEGER * read,
-                                             ULARGE_INTEGER * written) = 0;
+    virtual HRESULT STDMETHODCALLTYPE CopyTo(IStream * target, ULARGE_INTEGER bytes,
+                                             ULARGE_INTEGER * read, ULARGE_INTEGER * written) = 0;
     virtual HRESULT STDMETHODCALLTYPE Commit(DWORD flags) = 0;
     virtual HRESULT STDMETHODCALLTYPE Revert() = 0;
-    virtual HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER offset, ULARGE_INTEGER bytes, DWORD type) = 0;
-    virtual HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER offset, ULARGE_INTEGER bytes, DWORD type) = 0;
+    virtual HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER offset, ULARGE_INTEGER bytes,
+                                                 DWORD type) = 0;
+    virtual HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER offset, ULARGE_INTEGER bytes,
+                                                   DWORD type) = 0;
     // Without STATFLAG_NONAME the name, if the stream has one, is the caller's (CoTaskMemFree).
     virtual HRESULT STDMETHODCALLTYPE Stat(STATSTG * status, DWORD flags) = 0;
     virtual HRESULT STDMETHODCALLTYPE Clone(IStream * *stream) = 0;
 };
 using LPSTREAM = IStream*;
 
-__CRT_UUID_DECL(ISequentialStream, 0x0c733a30, 0x2a1c, 0x11ce, 0xad, 0xe5, 0x00, 0xaa, 0x00, 0x44, 0x77, 0x3d)
+__CRT_UUID_DECL(ISequentialStream, 0x0c733a30, 0x2a1c, 0x11ce, 0xad, 0xe5, 0x00, 0xaa, 0x00, 0x44,
+                0x77, 0x3d)
 __CRT_UUID_DECL(IStream, 0x0000000c, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
 
 extern "C" const IID IID_ISequentialStream;
 extern "C" const IID IID_IStream;
 
-// Stream over a movable block (null: a new, empty one). With `deleteOnRelease` the last Release frees the block.
+// Stream over a movable block (null: a new, empty one). With `deleteOnRelease` the last Release
+// frees the block.
 HRESULT CreateStreamOnHGlobal(HGLOBAL memory, BOOL deleteOnRelease, IStream** stream) noexcept;
-// The block behind such a stream; it may be larger than the stream. E_INVALIDARG for any other stream.
+// The block behind such a stream; it may be larger than the stream. E_INVALIDARG for any other
+// stream.
 HRESULT GetHGlobalFromStream(IStream* stream, HGLOBAL* memory) noexcept;
-// Stream over a file. `mode`: STGM_READ, STGM_WRITE or STGM_READWRITE, with STGM_CREATE to truncate or make it; sharing bits
-// are accepted and not enforced. A missing file or one without permission gives a failure and a null stream.
+// Stream over a file. `mode`: STGM_READ, STGM_WRITE or STGM_READWRITE, with STGM_CREATE to truncate
+// or make it; sharing bits are accepted and not enforced. A missing file or one without permission
+// gives a failure and a null stream.
 HRESULT SHCreateStreamOnFileW(LPCWSTR path, DWORD mode, IStream** stream) noexcept;

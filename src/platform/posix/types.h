@@ -1,9 +1,11 @@
-// Integer types, GUIDs, status codes and calling-convention words of the Windows SDK, for other systems.
+// Integer types, GUIDs, status codes and calling-convention words of the Windows SDK, for other
+// systems.
 //
-// Only names the SDK has, with the SDK's sizes; the headers in include/ hand them out as <windows.h>, <ole2.h>, ... and are
-// on the include path only when the target is not Windows. LONG is 32 bits here (int) and there (long): print it as
-// static_cast<int> with %d. wchar_t is the wide character of both systems although it is 4 bytes here and 2 there, so that
-// literals and wcs functions work: wide characters never go into files. Test: tests/platform/types_test.cpp.
+// Only names the SDK has, with the SDK's sizes; the headers in include/ hand them out as
+// <windows.h>, <ole2.h>, ... and are on the include path only when the target is not Windows. LONG
+// is 32 bits here (int) and there (long): print it as static_cast<int> with %d. wchar_t is the wide
+// character of both systems although it is 4 bytes here and 2 there, so that literals and wcs
+// functions work: wide characters never go into files. Test: tests/platform/types_test.cpp.
 #pragma once
 
 #include <cstddef>
@@ -48,7 +50,8 @@ struct FILETIME {
     DWORD dwHighDateTime;
 };
 
-// The SDK's unions also carry the halves as nameless members; ISO C++ has no nameless structs, so `u` and `QuadPart` are all.
+// The SDK's unions also carry the halves as nameless members; ISO C++ has no nameless structs, so
+// `u` and `QuadPart` are all.
 union LARGE_INTEGER {
     struct Halves {
         DWORD LowPart;
@@ -65,7 +68,8 @@ union ULARGE_INTEGER {
     ULONGLONG QuadPart;
 };
 
-// NOLINTBEGIN: the SDK's own macro names; the generated interface headers are written in terms of them.
+// NOLINTBEGIN: the SDK's own macro names; the generated interface headers are written in terms of
+// them.
 #define TRUE 1
 #define FALSE 0
 #define MAX_PATH 260
@@ -110,18 +114,21 @@ inline bool IsEqualGUID(REFGUID a, REFGUID b) noexcept { return a == b; }
 inline bool IsEqualIID(REFIID a, REFIID b) noexcept { return a == b; }
 inline bool IsEqualCLSID(REFCLSID a, REFCLSID b) noexcept { return a == b; }
 
-// The identifier that __CRT_UUID_DECL attached to a type; __uuidof(T) and __uuidof(pointer) ask for it.
+// The identifier that __CRT_UUID_DECL attached to a type; __uuidof(T) and __uuidof(pointer) ask for
+// it.
 template <typename T>
 struct UuidOfType;
 template <typename T>
 struct UuidOfType<T*> : UuidOfType<T> {};
 
 // NOLINTBEGIN: names the generated headers and the compilers for Windows share.
-#define __CRT_UUID_DECL(type, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)                          \
-    template <>                                                                                   \
-    struct UuidOfType<type> {                                                                     \
-        static constexpr GUID value = {l, w1, w2, {b1, b2, b3, b4, b5, b6, b7, b8}};              \
-    };
+#define __CRT_UUID_DECL(type, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)             \
+    extern "C++" {                                                                   \
+    template <>                                                                      \
+    struct UuidOfType<type> {                                                        \
+        static constexpr GUID value = {l, w1, w2, {b1, b2, b3, b4, b5, b6, b7, b8}}; \
+    };                                                                               \
+    }
 #define __uuidof(x) (UuidOfType<__typeof(x)>::value)
 #ifdef INITGUID
 #define DEFINE_GUID(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8) \

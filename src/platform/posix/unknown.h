@@ -1,14 +1,15 @@
 // IUnknown, IDispatch and IClassFactory, as the SDK's <unknwn.h> and <oaidl.h> declare them.
 //
-// Interfaces have no virtual destructor: it would shift the methods that follow. Identifiers are defined in
-// identifiers.cpp. Tests: tests/platform/com_object_test.cpp, class_table_test.cpp.
+// Interfaces have no virtual destructor: it would shift the methods that follow. Identifiers are
+// defined in identifiers.cpp. Tests: tests/platform/com_object_test.cpp, class_table_test.cpp.
 #pragma once
 
 #include "platform/posix/types.h"
 
 MIDL_INTERFACE("00000000-0000-0000-C000-000000000046")
 IUnknown {
-    // Sets *object to the interface, with a reference of the caller's, or to null with E_NOINTERFACE.
+    // Sets *object to the interface, with a reference of the caller's, or to null with
+    // E_NOINTERFACE.
     virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) = 0;
     virtual ULONG STDMETHODCALLTYPE AddRef() = 0;
     virtual ULONG STDMETHODCALLTYPE Release() = 0;
@@ -27,8 +28,8 @@ MIDL_INTERFACE("00020400-0000-0000-C000-000000000046")
 IDispatch : public IUnknown {
     virtual HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT * count) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo * *info) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR * names, UINT count, LCID locale,
-                                                    DISPID * ids) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR * names, UINT count,
+                                                    LCID locale, DISPID * ids) = 0;
     virtual HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID riid, LCID locale, WORD flags,
                                              DISPPARAMS * parameters, tagVARIANT * result,
                                              EXCEPINFO * exception, UINT * argument) = 0;
@@ -37,13 +38,17 @@ IDispatch : public IUnknown {
 MIDL_INTERFACE("00000001-0000-0000-C000-000000000046")
 IClassFactory : public IUnknown {
     // `outer` is the controlling object when the new one is to be aggregated, else null.
-    virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown * outer, REFIID riid, void** object) = 0;
+    virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown * outer, REFIID riid,
+                                                     void** object) = 0;
     virtual HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) = 0;
 };
 
-__CRT_UUID_DECL(IUnknown, 0x00000000, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
-__CRT_UUID_DECL(IDispatch, 0x00020400, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
-__CRT_UUID_DECL(IClassFactory, 0x00000001, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
+__CRT_UUID_DECL(IUnknown, 0x00000000, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
+                0x46)
+__CRT_UUID_DECL(IDispatch, 0x00020400, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
+                0x46)
+__CRT_UUID_DECL(IClassFactory, 0x00000001, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
+                0x46)
 
 extern "C" const IID IID_IUnknown;
 extern "C" const IID IID_IDispatch;

@@ -1,7 +1,8 @@
 // VARIANT and its functions, for the value types the filters exchange with a host.
 //
-// Types in use: VT_EMPTY, VT_NULL, VT_I2, VT_I4, VT_UI1, VT_UI4, VT_R4, VT_R8, VT_BOOL, VT_BSTR, VT_UNKNOWN, VT_DISPATCH.
-// Others are copied by value and cannot be changed. Test: tests/platform/variant_test.cpp.
+// Types in use: VT_EMPTY, VT_NULL, VT_I2, VT_I4, VT_UI1, VT_UI4, VT_R4, VT_R8, VT_BOOL, VT_BSTR,
+// VT_UNKNOWN, VT_DISPATCH. Others are copied by value and cannot be changed. Test:
+// tests/platform/variant_test.cpp.
 #pragma once
 
 #include "platform/posix/unknown.h"
@@ -68,8 +69,11 @@ inline constexpr USHORT VARIANT_NOVALUEPROP = 1;
 void VariantInit(VARIANT* value) noexcept;
 // Frees a string, releases an object, and leaves VT_EMPTY.
 HRESULT VariantClear(VARIANT* value) noexcept;
-// Clears `target`, then copies: a string is duplicated, an object referenced. `target` == `source` is allowed.
+// Clears `target`, then copies: a string is duplicated, an object referenced. `target` == `source`
+// is allowed.
 HRESULT VariantCopy(VARIANT* target, const VARIANT* source) noexcept;
-// Converts into `target` (which may be `source`). Reals become integers by rounding half to even; true is -1 as a number.
-// DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW or DISP_E_BADVARTYPE leave `target` as it was. `flags` is not used.
-HRESULT VariantChangeType(VARIANT* target, const VARIANT* source, USHORT flags, VARTYPE type) noexcept;
+// Converts into `target` (which may be `source`). Reals become integers by rounding half to even;
+// true is -1 as a number. DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW or DISP_E_BADVARTYPE leave `target`
+// as it was. `flags` is not used.
+HRESULT VariantChangeType(VARIANT* target, const VARIANT* source, USHORT flags,
+                          VARTYPE type) noexcept;

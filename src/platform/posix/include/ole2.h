@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/posix/bstr.h"
-#include "platform/posix/connection.h"
 #include "platform/posix/stream.h"
 #include "platform/posix/unknown.h"
 #include "platform/posix/variant.h"
