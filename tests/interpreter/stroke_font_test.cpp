@@ -1,0 +1,178 @@
+// The stroke font: the encoding of all glyphs, the letters behind the codes, the letters' shapes.
+#include "interpreter/attributes/stroke_font.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "interpreter/attributes/stroke_font_encoding.h"
+
+namespace qm {
+
+bool operator==(const GlyphStroke& a, const GlyphStroke& b) {
+    return a.x == b.x && a.y == b.y && a.down == b.down;
+}
+
+void PrintTo(const GlyphStroke& stroke, std::ostream* out) {
+    *out << (stroke.down ? "down " : "up ") << stroke.x << ',' << stroke.y;
+}
+
+namespace {
+
+using Strokes = std::vector<GlyphStroke>;
+
+Strokes StrokesOf(int code, int characterSet = 0) {
+    Strokes strokes;
+    GlyphCursor cursor(StrokeGlyph(code, characterSet));
+    while (const auto stroke = cursor.Next()) strokes.push_back(*stroke);
+    EXPECT_FALSE(cursor.Next()) << "the cursor stays at the end, code " << code;
+    return strokes;
+}
+
+int CodeOf(char c) { return static_cast<unsigned char>(c); }
+
+Strokes Mirrored(Strokes strokes) {
+    for (GlyphStroke& stroke : strokes) stroke.x = 12 - stroke.x;
+    return strokes;
+}
+
+// The lowest and the highest y of a glyph.
+struct Extent {
+    int bottom = 99;
+    int top = -99;
+};
+
+Extent ExtentOf(int code) {
+    Extent extent;
+    for (const GlyphStroke& stroke : StrokesOf(code)) {
+        extent.bottom = std::min(extent.bottom, stroke.y);
+        extent.top = std::max(extent.top, stroke.y);
+    }
+    return extent;
+}
+
+TEST(StrokeFont, EncodesTheOutlinesThatPlotsRelyOn) {
+    const auto up = [](int x, int y) { return GlyphStroke{x, y, false}; };
+    const auto down = [](int x, int y) { return GlyphStroke{x, y, true}; };
+    EXPECT_EQ(StrokesOf('A'), (Strokes{up(10, 4), down(2, 4), up(2, 0), down(2, 4), down(6, 12),
+                                       down(10, 4), down(10, 0)}));
+    EXPECT_EQ(StrokesOf('1'), (Strokes{up(4, 10), down(6, 12), down(6, 0), up(4, 0), down(8, 0)}));
+    EXPECT_EQ(StrokesOf('-'), (Strokes{up(2, 6), down(10, 6)}));
+    EXPECT_EQ(StrokesOf(' '), Strokes{});
+    // The bytes themselves: a negative y, a pen bit, the leading and the closing byte.
+    const unsigned char underscore[] = {8, 62, 0xFD, 0x80 | 74, 0xFD, 0};
+    EXPECT_TRUE(std::equal(std::begin(underscore), std::end(underscore), StrokeFont['_' - 32]));
+}
+
+TEST(StrokeFont, EveryGlyphIsWellFormed) {
+    for (int code = 32; code < 256; ++code) {
+        SCOPED_TRACE(code);
+        const unsigned char* glyph = StrokeGlyph(code);
+        ASSERT_NE(glyph, nullptr);
+        EXPECT_EQ(glyph, StrokeFont[static_cast<std::size_t>(code - 32)]);
+        EXPECT_TRUE(glyph[0] == 6 || glyph[0] == 8);
+        const Strokes strokes = StrokesOf(code);
+        EXPECT_EQ(strokes.empty(), code == 32 || code == 127 || code == 160);
+        EXPECT_LT(strokes.size(), 40u);
+        for (std::size_t i = 0; i < strokes.size(); ++i) {
+            const GlyphStroke& stroke = strokes[i];
+            EXPECT_TRUE(stroke.x >= 0 && stroke.x <= 12 && stroke.y >= -4 && stroke.y <= 16);
+            if (i == 0) {
+                EXPECT_FALSE(stroke.down);
+                continue;
+            }
+            EXPECT_TRUE(stroke.down || strokes[i - 1].down) << "a move that draws nothing";
+            EXPECT_FALSE(stroke.x == strokes[i - 1].x && stroke.y == strokes[i - 1].y);
+        }
+        EXPECT_TRUE(strokes.empty() || strokes.back().down);
+    }
+}
+
+// Code page 850 at 128-158, as the Latin-1 letters it must show; 159, the florin sign, has no
+// letter to share.
+TEST(StrokeFont, CodesShareAGlyphExactlyWhenTheyShowTheSameCharacter) {
+    constexpr std::u32string_view kPage850 = U"ÇüéâäàåçêëèïîìÄÅÉæÆôöòûùÿÖÜø£Ø×";
+    const auto shown = [&](int code) {
+        if (code == 127 || code == 160) return 32;
+        if (code == 173) return int{'-'};
+        if (code < 128 || code > 158) return code;
+        return static_cast<int>(kPage850[static_cast<std::size_t>(code - 128)]);
+    };
+    for (int a = 32; a < 256; ++a) {
+        for (int b = a + 1; b < 256; ++b) {
+            EXPECT_EQ(StrokesOf(a) == StrokesOf(b), shown(a) == shown(b)) << a << " and " << b;
+        }
+    }
+}
+
+TEST(StrokeFont, MappedCodesShowTheLettersOfTheirCharacterSet) {
+    struct Row {
+        int code;
+        int characterSet;
+        char32_t letter;
+    };
+    const Row rows[] = {
+        {249, 36, U'Ø'}, {250, 36, U'ø'}, {251, 36, U'å'}, {252, 36, U'æ'}, {225, 36, U'á'},
+        {225, 39, U'ß'}, {129, 39, U'ü'}, {132, 39, U'ä'}, {249, 39, U'ù'}, {154, 0, U'Ü'},
+        {225, 0, U'á'},  {252, 0, U'ü'},  {248, 36, U'ø'}, {253, 36, U'ý'},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(StrokesOf(row.code, row.characterSet), StrokesOf(static_cast<int>(row.letter)))
+            << row.code << " under set " << row.characterSet;
+    }
+}
+
+TEST(StrokeFont, OtherCodesDrawNothing) {
+    for (const int code : {-1, 0, 15, 31, 256, 1000}) {
+        EXPECT_EQ(StrokeGlyph(code), nullptr) << code;
+        EXPECT_EQ(StrokesOf(code), Strokes{}) << code;
+    }
+}
+
+// Wrong digits in an outline show up as letters off the line, lost accents or lopsided brackets.
+TEST(StrokeFont, LettersKeepTheirLines) {
+    struct Row {
+        std::string_view letters;
+        int bottom;
+        int top;
+    };
+    const Row rows[] = {
+        {"ABCDEFGHIJKLMNOPRSTUVWXYZ0123456789", 0, 12},
+        {"acemnorsuvwxz", 0, 8},
+        {"bdfhkl", 0, 12},
+        {"gpqy", -4, 8},
+        {"\xC0\xC1\xC2\xC8\xC9\xCA\xCC\xCD\xCE\xD2\xD3\xD4\xD9\xDA\xDB\xDD\xC5", 0, 15},
+        {"\xC3\xC4\xCB\xCF\xD1\xD5\xD6\xDC", 0, 14},
+        {"\xE0\xE1\xE2\xE5\xE8\xE9\xEA\xEC\xED\xEE\xF2\xF3\xF4\xF9\xFA\xFB", 0, 12},
+        {"ij\xE3\xE4\xEB\xEF\xF1\xF5\xF6\xFC", 0, 11},
+        {"\xE7", -4, 8},
+        {"\xC7", -4, 12},
+    };
+    for (const Row& row : rows) {
+        for (const char letter : row.letters) {
+            const Extent extent = ExtentOf(CodeOf(letter));
+            EXPECT_EQ(extent.bottom, letter == 'j' ? -4 : row.bottom) << CodeOf(letter);
+            EXPECT_EQ(extent.top, row.top) << CodeOf(letter);
+        }
+    }
+    for (const std::string_view pair : {"()", "[]", "{}", "<>", "/\\", "\xAB\xBB"}) {
+        EXPECT_EQ(StrokesOf(CodeOf(pair[1])), Mirrored(StrokesOf(CodeOf(pair[0]))));
+    }
+}
+
+TEST(StrokeFontEncoding, RefusesOutlinesOffTheNotation) {
+    unsigned char out[16] = {};
+    for (const std::string_view text : {"13,0", "0,17", "0,-5", "1 2", "1,", "x", "1,2 |", "1;2"}) {
+        EXPECT_ANY_THROW(EncodeStrokes(text, 0, out)) << text;
+    }
+    EXPECT_ANY_THROW(EncodeStrokes("0,14", 3, out)) << "raised above the grid";
+    EXPECT_EQ(EncodeStrokes("0,-4 12,16 | 3,0", 0, out), out + 6);
+    EXPECT_EQ(EncodedSize({0, "0,-4 12,16 | 3,0", "1,1", 3}), 10u);
+}
+
+}  // namespace
+}  // namespace qm
