@@ -1,0 +1,61 @@
+// Lines: predefined and user-defined line types, line ends and joins, merge control, and the change
+// filters through which width, line type and pattern reach the output.
+//
+// Commands LT UL LA MC PP PT stand in lines.cpp. Tests:
+// tests/interpreter/attributes/lines_test.cpp.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace qm {
+
+class HPGLRead;
+
+// Merge-control opcodes that change what is drawn.
+inline constexpr std::int32_t kMergeNoDraw = 170;        // pen-down moves draw nothing
+inline constexpr std::int32_t kMergeNoRectangles = 165;  // RA and RR draw nothing
+inline constexpr std::int32_t kMergeMaskPen = 168;       // the default opcode of MC1
+
+// A user-defined line type: up to 19 dash and gap lengths.
+struct UserLineType {
+    bool defined = false;
+    std::int32_t count = 0;
+    std::int32_t total = 0;  // sum of the values, wrapping
+    std::array<std::int32_t, 20> values{};
+};
+
+struct LineState {
+    // What was last sent; a negative start makes the first value a change.
+    std::int32_t EmittedLineType = -1;
+    std::int32_t EmittedWidth = -1;
+    std::int32_t EmittedPatternBits = 0;
+    double EmittedPatternLength = 1.0;
+
+    std::int32_t SavedLineType = 0;   // what LT99 brings back
+    std::int32_t LineTypeNumber = 0;  // as last given to LT, with its sign
+    std::array<UserLineType, 9> UserLineTypes;
+
+    std::int32_t lineEnds = 1;
+    std::int32_t lineJoins = 1;
+    std::int32_t miterLimit = 5;   // stored, not otherwise used
+    std::int32_t MergeOpcode = 0;  // also set by the raster escapes
+
+    // True when UL defined the type; false for numbers outside 0 to 8.
+    bool UserLineTypeDefined(std::int32_t number) const {
+        return number >= 0 && number < 9 && UserLineTypes[static_cast<std::size_t>(number)].defined;
+    }
+};
+
+// A pen's width as the output takes it: 0 to 10000, truncated.
+std::int32_t ClampWidth(double width);
+
+// Change filters: each sends its value only when it differs from what was sent last.
+void SendWidth(HPGLRead& reader, std::int32_t width);
+void SendLineType(HPGLRead& reader, std::int32_t code);
+void SendPattern(HPGLRead& reader, double length, std::int32_t mask);
+
+// Width 0, a solid pattern and line type 0, through the filters: what a page starts with.
+void ResetLineAttributes(HPGLRead& reader);
+
+}  // namespace qm

@@ -1,0 +1,53 @@
+// The polygon buffer: vertices that pen moves record while polygon mode is on.
+//
+// Command PM stands in polygon.cpp; EP and FP in fill.cpp read the buffer. Tests:
+// tests/interpreter/attributes/polygon_test.cpp.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "common/geometry.h"
+
+namespace qm {
+
+class HPGLRead;
+
+struct PolygonVertex {
+    PointD point;  // current units, as the pen moved
+    std::int32_t subPolygon = 0;
+    bool drawn = false;  // pen down
+};
+
+class PolygonBuffer {
+  public:
+    // A vertex is recorded only while fewer than this many are; further ones are lost silently.
+    static constexpr std::size_t kCapacity = 14999;
+
+    PolygonBuffer();
+
+    // Records a pen move. The first pen-down point becomes the start point when none is fixed yet.
+    void Append(PointD point, bool drawn);
+    // Begins recording at `pen`; sub-polygon 0 starts afresh with the pen position as its first
+    // vertex.
+    void Start(PointD pen);
+    // Ends recording. Quirk: only sub-polygon 0 is closed by an added vertex.
+    void Close(bool penDown);
+    // Forgets all vertices.
+    void Clear();
+
+    bool mode = false;  // moves are recorded
+    std::int32_t subPolygonNumber = 0;
+    bool savedPenDown = false;  // at PM0
+    PointD startPoint;
+    std::vector<PolygonVertex> vertices;
+
+  private:
+    bool startPending_ = false;  // the start point is fixed
+};
+
+// Ends the current sub-polygon and begins the next at the pen position (PM1; a circle does it on
+// both sides).
+void NextSubPolygon(HPGLRead& reader);
+
+}  // namespace qm

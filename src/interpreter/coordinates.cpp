@@ -1,0 +1,148 @@
+// See coordinates.h. Handlers: IP IR IW SC RO.
+#include "interpreter/coordinates.h"
+
+#include <algorithm>
+
+#include "interpreter/handlers.h"
+#include "interpreter/hpgl_read.h"
+
+namespace qm {
+
+namespace {
+
+// Outcode bits, in the order in which they are tested.
+constexpr unsigned kLeft = 1;
+constexpr unsigned kAbove = 2;
+constexpr unsigned kRight = 4;
+constexpr unsigned kBelow = 8;
+
+unsigned OutCode(const ClipWindow& window, PointI p) {
+    unsigned code = 0;
+    if (p.x < window.xMin) code |= kLeft;
+    if (p.y > window.yMax) code |= kAbove;
+    if (p.x > window.xMax) code |= kRight;
+    if (p.y < window.yMin) code |= kBelow;
+    return code;
+}
+
+std::int32_t CrossingAt(double edge, double from, double to, double otherFrom, double otherTo) {
+    return TruncateToInt32(otherFrom + (otherTo - otherFrom) * (edge - from) / (to - from));
+}
+
+// Moves the outside point `p` of the segment p-q onto the window edge that the first bit of its
+// code names.
+void MoveOntoEdge(const ClipWindow& window, unsigned code, PointI& p, PointI q) {
+    const bool vertical = (code & kLeft) != 0 || (code & (kAbove | kRight)) == kRight;
+    if (vertical) {
+        const std::int32_t edge = (code & kLeft) != 0 ? window.xMin : window.xMax;
+        p.y = CrossingAt(edge, p.x, q.x, p.y, q.y);
+        p.x = edge;
+    } else {
+        const std::int32_t edge = (code & kAbove) != 0 ? window.yMax : window.yMin;
+        p.x = CrossingAt(edge, p.y, q.y, p.x, q.x);
+        p.y = edge;
+    }
+}
+
+// The corners of the range that SC types 0 and 1 map onto P1 and P2.
+bool SetScaleFromRange(CoordinateState& c) {
+    const double rangeX = c.userMaxX - c.userMinX;
+    const double rangeY = c.userMaxY - c.userMinY;
+    if (rangeX == 0.0 || rangeY == 0.0) return false;
+    c.scaleX = (c.p2.x - c.p1.x) / rangeX;
+    c.scaleY = (c.p2.y - c.p1.y) / rangeY;
+    c.scaleOn = true;
+    return true;
+}
+
+}  // namespace
+
+bool ClipSegment(const ClipWindow& window, PointI& a, PointI& b) {
+    // Four moves bring both ends inside; more could only come from points whose crossings overflow.
+    for (int moves = 0; moves < 8; ++moves) {
+        const unsigned codeA = OutCode(window, a);
+        const unsigned codeB = OutCode(window, b);
+        if ((codeA | codeB) == 0) return true;
+        if ((codeA & codeB) != 0) return false;
+        if (codeA != 0) {
+            MoveOntoEdge(window, codeA, a, b);
+        } else {
+            MoveOntoEdge(window, codeB, b, a);
+        }
+    }
+    return false;
+}
+
+namespace handlers {
+
+// IP [p1x, p1y, p2x, p2y]; the scale factors stay until the next SC.
+void InputP1P2(HPGLRead& reader) {
+    CoordinateState& c = reader.coordinates;
+    c.ipGiven = reader.GetParams(4) == 4;
+    const auto& v = reader.params;
+    c.p1 = c.ipGiven ? PointD{v[0], v[1]} : PointD{0.0, 0.0};
+    c.p2 = c.ipGiven ? PointD{v[2], v[3]} : PointD{10000.0, 10000.0};
+    c.p1p2Distance = Length(c.p2.x - c.p1.x, c.p2.y - c.p1.y);
+}
+
+// IR x, y in percent of the PS size.
+// Quirk: the offsets are added to P1 and P2, and nothing moves before a PS, when both sizes are 0.
+void InputP1P2Relative(HPGLRead& reader) {
+    if (reader.GetParams(4) != 2) return;
+    const PointD offset{reader.params[0] * reader.page.plotWidth / 100.0,
+                        reader.params[1] * reader.page.plotLength / 100.0};
+    reader.coordinates.p1 = reader.coordinates.p1 + offset;
+    reader.coordinates.p2 = reader.coordinates.p2 + offset;
+}
+
+// IW [x0, y0, x1, y1]; without numbers the window is off.
+// Quirk: with fewer than four numbers the others are what an earlier command left in the slots.
+void InputWindow(HPGLRead& reader) {
+    CoordinateState& c = reader.coordinates;
+    c.windowOn = reader.GetParams(4) > 0;
+    if (!c.windowOn) return;
+    const PointI a = c.ToPlotter({reader.params[0], reader.params[1]});
+    const PointI b = c.ToPlotter({reader.params[2], reader.params[3]});
+    c.window = {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+}
+
+// SC [xmin, xmax, ymin, ymax [, type]]; type 1 (isotropic) is treated as type 0, type 2 gives the
+// factors themselves. Quirk: the pen position is taken for plotter units even when an earlier SC
+// already made it user units.
+void Scale(HPGLRead& reader) {
+    CoordinateState& c = reader.coordinates;
+    const int count = reader.GetParams(5);
+    const auto& v = reader.params;
+    if (count < 4) {
+        reader.motion.penPos = c.ToPlotterReal(reader.motion.penPos);
+        c.scaleOn = false;
+        return;
+    }
+    const std::int32_t type = count == 5 ? TruncateToInt32(v[4]) : 0;
+    if (type == 0 || type == 1) {
+        if (!c.ipGiven) return;
+        c.userMinX = v[0];
+        c.userMaxX = v[1];
+        c.userMinY = v[2];
+        c.userMaxY = v[3];
+        if (!SetScaleFromRange(c)) return;
+    } else if (type == 2) {
+        c.userMinX = v[0];
+        c.scaleX = v[1];
+        c.userMinY = v[2];
+        c.scaleY = v[3];
+        c.scaleOn = true;
+    }
+    if (!c.scaleOn) return;
+    PointD& pen = reader.motion.penPos;
+    pen = {(pen.x - c.p1.x) / c.scaleX + c.userMinX, (pen.y - c.p1.y) / c.scaleY + c.userMinY};
+}
+
+// RO [angle]; absent is 0.
+void RotateCoordinateSystem(HPGLRead& reader) {
+    const std::int16_t angle = reader.GetShortParam();
+    reader.coordinates.rotation = angle == kAbsentShort ? 0 : angle;
+}
+
+}  // namespace handlers
+}  // namespace qm

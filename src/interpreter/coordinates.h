@@ -1,0 +1,61 @@
+// Coordinates: the scaling points, user scaling and the soft-clip window; user units to plotter
+// units; segment clipping.
+//
+// Commands IP IR IW SC RO stand in coordinates.cpp. Rotation never turns vectors: the raster
+// decoder and the document builder read it. Tests: tests/interpreter/coordinates_test.cpp.
+#pragma once
+
+#include <cstdint>
+
+#include "common/geometry.h"
+#include "common/numbers.h"
+
+namespace qm {
+
+// The soft-clip window in plotter units, min <= max; points on an edge are inside.
+struct ClipWindow {
+    std::int32_t xMin = 0;
+    std::int32_t yMin = 0;
+    std::int32_t xMax = 0;
+    std::int32_t yMax = 0;
+};
+
+struct CoordinateState {
+    PointD p1{0.0, 0.0};
+    PointD p2{10000.0, 10000.0};
+    // |P2 - P1|, made anew by IP but not by IR; relative pen widths read it.
+    double p1p2Distance = Length(10000.0, 10000.0);
+    bool ipGiven = false;  // the last IP had four numbers; SC types 0 and 1 ask for it
+    bool scaleOn = false;
+    double userMinX = 0.0;
+    double userMaxX = 0.0;
+    double userMinY = 0.0;
+    double userMaxY = 0.0;
+    double scaleX = 1.0;  // plotter units per user unit; can be 0, negative or infinite
+    double scaleY = 1.0;
+    ClipWindow window;
+    bool windowOn = false;
+    std::int32_t rotation = 0;  // RO, degrees as given
+
+    // User units with scaling on, else plotter units, to plotter units without truncation.
+    PointD ToPlotterReal(PointD point) const {
+        if (!scaleOn) return point;
+        return {p1.x + (point.x - userMinX) * scaleX, p1.y + (point.y - userMinY) * scaleY};
+    }
+    // Current units to plotter units, truncated toward zero; what does not fit in 32 bits becomes
+    // -2147483648.
+    PointI ToPlotter(PointD point) const {
+        const PointD real = ToPlotterReal(point);
+        return {TruncateToInt32(real.x), TruncateToInt32(real.y)};
+    }
+    // True when a circle in current units is a circle in plotter units.
+    bool Uniform() const { return !scaleOn || scaleX == scaleY; }
+    // Plotter units per current unit, for radii; meaningful when Uniform().
+    double RadiusFactor() const { return scaleOn ? scaleX : 1.0; }
+};
+
+// Clips the segment a-b to the window in place (Cohen-Sutherland; the first point is moved first,
+// intersections are truncated toward zero). True when something is left.
+bool ClipSegment(const ClipWindow& window, PointI& a, PointI& b);
+
+}  // namespace qm

@@ -1,0 +1,93 @@
+// See curves.h. Handlers: BZ BR.
+#include "interpreter/curves.h"
+
+#include <vector>
+
+#include "interpreter/handlers.h"
+#include "interpreter/hpgl_read.h"
+
+namespace qm {
+
+namespace {
+
+// Cubic Bernstein weights at t = i / 12, i = 1 ... 10. Quirk: t = 11/12 is left out.
+constexpr std::size_t kInnerPoints = 10;
+using Weights = std::array<double, 4>;
+constexpr std::array<Weights, kInnerPoints> MakeBernstein() {
+    std::array<Weights, kInnerPoints> table{};
+    for (std::size_t i = 0; i < kInnerPoints; ++i) {
+        const double t = static_cast<double>(i + 1) / 12.0;
+        const double s = 1.0 - t;
+        table[i] = {s * s * s, 3.0 * s * s * t, 3.0 * s * t * t, t * t * t};
+    }
+    return table;
+}
+constexpr std::array<Weights, kInnerPoints> kBernstein = MakeBernstein();
+
+PointD Blend(const Weights& w, const PointD* p) {
+    return {w[0] * p[0].x + w[1] * p[1].x + w[2] * p[2].x + w[3] * p[3].x,
+            w[0] * p[0].y + w[1] * p[1].y + w[2] * p[2].y + w[3] * p[3].y};
+}
+
+// Control points that are read before any of them is drawn. A longer curve is drawn as it is read,
+// so that its memory stays bounded; the result is the same.
+constexpr std::size_t kMaxBuffered = 3 * 4096 + 1;
+
+// Draws the complete segments in `points` and keeps what the next segment starts with.
+bool DrawSegments(BezierEmitter& emitter, std::vector<PointD>& points) {
+    const std::size_t segments = (points.size() - 1) / 3;
+    for (std::size_t k = 0; k < segments; ++k) emitter.Segment(&points[3 * k]);
+    points.erase(points.begin(), points.begin() + static_cast<std::ptrdiff_t>(3 * segments));
+    return segments > 0;
+}
+
+// Reads control points up to the first incomplete pair. A rest that fills no segment draws nothing,
+// but the pen ends at the last point read.
+void DrawCurve(HPGLRead& reader, bool relative) {
+    PointD base = relative ? reader.motion.penPos : PointD{};
+    std::vector<PointD> points{reader.motion.penPos};
+    BezierEmitter emitter(reader);
+    bool drawn = false;
+    std::size_t read = 0;
+    while (reader.GetParams(2) == 2) {
+        points.push_back(PointD{reader.params[0], reader.params[1]} + base);
+        if (++read % 3 == 0 && relative) base = points.back();
+        if (points.size() == kMaxBuffered) drawn = DrawSegments(emitter, points) || drawn;
+    }
+    const PointD last = points.back();
+    drawn = DrawSegments(emitter, points) || drawn;
+    if (drawn) emitter.Finish(points.front());
+    reader.motion.penPos = last;
+}
+
+}  // namespace
+
+void BezierEmitter::Segment(const PointD* control) {
+    Add(control[0]);
+    for (const Weights& w : kBernstein) Add(Blend(w, control));
+}
+
+void BezierEmitter::Finish(PointD end) {
+    Add(end);
+    if (count_ > 0) EmitPolyline(reader_, static_cast<std::int32_t>(count_), run_.data());
+    count_ = 0;
+}
+
+void BezierEmitter::Add(PointD point) {
+    if (reader_.polygon.mode) return DrawTo(reader_, point);
+    run_[count_++] = reader_.coordinates.ToPlotter(point);
+    if (count_ < kRunLength) return;
+    EmitPolyline(reader_, static_cast<std::int32_t>(count_), run_.data());
+    count_ = 0;
+}
+
+namespace handlers {
+
+// BZ x1, y1, x2, y2, x3, y3 [...]
+void BezierAbsolute(HPGLRead& reader) { DrawCurve(reader, false); }
+
+// BR dx1, dy1, dx2, dy2, dx3, dy3 [...]: each segment relative to its own start.
+void BezierRelative(HPGLRead& reader) { DrawCurve(reader, true); }
+
+}  // namespace handlers
+}  // namespace qm

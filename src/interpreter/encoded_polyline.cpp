@@ -1,0 +1,236 @@
+// See encoded_polyline.h. Handler: PE.
+#include "interpreter/encoded_polyline.h"
+
+#include <algorithm>
+#include <array>
+
+#include "interpreter/handlers.h"
+#include "interpreter/hpgl_read.h"
+
+namespace qm {
+
+bool EncodedNumbers::IsOpenDigit(std::uint8_t c) const {
+    // An open digit holds `shift` bits above 63 in either mode; 8-bit data has a gap from 127 to
+    // 190.
+    return c >= 63 && c < 63 + digits_.encodedBase && c < 127;
+}
+
+EncodedEnd EncodedNumbers::ReadCoordinate(double& value) {
+    std::uint8_t c = input_.GetCooked();
+    if (c == '<') c = input_.GetCooked();
+    if (c == '=') c = input_.GetCooked();
+    if (c == '7') return EncodedEnd::kInside;
+    while (c <= 32 && !input_.Over()) c = input_.GetCooked();
+    if (c == ';' || input_.Over()) return EncodedEnd::kOrdinary;
+    const bool negative = c % 2 == 0;
+    if (negative) --c;
+    double weight = encodedFraction_;
+    double sum = weight * ((c + 1) & digits_.encodedMask);
+    while (c < digits_.encodedTerminator) {
+        c = input_.GetCooked();
+        if (c == ';') return EncodedEnd::kInsideAtEnd;
+        if (c < digits_.encodedMask || c == '7' || input_.Over()) return EncodedEnd::kInside;
+        weight *= digits_.encodedBase;
+        sum += weight * ((c + 1) & digits_.encodedMask);
+    }
+    value = negative ? -sum : sum;
+    return EncodedEnd::kNo;
+}
+
+bool EncodedNumbers::ReadInteger(std::int32_t& value) {
+    std::uint32_t bits = 0;
+    for (int digit = 0; digit <= digits_.maxOpenDigits; ++digit) {
+        const std::uint8_t c = input_.GetCooked();
+        const unsigned shift = static_cast<unsigned>(digit) * digits_.shift;
+        if (IsFinalDigit(c)) {
+            bits |= static_cast<std::uint32_t>(c - digits_.encodedTerminator) << shift;
+            const auto magnitude = static_cast<std::int32_t>(bits >> 1);
+            value = (bits & 1U) != 0 ? -magnitude : magnitude;
+            return true;
+        }
+        if (!IsOpenDigit(c) || digit == digits_.maxOpenDigits) return false;
+        bits |= (c - 63U) << shift;
+    }
+    return false;
+}
+
+void EncodedNumbers::SetFractionBits(std::int32_t bits) {
+    encodedFraction_ = 1.0;
+    for (std::int32_t i = 0; i <= bits && encodedFraction_ > 0.0; ++i) encodedFraction_ /= 2.0;
+}
+
+namespace {
+
+// One run of PE: the pending list of points and the flags that hold for the next pair.
+class EncodedPolyline {
+  public:
+    explicit EncodedPolyline(HPGLRead& reader) : reader_(reader), numbers_(reader.input) {
+        Append(reader.motion.penPos);
+    }
+
+    void Run();
+
+  private:
+    bool TakeFlag(std::uint8_t flag);
+    EncodedEnd TakePair();
+    EncodedEnd DrawRectangle(PointD corner);
+    void PlotPoint(PointD point);
+    void SelectPenFlag();
+    void Append(PointD point);
+    void Flush();
+    void Finish(EncodedEnd end);
+
+    // Quirk: a longer run is cut, and the segment between the pieces is not drawn.
+    static constexpr std::size_t kMaxPoints = 255;
+
+    HPGLRead& reader_;
+    EncodedNumbers numbers_;
+    std::array<PointD, kMaxPoints> encodedPoints_;
+    std::size_t count_ = 0;
+    bool penDownNext_ = true;
+    bool penUpPending_ = false;
+    bool absoluteNext_ = false;
+    bool rectangleMode_ = false;
+};
+
+void EncodedPolyline::Run() {
+    InputReader& input = reader_.input;
+    EncodedEnd end = EncodedEnd::kNo;
+    while (end == EncodedEnd::kNo) {
+        const std::uint8_t c = input.GetCooked();
+        if (c == ';' || input.Over()) {
+            end = EncodedEnd::kOrdinary;
+        } else if (c > 32 && !TakeFlag(c & 0x7FU)) {
+            input.UngetChar();
+            end = TakePair();
+        }
+    }
+    Finish(end);
+}
+
+// Acts on a flag byte (its top bit is left out); false when it is none.
+bool EncodedPolyline::TakeFlag(std::uint8_t flag) {
+    std::int32_t bits = 0;
+    switch (flag) {
+        case '7':
+            numbers_.UseSevenBits();
+            return true;
+        case '9':
+            Flush();
+            rectangleMode_ = true;
+            return true;
+        case ':':
+            SelectPenFlag();
+            return true;
+        case '<':
+            penUpPending_ = true;
+            penDownNext_ = false;
+            rectangleMode_ = false;
+            return true;
+        case '=':
+            absoluteNext_ = true;
+            return true;
+        case '>':
+            if (numbers_.ReadInteger(bits)) numbers_.SetFractionBits(bits);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void EncodedPolyline::SelectPenFlag() {
+    std::int32_t pen = 0;
+    numbers_.ReadInteger(pen);
+    if (reader_.polygon.mode) return;
+    Flush();
+    SelectPen(reader_, pen);
+    Append(reader_.motion.penPos);
+}
+
+EncodedEnd EncodedPolyline::TakePair() {
+    PointD point;
+    EncodedEnd end = numbers_.ReadCoordinate(point.x);
+    if (end == EncodedEnd::kNo) end = numbers_.ReadCoordinate(point.y);
+    if (end != EncodedEnd::kNo) return end;
+    if (penUpPending_) {
+        penUpPending_ = false;
+    } else {
+        penDownNext_ = true;
+    }
+    if (!absoluteNext_) point = point + reader_.motion.penPos;
+    absoluteNext_ = false;
+    if (rectangleMode_) return DrawRectangle(point);
+    PlotPoint(point);
+    return EncodedEnd::kNo;
+}
+
+EncodedEnd EncodedPolyline::DrawRectangle(PointD corner) {
+    PointD size;
+    EncodedEnd end = numbers_.ReadCoordinate(size.x);
+    if (end == EncodedEnd::kNo) end = numbers_.ReadCoordinate(size.y);
+    if (end != EncodedEnd::kNo) return end;
+    const PointI a = reader_.coordinates.ToPlotter(corner);
+    const PointI b = reader_.coordinates.ToPlotter(corner + size);
+    if (reader_.fill.DrawsRectangleOutline()) {
+        reader_.Rectangle(a.x, a.y, b.x, b.y);
+    } else {
+        reader_.FilledRectangle(a.x, a.y, b.x, b.y);
+    }
+    reader_.page.pageEmpty = false;
+    MoveTo(reader_, corner);
+    penDownNext_ = false;
+    return EncodedEnd::kNo;
+}
+
+void EncodedPolyline::PlotPoint(PointD point) {
+    if (!reader_.polygon.mode) {
+        if (!penDownNext_) Flush();
+        Append(point);
+        reader_.motion.penPos = point;
+    } else if (penDownNext_) {
+        DrawTo(reader_, point);
+    } else {
+        MoveTo(reader_, point);
+    }
+    if (reader_.label.SymbolChar != 0) DrawSymbol(reader_);
+}
+
+void EncodedPolyline::Append(PointD point) {
+    if (count_ == kMaxPoints) Flush();
+    encodedPoints_[count_++] = point;
+}
+
+void EncodedPolyline::Flush() {
+    if (count_ >= 2) {
+        std::array<PointI, kMaxPoints> device;
+        std::transform(encodedPoints_.begin(),
+                       encodedPoints_.begin() + static_cast<std::ptrdiff_t>(count_), device.begin(),
+                       [this](PointD p) { return reader_.coordinates.ToPlotter(p); });
+        EmitPolyline(reader_, static_cast<std::int32_t>(count_), device.data());
+    }
+    count_ = 0;
+}
+
+void EncodedPolyline::Finish(EncodedEnd end) {
+    reader_.motion.penDown = penDownNext_;
+    if (end == EncodedEnd::kOrdinary) {
+        Flush();
+        reader_.page.pageEmpty = false;
+        return;
+    }
+    // A broken number drops the pending list.
+    InputReader& input = reader_.input;
+    while (end == EncodedEnd::kInside && !input.Over()) {
+        if (input.GetCooked() == ';') break;
+    }
+}
+
+}  // namespace
+
+namespace handlers {
+
+// PE [flag [value] | x, y] ... ;
+void PolylineEncoded(HPGLRead& reader) { EncodedPolyline(reader).Run(); }
+
+}  // namespace handlers
+}  // namespace qm

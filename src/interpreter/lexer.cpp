@@ -1,0 +1,193 @@
+// See lexer.h. Reals are read by two routines with the same result: one over the reader's
+// look-ahead without any bookkeeping, for nearly all numbers, and one byte by byte for those at a
+// block edge or a progress step.
+#include "interpreter/lexer.h"
+
+#include <array>
+
+namespace qm {
+
+namespace {
+
+constexpr std::uint8_t kEscape = 27;
+
+bool IsSeparator(std::uint8_t c) { return (c < 33 && c != kEscape) || c == ','; }
+
+// Weights of the digits behind the point, made by dividing again and again, as the last bits of
+// existing results are.
+struct FractionWeights {
+    static constexpr int kCount = 24;
+    std::array<double, kCount> weight{};
+    constexpr FractionWeights() {
+        double factor = 1.0;
+        for (double& w : weight) {
+            factor /= 10.0;
+            w = factor;
+        }
+    }
+};
+constexpr FractionWeights kFraction;
+
+double WithSign(double value, bool negative) { return negative ? -value : value; }
+
+double FromDigits(std::uint32_t digits) {
+    return static_cast<double>(static_cast<std::int32_t>(digits));
+}
+
+enum class Scan { kNumber, kNone, kUnsure };
+
+// A forward look at bytes that need no bookkeeping. Running out of them makes the answer unsure.
+struct LookAhead {
+    const std::uint8_t* p;
+    const std::uint8_t* const end;
+
+    // Moves to the next byte that cooked reading would give; false when there is none.
+    bool Settle() {
+        while (p < end && IsCookedAway(*p)) ++p;
+        return p < end;
+    }
+};
+
+Scan ScanFraction(LookAhead& look, double& value) {
+    ++look.p;  // the point
+    for (std::size_t k = 0; look.Settle(); ++k, ++look.p) {
+        if (!IsDigit(*look.p)) return Scan::kNumber;
+        if (k == FractionWeights::kCount) return Scan::kUnsure;
+        value += (*look.p - '0') * kFraction.weight[k];
+    }
+    return Scan::kUnsure;
+}
+
+// Reads a real from the look-ahead. kNone leaves look.p at the byte that is no number.
+Scan ScanReal(LookAhead& look, double& result) {
+    while (look.p < look.end && IsSeparator(*look.p)) ++look.p;
+    if (look.p == look.end) return Scan::kUnsure;
+    const std::uint8_t first = *look.p;
+    const bool negative = first == '-';
+    if (negative || first == '+') {
+        ++look.p;
+    } else if (!IsDigit(first) && first != '.') {
+        return Scan::kNone;
+    }
+    std::uint32_t digits = 0;
+    while (look.Settle()) {
+        const std::uint8_t c = *look.p;
+        if (IsDigit(c)) {
+            digits = digits * 10 + (c - static_cast<std::uint32_t>('0'));
+            ++look.p;
+            continue;
+        }
+        double value = FromDigits(digits);
+        if (c == '.' && ScanFraction(look, value) == Scan::kUnsure) return Scan::kUnsure;
+        result = WithSign(value, negative);
+        return Scan::kNumber;
+    }
+    return Scan::kUnsure;
+}
+
+double ReadFraction(InputReader& input, double value) {
+    double factor = 1.0;
+    std::uint8_t c = input.GetCooked();
+    while (IsDigit(c) && !input.Over()) {
+        factor /= 10.0;
+        value += (c - '0') * factor;
+        c = input.GetCooked();
+    }
+    input.UngetChar();
+    return value;
+}
+
+// The byte-wise reader of reals.
+bool ReadReal(InputReader& input, double& result) {
+    SkipSeparators(input);
+    std::uint8_t c = input.GetCooked();
+    const bool negative = c == '-';
+    if (negative || c == '+') {
+        c = input.GetCooked();
+    } else if (!IsDigit(c) && c != '.') {
+        input.UngetChar();
+        return false;
+    }
+    std::uint32_t digits = 0;
+    while (IsDigit(c) && !input.Over()) {
+        digits = digits * 10 + (c - static_cast<std::uint32_t>('0'));
+        c = input.GetCooked();
+    }
+    double value = FromDigits(digits);
+    if (c == '.') {
+        value = ReadFraction(input, value);
+    } else {
+        input.UngetChar();
+    }
+    result = WithSign(value, negative);
+    return true;
+}
+
+// Reads an integer into `value`; false when none follows.
+bool ReadInteger(InputReader& input, std::int32_t& value) {
+    SkipSeparators(input);
+    std::uint8_t c = input.GetCooked();
+    const bool negative = c == '-';
+    if (negative || c == '+') {
+        c = input.GetCooked();
+    } else if (!IsDigit(c)) {
+        input.UngetChar();
+        return false;
+    }
+    std::uint32_t digits = 0;
+    while (IsDigit(c) && !input.Over()) {
+        digits = digits * 10 + (c - static_cast<std::uint32_t>('0'));
+        c = input.GetCooked();
+    }
+    input.UngetChar();
+    value = static_cast<std::int32_t>(negative ? 0U - digits : digits);
+    return true;
+}
+
+}  // namespace
+
+void SkipSeparators(InputReader& input) {
+    std::uint8_t c = input.GetCooked();
+    while (IsSeparator(c) && !input.Over()) c = input.GetCooked();
+    input.UngetChar();
+}
+
+std::int32_t GetIntParam(InputReader& input) {
+    std::int32_t value = kAbsentInt;
+    ReadInteger(input, value);
+    return value;
+}
+
+std::int16_t GetShortParam(InputReader& input) {
+    std::int32_t value = kAbsentShort;
+    ReadInteger(input, value);
+    return static_cast<std::int16_t>(static_cast<std::uint32_t>(value) & 0xFFFFU);
+}
+
+bool GetRealParam(InputReader& input, double& value) {
+    LookAhead look{input.Cursor(), input.Limit()};
+    const Scan scan = ScanReal(look, value);
+    if (scan == Scan::kUnsure) return ReadReal(input, value);
+    input.Advance(look.p);
+    return scan == Scan::kNumber;
+}
+
+std::uint8_t GetSignedNumber(InputReader& input, std::int32_t& value, bool& hadSign) {
+    std::uint32_t digits = 0;
+    bool negative = false;
+    hadSign = false;
+    std::uint8_t c = input.GetCooked();
+    while ((IsDigit(c) || c == '+' || c == '-') && !input.Over()) {
+        if (IsDigit(c)) {
+            digits = digits * 10 + (c - static_cast<std::uint32_t>('0'));
+        } else {
+            hadSign = true;
+            negative = negative || c == '-';
+        }
+        c = input.GetCooked();
+    }
+    value = static_cast<std::int32_t>(negative ? 0U - digits : digits);
+    return c;
+}
+
+}  // namespace qm

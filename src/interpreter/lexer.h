@@ -1,0 +1,45 @@
+// The lexer: separators and numbers of the plotter language, read from an InputReader in cooked
+// mode.
+//
+// Numbers have no exponent form; a number ends at the first byte that is no part of it, which stays
+// unread. Line ends and NULs inside a number are not part of the stream. Tests:
+// tests/interpreter/lexer_test.cpp.
+#pragma once
+
+#include <cstdint>
+
+#include "interpreter/input_reader.h"
+
+namespace qm {
+
+// What GetShortParam and GetIntParam answer when no number follows.
+inline constexpr std::int16_t kAbsentShort = INT16_MIN;
+inline constexpr std::int32_t kAbsentInt = INT32_MIN;
+
+// Skips bytes below 33 (but not ESC) and commas.
+void SkipSeparators(InputReader& input);
+
+// An integer: an optional sign and digits, accumulated with 32-bit wrap-around. A sign without
+// digits is 0. Absent: kAbsentInt, and nothing but separators is consumed.
+std::int32_t GetIntParam(InputReader& input);
+
+// The same number cut to 16 bits; absent: kAbsentShort.
+std::int16_t GetShortParam(InputReader& input);
+
+// A real: an optional sign, digits (accumulated in 32 unsigned bits, then taken as signed) and an
+// optional fraction. False when none follows; then `value` is untouched and nothing but separators
+// is consumed.
+bool GetRealParam(InputReader& input, double& value);
+
+// An escape sequence's value: digits and signs up to another byte, which is consumed and returned.
+// `value` is negative when a '-' stood anywhere in it; `hadSign` says whether any sign did.
+std::uint8_t GetSignedNumber(InputReader& input, std::int32_t& value, bool& hadSign);
+
+inline bool IsDigit(std::uint8_t c) { return c >= '0' && c <= '9'; }
+inline bool IsUpper(std::uint8_t c) { return c >= 'A' && c <= 'Z'; }
+// Folds 'a'..'z' to upper case; other bytes stay.
+inline std::uint8_t FoldToUpper(std::uint8_t c) {
+    return c >= 'a' && c <= 'z' ? static_cast<std::uint8_t>(c & ~0x20U) : c;
+}
+
+}  // namespace qm

@@ -1,0 +1,27 @@
+// Pages: the plot size, page ends and the frame offset.
+//
+// Commands DF PS PG NR FR BP stand in pages.cpp. Tests: tests/interpreter/pages_test.cpp.
+#pragma once
+
+#include <cstdint>
+
+namespace qm {
+
+class HPGLRead;
+
+struct PageState {
+    std::int32_t pageIndex = 0;   // pages completed
+    bool pageEmpty = true;        // nothing drawn yet on the current page
+    std::int32_t plotLength = 0;  // the two PS numbers in the order given, plotter units
+    std::int32_t plotWidth = 0;
+    bool plotLandscape = false;  // length >= width at the last PS
+    bool plotSizeGiven = false;
+    std::int32_t rasterYOffset = 0;  // dots; where raster data starts vertically, from PS
+    std::int32_t frameOffset = 0;    // sum of all FR advances, plotter units
+};
+
+// Ends the page when something was drawn on it and resets the attributes that each page starts
+// with.
+void EndCurrentPage(HPGLRead& reader);
+
+}  // namespace qm
