@@ -149,7 +149,7 @@ void ReverseRow(const Byte* from, Byte* to, std::int64_t width, int bits) {
     }
 }
 
-// 180 degrees. Quirk: stored row y is source row y, which is upside down in a bottom-up bitmap.
+// 180 degrees: source row y goes to stored row y, which is upside down in a bottom-up bitmap.
 void HalfTurn(const BitmapTarget& target, const RowBand& band) {
     const std::size_t stride = StrideOf(target.width, target.bits);
     for (std::int64_t i = 0; i < band.count; ++i) {
