@@ -1,5 +1,7 @@
-// <objbase.h> for systems other than Windows: IUnknown, class factories, streams.
+// <objbase.h> for systems other than Windows: IUnknown, classes, streams.
 #pragma once
 
+#include "platform/posix/class_table.h"
 #include "platform/posix/stream.h"
+#include "platform/posix/task_memory.h"
 #include "platform/posix/unknown.h"

@@ -1,7 +1,9 @@
-// <ole2.h> for systems other than Windows: streams, strings, variants.
+// <ole2.h> for systems other than Windows: classes, streams, strings, variants.
 #pragma once
 
 #include "platform/posix/bstr.h"
+#include "platform/posix/class_table.h"
 #include "platform/posix/stream.h"
+#include "platform/posix/task_memory.h"
 #include "platform/posix/unknown.h"
 #include "platform/posix/variant.h"

@@ -1,0 +1,151 @@
+#include "platform/posix/class_table.h"
+
+#include <algorithm>
+#include <mutex>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "platform/com_ptr.h"
+#include "platform/prog_id.h"
+#include "platform/text.h"
+
+namespace {
+
+struct ClassEntry {
+    CLSID clsid;
+    DWORD cookie;
+    qm::ComPtr<IUnknown> factory;
+};
+
+// What COM keeps for one thread.
+struct Apartment {
+    std::vector<ClassEntry> classes;
+    DWORD lastCookie = 0;
+    int initialisations = 0;
+};
+
+Apartment& CurrentApartment() noexcept {
+    thread_local Apartment apartment;
+    return apartment;
+}
+
+struct ProgIdEntry {
+    std::wstring progId;
+    CLSID clsid;
+};
+
+// Stands for the registry, which all threads share.
+struct ProgIdTable {
+    std::mutex mutex;
+    std::vector<ProgIdEntry> entries;
+
+    ProgIdEntry* Find(std::wstring_view progId) noexcept {
+        const auto found = std::find_if(entries.begin(), entries.end(), [=](const auto& entry) {
+            return qm::EqualIgnoringAsciiCase(entry.progId, progId);
+        });
+        return found == entries.end() ? nullptr : &*found;
+    }
+};
+
+ProgIdTable& ProgIds() noexcept {
+    static ProgIdTable table;
+    return table;
+}
+
+}  // namespace
+
+HRESULT CoInitialize(LPVOID reserved) noexcept {
+    return CoInitializeEx(reserved, COINIT_APARTMENTTHREADED);
+}
+
+HRESULT CoInitializeEx(LPVOID, DWORD) noexcept {
+    return CurrentApartment().initialisations++ == 0 ? S_OK : S_FALSE;
+}
+
+void CoUninitialize() noexcept {
+    Apartment& apartment = CurrentApartment();
+    if (apartment.initialisations == 0 || --apartment.initialisations > 0) return;
+    // Released after the table is empty: a factory's destructor may come back here.
+    const std::vector<ClassEntry> dropped = std::move(apartment.classes);
+    apartment.classes.clear();
+}
+
+HRESULT CoRegisterClassObject(REFCLSID clsid, IUnknown* factory, DWORD, DWORD,
+                              DWORD* cookie) noexcept try {
+    if (factory == nullptr || cookie == nullptr) return E_INVALIDARG;
+    Apartment& apartment = CurrentApartment();
+    apartment.classes.push_back({clsid, apartment.lastCookie + 1, qm::ComPtr<IUnknown>(factory)});
+    *cookie = ++apartment.lastCookie;
+    return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}
+
+HRESULT CoRevokeClassObject(DWORD cookie) noexcept {
+    std::vector<ClassEntry>& classes = CurrentApartment().classes;
+    const auto entry = std::find_if(classes.begin(), classes.end(),
+                                    [=](const auto& item) { return item.cookie == cookie; });
+    if (entry == classes.end()) return E_INVALIDARG;
+    const ClassEntry dropped = std::move(*entry);  // released when the table is in order again
+    classes.erase(entry);
+    return S_OK;
+}
+
+HRESULT CoGetClassObject(REFCLSID clsid, DWORD, void*, REFIID riid, void** object) noexcept {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    const std::vector<ClassEntry>& classes = CurrentApartment().classes;
+    const auto entry = std::find_if(classes.rbegin(), classes.rend(),
+                                    [&](const auto& item) { return item.clsid == clsid; });
+    if (entry == classes.rend()) return REGDB_E_CLASSNOTREG;
+    return entry->factory->QueryInterface(riid, object);
+}
+
+HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID riid,
+                         void** object) noexcept {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    qm::ComPtr<IClassFactory> factory;
+    const HRESULT status =
+        CoGetClassObject(clsid, context, nullptr, IID_IClassFactory, factory.PutVoid());
+    if (FAILED(status)) return status;
+    return factory->CreateInstance(outer, riid, object);
+}
+
+HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) noexcept {
+    if (progId == nullptr || clsid == nullptr) return E_INVALIDARG;
+    *clsid = GUID_NULL;
+    ProgIdTable& table = ProgIds();
+    const std::lock_guard<std::mutex> lock(table.mutex);
+    const ProgIdEntry* entry = table.Find(progId);
+    if (entry == nullptr) return CO_E_CLASSSTRING;
+    *clsid = entry->clsid;
+    return S_OK;
+}
+
+namespace qm {
+
+HRESULT RegisterProgId(const wchar_t* progId, REFCLSID clsid) noexcept try {
+    ProgIdTable& table = ProgIds();
+    const std::lock_guard<std::mutex> lock(table.mutex);
+    if (ProgIdEntry* entry = table.Find(progId); entry != nullptr) {
+        entry->clsid = clsid;
+    } else {
+        table.entries.push_back({progId, clsid});
+    }
+    return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}
+
+HRESULT UnregisterProgId(const wchar_t* progId) noexcept {
+    ProgIdTable& table = ProgIds();
+    const std::lock_guard<std::mutex> lock(table.mutex);
+    if (const ProgIdEntry* entry = table.Find(progId); entry != nullptr) {
+        table.entries.erase(table.entries.begin() + (entry - table.entries.data()));
+    }
+    return S_OK;
+}
+
+}  // namespace qm

@@ -1,0 +1,86 @@
+// The reference counting base and the owning pointer.
+#include "platform/com_object.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+
+namespace {
+
+class Factory final : public qm::ComObject<IClassFactory, ISequentialStream> {
+  public:
+    explicit Factory(bool fail = false) {
+        if (fail) throw std::bad_alloc();
+    }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID, void**) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE Read(void*, ULONG, ULONG*) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE Write(const void*, ULONG, ULONG*) noexcept override { return S_OK; }
+};
+
+// Hands itself out while it dies, as an object does whose sink is released by the destructor.
+class Lingering final : public qm::ComObject<IUnknown> {
+  public:
+    explicit Lingering(int& deaths) : deaths_(deaths) {}
+    ~Lingering() override {
+        ++deaths_;
+        const qm::ComPtr<IUnknown> self(this);
+    }
+
+  private:
+    int& deaths_;
+};
+
+TEST(ComObject, OneIdentityWhateverTheInterface) {
+    const LONG before = qm::LiveObjectCount();
+    {
+        const auto object = qm::MakeObject<Factory>();
+        EXPECT_EQ(qm::LiveObjectCount(), before + 1);
+        const auto factory =
+            qm::Query<IClassFactory>(static_cast<ISequentialStream*>(object.Get()));
+        const auto stream = factory.As<ISequentialStream>();
+        ASSERT_TRUE(factory && stream);
+        EXPECT_NE(static_cast<void*>(factory.Get()), static_cast<void*>(stream.Get()));
+        EXPECT_EQ(factory.As<IUnknown>(), stream.As<IUnknown>());
+        EXPECT_FALSE(factory.As<IStream>());
+        IUnknown* none = factory.Get();
+        EXPECT_EQ(object->QueryInterface(IID_IStream, reinterpret_cast<void**>(&none)),
+                  E_NOINTERFACE);
+        EXPECT_EQ(none, nullptr);
+        EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+    }
+    EXPECT_EQ(qm::LiveObjectCount(), before);
+}
+
+TEST(ComObject, DiesOnceAndFailedConstructionCountsNothing) {
+    const LONG before = qm::LiveObjectCount();
+    int deaths = 0;
+    qm::MakeObject<Lingering>(deaths).Reset();
+    EXPECT_EQ(deaths, 1);
+    EXPECT_FALSE(qm::MakeObject<Factory>(true));
+    EXPECT_EQ(qm::LiveObjectCount(), before);
+}
+
+TEST(ComPtr, MovesSharesAndHandsOut) {
+    int deaths = 0;
+    qm::ComPtr<Lingering> first = qm::MakeObject<Lingering>(deaths);
+    qm::ComPtr<IUnknown> shared = first;
+    qm::ComPtr<Lingering> moved = std::move(first);
+    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): moved from means empty
+    moved = qm::ComPtr<Lingering>(moved);
+    moved.Reset();
+    EXPECT_EQ(deaths, 0);
+    IUnknown* out = nullptr;
+    EXPECT_EQ(shared.CopyTo(&out), S_OK);
+    shared.Put();
+    EXPECT_EQ(deaths, 0);
+    shared.Attach(out);
+    shared = nullptr;
+    EXPECT_EQ(deaths, 1);
+    EXPECT_EQ(shared.CopyTo(&out), E_FAIL);
+    EXPECT_EQ(out, nullptr);
+}
+
+}  // namespace
