@@ -51,6 +51,23 @@ std::uint64_t TransposeBits(std::uint64_t x) {
     return x ^ t ^ (t << 28);
 }
 
+// One byte of each of `count` rows, the first row in the byte `skip` places below the highest.
+inline std::uint64_t GatherRows(const Byte* from, std::size_t stride, std::int64_t skip,
+                                std::int64_t count) {
+    std::uint64_t block = 0;
+    for (std::int64_t i = 0; i < count; ++i, from += stride) block = (block << 8) | *from;
+    return block << (8 * (8 - skip - count));
+}
+
+// Adds the bytes of a block, from the highest down, to `columns` rows of the bitmap: a byte of the
+// bitmap may get its bits from two bands.
+inline void ScatterColumns(std::uint64_t block, Byte* to, std::size_t stride,
+                           std::int64_t columns) {
+    for (std::int64_t i = 0; i < columns; ++i, to += stride) {
+        *to = static_cast<Byte>(*to | static_cast<Byte>(block >> (56 - 8 * i)));
+    }
+}
+
 // One bit a pixel, quarter turn: eight rows by eight columns at a time. Quirk: 270 degrees gives
 // the same bitmap as 90.
 void QuarterBits(const BitmapTarget& target, const RowBand& band) {
@@ -62,17 +79,13 @@ void QuarterBits(const BitmapTarget& target, const RowBand& band) {
             const std::int64_t columns = std::min<std::int64_t>(8, target.width - x);
             for (std::int64_t y = top; y < tileEnd;) {
                 const std::int64_t next = std::min(tileEnd, (y / 8 + 1) * 8);
-                std::uint64_t block = 0;
                 const Byte* from = band.Row(y - band.first) + x / 8;
                 Byte* to = target.rows + static_cast<std::size_t>(x) * stride + y / 8;
-                for (; y < next; ++y, from += band.stride) {
-                    block |= std::uint64_t{*from} << (56 - 8 * (y % 8));
-                }
-                if (block == 0) continue;
-                block = TransposeBits(block);
-                for (std::int64_t i = 0; i < columns; ++i, to += stride) {
-                    *to = static_cast<Byte>(*to | static_cast<Byte>(block >> (56 - 8 * i)));
-                }
+                const std::uint64_t block = next - y == 8
+                                                ? GatherRows(from, band.stride, 0, 8)
+                                                : GatherRows(from, band.stride, y % 8, next - y);
+                if (block != 0) ScatterColumns(TransposeBits(block), to, stride, columns);
+                y = next;
             }
         }
         top = tileEnd;
