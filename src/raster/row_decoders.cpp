@@ -28,14 +28,12 @@ void DecodeUnencoded(ByteSpan data, const RowTarget& target) {
 }
 
 void DecodeRunLength(ByteSpan data, const RowTarget& target) {
-    std::size_t written = 0;
-    std::size_t at = std::min(target.offset, target.size);
-    for (std::size_t i = 0; i + 1 < data.size && written < target.size; i += 2) {
+    std::size_t at = target.offset;
+    for (std::size_t i = 0; i + 1 < data.size && at < target.size; i += 2) {
         const std::size_t run = std::size_t{data.data[i]} + 1;
         const std::size_t fits = std::min(run, target.size - at);
         std::memset(target.row + at, data.data[i + 1], fits);
         at += fits;
-        written += run;
     }
 }
 

@@ -36,8 +36,8 @@ struct RowTarget {
 // Method 0: the bytes as they are.
 void DecodeUnencoded(ByteSpan data, const RowTarget& target);
 
-// Method 1: pairs of (count - 1, byte). Stops once a whole row (`size` bytes) was written; an odd
-// byte at the end is dropped.
+// Method 1: pairs of (count - 1, byte). Stops at the end of the row; an odd byte at the end is
+// dropped.
 void DecodeRunLength(ByteSpan data, const RowTarget& target);
 
 // Method 2: PackBits. A literal whose bytes are missing gives those that are there.

@@ -12,7 +12,7 @@ constexpr std::size_t kReadStep = std::size_t{1} << 16;
 constexpr std::int64_t kEntryBytes = 3;  // command byte and 16-bit count
 
 // Commands of an adaptive block beyond the row methods 0 to 3.
-enum AdaptiveCommand : int { kLastMethod = 3, kEmptyRows = 4, kRepeatRows = 5 };
+enum AdaptiveCommand : int { kEmptyRows = 4, kRepeatRows = 5 };
 
 std::int32_t Advance(std::int32_t row, std::int64_t rows) {
     return static_cast<std::int32_t>(std::min<std::int64_t>(row + rows, INT32_MAX));
@@ -74,9 +74,7 @@ std::int32_t AddAdaptiveBlock(ByteSource& source, std::int64_t blockBytes, CRTLR
         } else {
             ReadCounted(source, std::min<std::int64_t>(count, left), data);
             left -= static_cast<std::int64_t>(data.size());
-            // Quirk: a delta row of one byte is taken as a copy of the seed row; the byte, which
-            // could at most announce a replacement without data, is not decoded.
-            if (command == kLastMethod && count == 1) data.clear();
+            // A delta row of one byte stores a copy of the seed: its command finds no data.
             raster.AddRow(row, SpanOf(data), command, share.offset, share.count, true);
             row = Advance(row, 1);
         }
