@@ -134,6 +134,16 @@ std::optional<std::size_t> CRTLRaster::PrepareBitmap(int angle) {
                             : PackedBitmapSize(width_, highestRow_, bitsPerPixel_);
 }
 
+GlobalBlock CRTLRaster::MakeBitmap(int angle) {
+    const auto size = PrepareBitmap(angle);
+    if (!size) return {};
+    GlobalBlock block = GlobalBlock::Allocate(*size);
+    const GlobalView view(block.Get());
+    if (view.Data() == nullptr) return {};
+    FillBitmap(view.Data(), angle);
+    return block;
+}
+
 void CRTLRaster::FillBitmap(std::uint8_t* zeroed, int angle) {
     const std::int32_t rowCount = highestRow_;
     const bool quarter = IsQuarter(angle);

@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "common/packed_bitmap.h"
+#include "platform/global_block.h"
 #include "raster/bitmap_rows.h"
 #include "raster/palette.h"
 #include "raster/row_decoders.h"
@@ -54,11 +55,14 @@ class CRTLRaster {
         colours_ = colours;
     }
 
-    // MakeBitmap in two steps, for a caller that owns the memory. PrepareBitmap counts the rows
-    // (once more with every call), merges planes and returns the bytes that the bitmap takes, or
-    // nothing when no row was stored or it would exceed 2 GiB. FillBitmap writes the whole bitmap
-    // into that many zeroed bytes and frees the rows on the way. `angle` in degrees: 0, 90, 180,
-    // 270; with any other the rows stay zero.
+    // The packed bitmap of the picture, turned by `angle` degrees (0, 90, 180, 270; with any other
+    // its rows stay zero), in a movable block that the caller owns. Frees the rows on the way.
+    // Empty when no row was stored, and when memory runs out or the bitmap would exceed 2 GiB: the
+    // rows then stay. Every call counts one more row, so make one bitmap a picture.
+    GlobalBlock MakeBitmap(int angle);
+
+    // The same in two steps for a caller with memory of its own: the bytes that the bitmap takes,
+    // if there can be one, and its writing into that many zeroed bytes.
     std::optional<std::size_t> PrepareBitmap(int angle);
     void FillBitmap(std::uint8_t* zeroed, int angle);
 

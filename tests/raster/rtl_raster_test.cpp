@@ -15,11 +15,9 @@ int Add(CRTLRaster& raster, std::int32_t row, const Bytes& data, int method) {
 }
 
 Bytes Bitmap(CRTLRaster& raster, int angle) {
-    const auto size = raster.PrepareBitmap(angle);
-    if (!size) return {};
-    Bytes block(*size, 0);
-    raster.FillBitmap(block.data(), angle);
-    return block;
+    const GlobalBlock block = raster.MakeBitmap(angle);
+    const GlobalView view(block.Get());
+    return view.Data() == nullptr ? Bytes() : Bytes(view.Data(), view.Data() + view.Size());
 }
 
 // The bytes of the image's row `y` from the top.
@@ -39,7 +37,7 @@ TEST(RtlRaster, UprightBitmap) {
     EXPECT_EQ(RowOf(block, 0), (Bytes{30, 20, 10, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(RowOf(block, 1), Bytes(9, 7));
     EXPECT_EQ(RowOf(block, 2), Bytes{});
-    EXPECT_FALSE(raster.PrepareBitmap(0)) << "the rows are gone";
+    EXPECT_FALSE(raster.MakeBitmap(0)) << "the rows are gone";
     EXPECT_EQ(raster.RowCount(), 4) << "each call counts a row";
 }
 
