@@ -141,8 +141,9 @@ void InputReader::CompleteProgressStep() {
 void InputReader::UpdateLimit() {
     limit_ = end_;
     if (progressPercent_ < kLastPercent) {
-        const std::int64_t untilStep =
-            std::max<std::int64_t>(progressStep_ - ProgressBytes() - 1, 0);
+        // One below the cursor when every read completes a step: so a byte that is pushed back and
+        // read again completes one too.
+        const std::int64_t untilStep = progressStep_ - ProgressBytes() - 1;
         if (untilStep < limit_ - cursor_) limit_ = cursor_ + untilStep;
     }
     if (framedInput && cursor_ < limit_) {
@@ -161,8 +162,7 @@ void InputReader::EnableFraming() {
 std::size_t InputReader::ReadRaw(std::uint8_t* buffer, std::size_t count) {
     std::size_t done = 0;
     while (done < count && !Over()) {
-        const std::size_t chunk =
-            std::min(count - done, static_cast<std::size_t>(limit_ - cursor_));
+        const std::size_t chunk = std::min(count - done, FreeBytes());
         if (chunk > 0) {
             std::memcpy(buffer + done, cursor_, chunk);
             cursor_ += chunk;
@@ -178,7 +178,7 @@ std::size_t InputReader::ReadRaw(std::uint8_t* buffer, std::size_t count) {
 
 void InputReader::SkipRaw(std::size_t count) {
     while (count > 0 && !Over()) {
-        const std::size_t chunk = std::min(count, static_cast<std::size_t>(limit_ - cursor_));
+        const std::size_t chunk = std::min(count, FreeBytes());
         cursor_ += chunk;
         count -= chunk;
         if (chunk == 0) {

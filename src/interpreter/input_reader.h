@@ -73,6 +73,10 @@ class InputReader {
     void Refill();
     void CompleteProgressStep();
     void UpdateLimit();
+    // Bytes that need no bookkeeping.
+    std::size_t FreeBytes() const {
+        return cursor_ < limit_ ? static_cast<std::size_t>(limit_ - cursor_) : 0;
+    }
     std::int64_t ProgressBytes() const { return progressBase_ + (cursor_ - anchor_); }
 
     DrawingOperations& source_;
@@ -80,7 +84,7 @@ class InputReader {
     std::array<std::uint8_t, kHistory + kBlockSize> storage_{};
     std::uint8_t* const block_ = storage_.data() + kHistory;
     const std::uint8_t* cursor_ = block_;
-    const std::uint8_t* limit_ = block_;         // fast path ends here
+    const std::uint8_t* limit_ = block_;         // fast path ends here; can be one below the cursor
     const std::uint8_t* end_ = block_;           // valid bytes end here
     const std::uint8_t* historyBegin_ = block_;  // push-back ends here
     bool staleAvailable_ = false;                // the block holds nothing but the stale byte

@@ -61,7 +61,7 @@ Scan ScanFraction(LookAhead& look, double& value) {
 // Reads a real from the look-ahead. kNone leaves look.p at the byte that is no number.
 Scan ScanReal(LookAhead& look, double& result) {
     while (look.p < look.end && IsSeparator(*look.p)) ++look.p;
-    if (look.p == look.end) return Scan::kUnsure;
+    if (look.p >= look.end) return Scan::kUnsure;
     const std::uint8_t first = *look.p;
     const bool negative = first == '-';
     if (negative || first == '+') {

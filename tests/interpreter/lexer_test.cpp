@@ -1,0 +1,118 @@
+// Numbers and separators, each read from the look-ahead and, at a block edge, byte by byte: both
+// must agree.
+#include "interpreter/lexer.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/interpreter/plot_reader.h"
+
+namespace qm {
+namespace {
+
+using namespace std::string_literals;
+
+struct RealRow {
+    std::string text;
+    double value;
+    char next;  // the byte that stays unread
+};
+
+void PrintTo(const RealRow& row, std::ostream* out) { *out << '"' << row.text << '"'; }
+
+// 10^-digits as the reader makes it: by dividing again and again.
+double Tenths(int digits) {
+    double factor = 1.0;
+    for (int i = 0; i < digits; ++i) factor /= 10.0;
+    return factor;
+}
+
+class Reals : public testing::TestWithParam<RealRow> {};
+
+TEST_P(Reals, AreReadAlikeInsideABlockAndAcrossItsEdge) {
+    const RealRow& row = GetParam();
+    for (std::size_t before = 0; before <= row.text.size(); ++before) {
+        PlotReader reader(std::string(InputReader::kBlockSize - before, ' ') + row.text +
+                          "          ");
+        double value = -99.0;
+        ASSERT_TRUE(reader.GetRealParam(value)) << before;
+        EXPECT_EQ(value, row.value) << before;
+        EXPECT_EQ(std::signbit(value), std::signbit(row.value));
+        EXPECT_EQ(reader.input.GetCooked(), row.next) << before;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, Reals,
+    testing::Values(RealRow{"10,", 10.0, ','}, RealRow{" ,\r\n -.5;", -0.5, ';'},
+                    RealRow{"1e3", 1.0, 'e'}, RealRow{"3.P", 3.0, 'P'}, RealRow{"+;", 0.0, ';'},
+                    RealRow{"-;", -0.0, ';'}, RealRow{"1\r\n2\0003.\n4\n;"s, 123.4, ';'},
+                    RealRow{"4294967297;", 1.0, ';'}, RealRow{"3000000000;", -1294967296.0, ';'},
+                    RealRow{"--5", -0.0, '-'}, RealRow{"1.5.5", 1.5, '.'},
+                    RealRow{"0.0000000000000000000000000001;", Tenths(28), ';'}));
+
+TEST(Lexer, WhatIsNoNumberStaysUnread) {
+    for (const char* text : {"P", ";", "\x1B", "\x80"}) {
+        PlotReader reader(std::string(" ,,") + text + "        ");
+        double value = 7.0;
+        EXPECT_FALSE(reader.GetRealParam(value));
+        EXPECT_EQ(value, 7.0);
+        EXPECT_EQ(reader.GetIntParam(), kAbsentInt);
+        EXPECT_EQ(reader.GetShortParam(), kAbsentShort);
+        EXPECT_EQ(reader.input.GetCooked(), static_cast<std::uint8_t>(*text));
+    }
+}
+
+TEST(Lexer, IntegersWrapAndAreCutTo16Bits) {
+    const struct {
+        const char* text;
+        std::int32_t whole;
+        std::int16_t cut;
+    } rows[] = {{"-12,", -12, -12},          {"70000;", 70000, 4464}, {"+;", 0, 0},
+                {"-32768;", -32768, -32768}, {"1.5;", 1, 1},          {"4294967298;", 2, 2}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(PlotReader(row.text).GetIntParam(), row.whole) << row.text;
+        EXPECT_EQ(PlotReader(row.text).GetShortParam(), row.cut) << row.text;
+    }
+}
+
+TEST(Lexer, EscapeValuesKeepWhetherASignWasGiven) {
+    const struct {
+        const char* text;
+        std::int32_t value;
+        bool hadSign;
+    } rows[] = {{"300X", 300, false},
+                {"-5X", -5, true},
+                {"+5X", 5, true},
+                {"1-2X", -12, true},
+                {"X", 0, false}};
+    for (const auto& row : rows) {
+        PlotReader reader(row.text);
+        std::int32_t value = 99;
+        bool hadSign = !row.hadSign;
+        EXPECT_EQ(GetSignedNumber(reader.input, value, hadSign), 'X') << row.text;
+        EXPECT_EQ(value, row.value) << row.text;
+        EXPECT_EQ(hadSign, row.hadSign) << row.text;
+    }
+}
+
+TEST(Lexer, ANumberOfAMillionDigitsEnds) {
+    const std::string digits(1000000, '9');
+    double value = 0.0;
+    EXPECT_TRUE(PlotReader(digits + ";").GetRealParam(value));
+    EXPECT_TRUE(PlotReader("0." + digits + ";").GetRealParam(value));
+    EXPECT_NEAR(value, 1.0, 1e-12);
+}
+
+TEST(Lexer, MissingParametersLeaveTheirSlots) {
+    PlotReader reader("1,2,3;4;");
+    EXPECT_EQ(reader.GetParams(3), 3);
+    reader.input.GetCooked();
+    EXPECT_EQ(reader.GetParams(3), 1);
+    EXPECT_EQ(reader.params[0], 4.0);
+    EXPECT_EQ(reader.params[2], 3.0);
+}
+
+}  // namespace
+}  // namespace qm
