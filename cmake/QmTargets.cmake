@@ -10,6 +10,13 @@ target_compile_options(qm_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion 
 if(WIN32)
     target_compile_definitions(qm_flags INTERFACE UNICODE _UNICODE NOMINMAX __USE_MINGW_ANSI_STDIO=1)
     target_link_options(qm_flags INTERFACE -static)
+    # Where Wine is installed, ctest runs the programs of the cross build through it.
+    find_program(QM_WINE NAMES wine64 PATHS /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH)
+    if(QM_WINE AND CMAKE_CROSSCOMPILING)
+        configure_file(cmake/wine-run.in ${CMAKE_BINARY_DIR}/wine-run @ONLY
+            FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+        set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_BINARY_DIR}/wine-run)
+    endif()
 endif()
 if(QM_SANITIZE)
     # The library-wide "no recovery" turns every finding into a failed test.

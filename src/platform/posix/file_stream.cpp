@@ -41,7 +41,7 @@ class FileStream final : public StreamBase {
     ~FileStream() override { close(descriptor_); }
 
     // S_FALSE tells that the file ended early.
-    HRESULT STDMETHODCALLTYPE Read(void* buffer, ULONG bytes, ULONG* done) noexcept override {
+    HRESULT Read(void* buffer, ULONG bytes, ULONG* done) noexcept override {
         Report(done, 0);
         if (buffer == nullptr) return STG_E_INVALIDPOINTER;
         const std::int64_t count = ReadDescriptor(descriptor_, buffer, bytes);
@@ -50,8 +50,7 @@ class FileStream final : public StreamBase {
         return count < static_cast<std::int64_t>(bytes) ? S_FALSE : S_OK;
     }
 
-    HRESULT STDMETHODCALLTYPE Write(const void* buffer, ULONG bytes,
-                                    ULONG* done) noexcept override {
+    HRESULT Write(const void* buffer, ULONG bytes, ULONG* done) noexcept override {
         Report(done, 0);
         if (buffer == nullptr) return STG_E_INVALIDPOINTER;
         const std::int64_t count = WriteDescriptor(descriptor_, buffer, bytes);
@@ -60,8 +59,7 @@ class FileStream final : public StreamBase {
         return count < static_cast<std::int64_t>(bytes) ? STG_E_MEDIUMFULL : S_OK;
     }
 
-    HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD origin,
-                                   ULARGE_INTEGER* position) noexcept override {
+    HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* position) noexcept override {
         if (origin > STREAM_SEEK_END) return STG_E_INVALIDFUNCTION;
         constexpr int kOrigins[] = {SEEK_SET, SEEK_CUR, SEEK_END};
         const off_t moved = lseek(descriptor_, move.QuadPart, kOrigins[origin]);
@@ -70,16 +68,16 @@ class FileStream final : public StreamBase {
         return moved >= 0 ? S_OK : STG_E_SEEKERROR;
     }
 
-    HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER size) noexcept override {
+    HRESULT SetSize(ULARGE_INTEGER size) noexcept override {
         return ftruncate(descriptor_, static_cast<off_t>(size.QuadPart)) == 0
                    ? S_OK
                    : StatusOfErrno(STG_E_WRITEFAULT);
     }
 
-    HRESULT STDMETHODCALLTYPE Revert() noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Clone(IStream**) noexcept override { return E_NOTIMPL; }
+    HRESULT Revert() noexcept override { return E_NOTIMPL; }
+    HRESULT Clone(IStream**) noexcept override { return E_NOTIMPL; }
 
-    HRESULT STDMETHODCALLTYPE Stat(STATSTG* status, DWORD flags) noexcept override {
+    HRESULT Stat(STATSTG* status, DWORD flags) noexcept override {
         if (status == nullptr) return STG_E_INVALIDPOINTER;
         const std::int64_t size = DescriptorSize(descriptor_);
         if (size < 0) return STG_E_READFAULT;

@@ -45,7 +45,7 @@ class MemoryStream final : public StreamBase {
 
     HGLOBAL Memory() const noexcept { return block_->memory; }
 
-    HRESULT STDMETHODCALLTYPE Read(void* buffer, ULONG bytes, ULONG* done) noexcept override {
+    HRESULT Read(void* buffer, ULONG bytes, ULONG* done) noexcept override {
         Report(done, 0);
         if (buffer == nullptr) return STG_E_INVALIDPOINTER;
         if (position_ >= block_->size) return S_OK;
@@ -58,8 +58,7 @@ class MemoryStream final : public StreamBase {
         return S_OK;
     }
 
-    HRESULT STDMETHODCALLTYPE Write(const void* buffer, ULONG bytes,
-                                    ULONG* done) noexcept override {
+    HRESULT Write(const void* buffer, ULONG bytes, ULONG* done) noexcept override {
         Report(done, 0);
         if (buffer == nullptr) return STG_E_INVALIDPOINTER;
         if (bytes == 0) return S_OK;
@@ -72,8 +71,7 @@ class MemoryStream final : public StreamBase {
         return S_OK;
     }
 
-    HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD origin,
-                                   ULARGE_INTEGER* position) noexcept override {
+    HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* position) noexcept override {
         if (origin > STREAM_SEEK_END) return STG_E_INVALIDFUNCTION;
         const std::uint64_t bases[] = {0, position_, block_->size};
         const HRESULT status = MovedPosition(bases[origin], move.QuadPart, position_);
@@ -81,21 +79,21 @@ class MemoryStream final : public StreamBase {
         return status;
     }
 
-    HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER size) noexcept override {
+    HRESULT SetSize(ULARGE_INTEGER size) noexcept override {
         if (size.QuadPart > block_->size) return block_->GrowTo(size.QuadPart);
         block_->size = size.QuadPart;
         return S_OK;
     }
 
-    HRESULT STDMETHODCALLTYPE Revert() noexcept override { return S_OK; }
+    HRESULT Revert() noexcept override { return S_OK; }
 
-    HRESULT STDMETHODCALLTYPE Stat(STATSTG* status, DWORD) noexcept override {
+    HRESULT Stat(STATSTG* status, DWORD) noexcept override {
         if (status == nullptr) return STG_E_INVALIDPOINTER;
         FillStat(*status, block_->size, STGM_READWRITE);
         return S_OK;
     }
 
-    HRESULT STDMETHODCALLTYPE Clone(IStream** stream) noexcept override {
+    HRESULT Clone(IStream** stream) noexcept override {
         if (stream == nullptr) return STG_E_INVALIDPOINTER;
         *stream = qm::MakeObject<MemoryStream>(block_, position_).Detach();
         return *stream != nullptr ? S_OK : E_OUTOFMEMORY;

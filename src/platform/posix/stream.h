@@ -34,37 +34,33 @@ struct STATSTG {
     DWORD reserved;
 };
 
-MIDL_INTERFACE("0c733a30-2a1c-11ce-ade5-00aa0044773d")
-ISequentialStream : public IUnknown {
+struct ISequentialStream : public IUnknown {
     // `done` may be null.
-    virtual HRESULT STDMETHODCALLTYPE Read(void* buffer, ULONG bytes, ULONG* done) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Write(const void* buffer, ULONG bytes, ULONG* done) = 0;
+    virtual HRESULT Read(void* buffer, ULONG bytes, ULONG* done) = 0;
+    virtual HRESULT Write(const void* buffer, ULONG bytes, ULONG* done) = 0;
 };
 
-MIDL_INTERFACE("0000000c-0000-0000-C000-000000000046")
-IStream : public ISequentialStream {
+struct IStream : public ISequentialStream {
     // `position` may be null. Beyond the end is allowed; the gap reads as 0 once something is
     // written behind it.
-    virtual HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD origin,
-                                           ULARGE_INTEGER * position) = 0;
-    virtual HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER size) = 0;
-    virtual HRESULT STDMETHODCALLTYPE CopyTo(IStream * target, ULARGE_INTEGER bytes,
-                                             ULARGE_INTEGER * read, ULARGE_INTEGER * written) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Commit(DWORD flags) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Revert() = 0;
-    virtual HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER offset, ULARGE_INTEGER bytes,
-                                                 DWORD type) = 0;
-    virtual HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER offset, ULARGE_INTEGER bytes,
-                                                   DWORD type) = 0;
+    virtual HRESULT Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* position) = 0;
+    virtual HRESULT SetSize(ULARGE_INTEGER size) = 0;
+    virtual HRESULT CopyTo(IStream* target, ULARGE_INTEGER bytes, ULARGE_INTEGER* read,
+                           ULARGE_INTEGER* written) = 0;
+    virtual HRESULT Commit(DWORD flags) = 0;
+    virtual HRESULT Revert() = 0;
+    virtual HRESULT LockRegion(ULARGE_INTEGER offset, ULARGE_INTEGER bytes, DWORD type) = 0;
+    virtual HRESULT UnlockRegion(ULARGE_INTEGER offset, ULARGE_INTEGER bytes, DWORD type) = 0;
     // Without STATFLAG_NONAME the name, if the stream has one, is the caller's (CoTaskMemFree).
-    virtual HRESULT STDMETHODCALLTYPE Stat(STATSTG * status, DWORD flags) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Clone(IStream * *stream) = 0;
+    virtual HRESULT Stat(STATSTG* status, DWORD flags) = 0;
+    virtual HRESULT Clone(IStream** stream) = 0;
 };
 using LPSTREAM = IStream*;
 
-__CRT_UUID_DECL(ISequentialStream, 0x0c733a30, 0x2a1c, 0x11ce, 0xad, 0xe5, 0x00, 0xaa, 0x00, 0x44,
-                0x77, 0x3d)
+// clang-format off
+__CRT_UUID_DECL(ISequentialStream, 0x0c733a30, 0x2a1c, 0x11ce, 0xad, 0xe5, 0x00, 0xaa, 0x00, 0x44, 0x77, 0x3d)
 __CRT_UUID_DECL(IStream, 0x0000000c, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
+// clang-format on
 
 extern "C" const IID IID_ISequentialStream;
 extern "C" const IID IID_IStream;

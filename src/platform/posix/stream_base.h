@@ -10,15 +10,14 @@ class StreamBase : public qm::ComObject<IStream> {
   public:
     // Copies through Read and Write, so each side keeps its own rules; `read` and `written` may be
     // null.
-    HRESULT STDMETHODCALLTYPE CopyTo(IStream* target, ULARGE_INTEGER bytes, ULARGE_INTEGER* read,
-                                     ULARGE_INTEGER* written) noexcept override;
+    HRESULT CopyTo(IStream* target, ULARGE_INTEGER bytes, ULARGE_INTEGER* read,
+                   ULARGE_INTEGER* written) noexcept override;
     // Nothing is held back, so there is nothing to commit.
-    HRESULT STDMETHODCALLTYPE Commit(DWORD) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
+    HRESULT Commit(DWORD) noexcept override { return S_OK; }
+    HRESULT LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
         return STG_E_INVALIDFUNCTION;
     }
-    HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER,
-                                           DWORD) noexcept override {
+    HRESULT UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
         return STG_E_INVALIDFUNCTION;
     }
 

@@ -6,13 +6,12 @@
 
 #include "platform/posix/types.h"
 
-MIDL_INTERFACE("00000000-0000-0000-C000-000000000046")
-IUnknown {
+struct IUnknown {
     // Sets *object to the interface, with a reference of the caller's, or to null with
     // E_NOINTERFACE.
-    virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) = 0;
-    virtual ULONG STDMETHODCALLTYPE AddRef() = 0;
-    virtual ULONG STDMETHODCALLTYPE Release() = 0;
+    virtual HRESULT QueryInterface(REFIID riid, void** object) = 0;
+    virtual ULONG AddRef() = 0;
+    virtual ULONG Release() = 0;
 };
 using LPUNKNOWN = IUnknown*;
 
@@ -24,31 +23,27 @@ using DISPID = LONG;
 using LCID = DWORD;
 
 // Never called natively; it exists so that VARIANTs can carry dispatch pointers.
-MIDL_INTERFACE("00020400-0000-0000-C000-000000000046")
-IDispatch : public IUnknown {
-    virtual HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT * count) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo * *info) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR * names, UINT count,
-                                                    LCID locale, DISPID * ids) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID riid, LCID locale, WORD flags,
-                                             DISPPARAMS * parameters, tagVARIANT * result,
-                                             EXCEPINFO * exception, UINT * argument) = 0;
+struct IDispatch : public IUnknown {
+    virtual HRESULT GetTypeInfoCount(UINT* count) = 0;
+    virtual HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) = 0;
+    virtual HRESULT GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID locale,
+                                  DISPID* ids) = 0;
+    virtual HRESULT Invoke(DISPID member, REFIID riid, LCID locale, WORD flags,
+                           DISPPARAMS* parameters, tagVARIANT* result, EXCEPINFO* exception,
+                           UINT* argument) = 0;
 };
 
-MIDL_INTERFACE("00000001-0000-0000-C000-000000000046")
-IClassFactory : public IUnknown {
+struct IClassFactory : public IUnknown {
     // `outer` is the controlling object when the new one is to be aggregated, else null.
-    virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown * outer, REFIID riid,
-                                                     void** object) = 0;
-    virtual HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) = 0;
+    virtual HRESULT CreateInstance(IUnknown* outer, REFIID riid, void** object) = 0;
+    virtual HRESULT LockServer(BOOL lock) = 0;
 };
 
-__CRT_UUID_DECL(IUnknown, 0x00000000, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-                0x46)
-__CRT_UUID_DECL(IDispatch, 0x00020400, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-                0x46)
-__CRT_UUID_DECL(IClassFactory, 0x00000001, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-                0x46)
+// clang-format off
+__CRT_UUID_DECL(IUnknown, 0x00000000, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
+__CRT_UUID_DECL(IDispatch, 0x00020400, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
+__CRT_UUID_DECL(IClassFactory, 0x00000001, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
+// clang-format on
 
 extern "C" const IID IID_IUnknown;
 extern "C" const IID IID_IDispatch;
