@@ -1,0 +1,45 @@
+// qmplot ops FILE: the drawing operations of the interpreter alone, one line each.
+#include <memory>
+
+#include "cli/commands.h"
+#include "cli/input_file.h"
+#include "cli/progress_bar.h"
+#include "cli/standard_output.h"
+#include "common/tool_error.h"
+#include "trace/operation_recorder.h"
+
+namespace qm::cli {
+
+namespace {
+
+int PrintOperations(const std::string& path) {
+    InputFile file(path);
+    ProgressBar progress(file.Name());
+    StandardOutput output;
+    std::uint64_t done = 0;
+    // With nobody left to read the lines, the plot ends at once.
+    const auto read = [&](void* buffer, std::size_t size) -> std::size_t {
+        if (output.Failed()) return 0;
+        const std::size_t count = file.Read(buffer, size);
+        done += count;
+        if (file.Size() > 0) progress.Show(static_cast<int>(done * 100 / file.Size()));
+        return count;
+    };
+    OperationRecorder recorder(read, static_cast<std::uint32_t>(file.Size()),
+                               [&](std::string_view line) { output.Write(line); });
+    recorder.Record();
+    output.Finish();
+    return kExitSuccess;
+}
+
+}  // namespace
+
+void AddOpsCommand(CLI::App& app, Action& action) {
+    CLI::App* command =
+        app.add_subcommand("ops", "Print every drawing operation of the interpreter, a line each");
+    const auto file = std::make_shared<std::string>();
+    command->add_option("FILE", *file, "The plot file")->required()->type_name("");
+    command->callback([=, &action] { action = [=] { return PrintOperations(*file); }; });
+}
+
+}  // namespace qm::cli
