@@ -3,6 +3,7 @@
 //
 //   class Sink final : public ComObject<IQmSaveStructure> { ... };
 //   ComPtr<Sink> sink = MakeObject<Sink>(arguments);        // null when memory ran out
+//   HRESULT Sink::Method() noexcept { return Guarded([&] { ...; return S_OK; }); }
 //
 // Objects belong to one thread (apartment), so the count is a plain integer; only the number of
 // live objects, which tests and module unloading ask for, is shared between threads. Test:
@@ -75,6 +76,19 @@ class ComObject : public Interfaces... {
     ULONG references_ = 1;  // the maker's
     LiveObject live_;
 };
+
+// Runs the body of a COM method, `work() -> HRESULT`: exhausted memory becomes E_OUTOFMEMORY, any
+// other exception E_FAIL, so that nothing is thrown across an interface.
+template <typename Work>
+HRESULT Guarded(Work&& work) noexcept {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_FAIL;
+    }
+}
 
 // A new T, owned by the result alone; null when memory ran out. The only place where the allocation
 // of an object is checked.

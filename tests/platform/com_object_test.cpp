@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <stdexcept>
 
 namespace {
 
@@ -61,6 +62,12 @@ TEST(ComObject, DiesOnceAndFailedConstructionCountsNothing) {
     EXPECT_EQ(deaths, 1);
     EXPECT_FALSE(qm::MakeObject<Factory>(true));
     EXPECT_EQ(qm::LiveObjectCount(), before);
+}
+
+TEST(ComObject, ExceptionsBecomeStatusCodes) {
+    EXPECT_EQ(qm::Guarded([] { return S_FALSE; }), S_FALSE);
+    EXPECT_EQ(qm::Guarded([]() -> HRESULT { throw std::bad_alloc(); }), E_OUTOFMEMORY);
+    EXPECT_EQ(qm::Guarded([]() -> HRESULT { throw std::out_of_range("index"); }), E_FAIL);
 }
 
 TEST(ComPtr, MovesSharesAndHandsOut) {
