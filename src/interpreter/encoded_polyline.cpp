@@ -1,9 +1,6 @@
 // See encoded_polyline.h. Handler: PE.
 #include "interpreter/encoded_polyline.h"
 
-#include <algorithm>
-#include <array>
-
 #include "interpreter/handlers.h"
 #include "interpreter/hpgl_read.h"
 
@@ -80,12 +77,8 @@ class EncodedPolyline {
     void Flush();
     void Finish(EncodedEnd end);
 
-    // Quirk: a longer run is cut, and the segment between the pieces is not drawn.
-    static constexpr std::size_t kMaxPoints = 255;
-
     HPGLRead& reader_;
     EncodedNumbers numbers_;
-    std::array<PointD, kMaxPoints> encodedPoints_;
     std::size_t count_ = 0;
     bool penDownNext_ = true;
     bool penUpPending_ = false;
@@ -196,17 +189,17 @@ void EncodedPolyline::PlotPoint(PointD point) {
 }
 
 void EncodedPolyline::Append(PointD point) {
-    if (count_ == kMaxPoints) Flush();
-    encodedPoints_[count_++] = point;
+    if (count_ == kMaxEncodedPoints) Flush();
+    reader_.encoded.encodedPoints[count_++] = point;
 }
 
 void EncodedPolyline::Flush() {
     if (count_ >= 2) {
-        std::array<PointI, kMaxPoints> device;
-        std::transform(encodedPoints_.begin(),
-                       encodedPoints_.begin() + static_cast<std::ptrdiff_t>(count_), device.begin(),
-                       [this](PointD p) { return reader_.coordinates.ToPlotter(p); });
-        EmitPolyline(reader_, static_cast<std::int32_t>(count_), device.data());
+        EncodedState& state = reader_.encoded;
+        for (std::size_t i = 0; i < count_; ++i) {
+            state.plotterPoints[i] = reader_.coordinates.ToPlotter(state.encodedPoints[i]);
+        }
+        EmitPolyline(reader_, static_cast<std::int32_t>(count_), state.plotterPoints.data());
     }
     count_ = 0;
 }

@@ -6,11 +6,25 @@
 // digits from 191 (8-bit) or 95 (7-bit) upward. Tests: tests/interpreter/encoded_polyline_test.cpp.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
+#include "common/geometry.h"
 #include "interpreter/input_reader.h"
 
 namespace qm {
+
+// Points that a PE command collects before it sends them.
+// Quirk: a longer run is cut, and the segment between the pieces is not drawn.
+inline constexpr std::size_t kMaxEncodedPoints = 255;
+
+// The buffers of PE; they live with the interpreter, because most PE commands are too short to be
+// worth making them.
+struct EncodedState {
+    std::array<PointD, kMaxEncodedPoints> encodedPoints;  // pending, current units
+    std::array<PointI, kMaxEncodedPoints> plotterPoints;  // on their way out
+};
 
 // How a number ended.
 enum class EncodedEnd {

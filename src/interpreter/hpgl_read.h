@@ -20,6 +20,7 @@
 #include "interpreter/attributes/polygon.h"
 #include "interpreter/coordinates.h"
 #include "interpreter/drawing_operations.h"
+#include "interpreter/encoded_polyline.h"
 #include "interpreter/input_reader.h"
 #include "interpreter/job.h"
 #include "interpreter/lexer.h"
@@ -64,6 +65,7 @@ class HPGLRead : public DrawingOperations {
     CoordinateState coordinates;
     PenMotion motion;
     ArcState arcs;
+    EncodedState encoded;
     PenState pens;
     LineState lines;
     PolygonBuffer polygon;

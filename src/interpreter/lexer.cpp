@@ -41,22 +41,19 @@ struct LookAhead {
     const std::uint8_t* p;
     const std::uint8_t* const end;
 
-    // Moves to the next byte that cooked reading would give; false when there is none.
-    bool Settle() {
-        while (p < end && IsCookedAway(*p)) ++p;
-        return p < end;
+    // Hands the digits at hand to `take` and stops at the byte behind them that cooked reading
+    // would give; false when there is none. `take` answers false to give up.
+    template <typename Take>
+    bool Digits(Take take) {
+        for (;; ++p) {
+            for (; p < end && IsDigit(*p); ++p) {
+                if (!take(static_cast<std::uint32_t>(*p - '0'))) return false;
+            }
+            if (p >= end) return false;
+            if (!IsCookedAway(*p)) return true;
+        }
     }
 };
-
-Scan ScanFraction(LookAhead& look, double& value) {
-    ++look.p;  // the point
-    for (std::size_t k = 0; look.Settle(); ++k, ++look.p) {
-        if (!IsDigit(*look.p)) return Scan::kNumber;
-        if (k == FractionWeights::kCount) return Scan::kUnsure;
-        value += (*look.p - '0') * kFraction.weight[k];
-    }
-    return Scan::kUnsure;
-}
 
 // Reads a real from the look-ahead. kNone leaves look.p at the byte that is no number.
 Scan ScanReal(LookAhead& look, double& result) {
@@ -70,19 +67,24 @@ Scan ScanReal(LookAhead& look, double& result) {
         return Scan::kNone;
     }
     std::uint32_t digits = 0;
-    while (look.Settle()) {
-        const std::uint8_t c = *look.p;
-        if (IsDigit(c)) {
-            digits = digits * 10 + (c - static_cast<std::uint32_t>('0'));
-            ++look.p;
-            continue;
-        }
-        double value = FromDigits(digits);
-        if (c == '.' && ScanFraction(look, value) == Scan::kUnsure) return Scan::kUnsure;
-        result = WithSign(value, negative);
-        return Scan::kNumber;
+    const auto takeDigit = [&digits](std::uint32_t digit) {
+        digits = digits * 10 + digit;
+        return true;
+    };
+    if (!look.Digits(takeDigit)) return Scan::kUnsure;
+    double value = FromDigits(digits);
+    if (*look.p == '.') {
+        ++look.p;
+        std::size_t k = 0;
+        const auto takeFraction = [&value, &k](std::uint32_t digit) {
+            if (k == FractionWeights::kCount) return false;
+            value += digit * kFraction.weight[k++];
+            return true;
+        };
+        if (!look.Digits(takeFraction)) return Scan::kUnsure;
     }
-    return Scan::kUnsure;
+    result = WithSign(value, negative);
+    return Scan::kNumber;
 }
 
 double ReadFraction(InputReader& input, double value) {
