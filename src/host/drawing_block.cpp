@@ -1,0 +1,174 @@
+#include "host/drawing_block.h"
+
+#include <cstdint>
+#include <new>
+
+#include "host/host_identity.h"
+#include "platform/text.h"
+
+namespace qm {
+
+namespace {
+
+// Runs `append`, the one place where the block turns lack of memory into a status.
+template <typename Append>
+HRESULT Guarded(const Append& append) noexcept {
+    try {
+        append();
+        return S_OK;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+bool IsRun(LONG count, const void* data) { return count >= 0 && (count == 0 || data != nullptr); }
+
+// LONG is another type than int32_t on Windows, of the same size.
+const std::int32_t* AsInts(const LONG* values) {
+    static_assert(sizeof(LONG) == sizeof(std::int32_t));
+    return reinterpret_cast<const std::int32_t*>(values);
+}
+
+PointSpan AsPoints(LONG count, const LONG* points) {
+    return {reinterpret_cast<const PointI*>(points), static_cast<std::size_t>(count)};
+}
+
+// A component beyond 0 to 255 keeps its low byte.
+std::uint32_t Colour(LONG red, LONG green, LONG blue) {
+    const auto byte = [](LONG value) { return static_cast<std::uint32_t>(value) & 0xFF; };
+    return byte(red) | (byte(green) << 8) | (byte(blue) << 16);
+}
+
+bool LengthsAgree(LONG rings, const LONG* lengths, LONG total) {
+    std::int64_t sum = 0;
+    for (LONG i = 0; i < rings; ++i) {
+        if (lengths[i] < 0) return false;
+        sum += lengths[i];
+    }
+    return sum == total;
+}
+
+}  // namespace
+
+void* DrawingBlock::FindInterface(REFIID riid) noexcept {
+    return IsEqualGUID(riid, kDrawingBlockIdentity) ? this : nullptr;
+}
+
+HRESULT DrawingBlock::PutAttribute(BSTR name, VARIANT value, LONG flags) noexcept {
+    return attributes_.Put(name, value, flags);
+}
+
+HRESULT DrawingBlock::GetAttribute(BSTR name, LONG, VARIANT* value) noexcept {
+    return attributes_.Get(name, value);
+}
+
+HRESULT DrawingBlock::AppendDrawColor1(LONG red, LONG green, LONG blue) noexcept {
+    return Guarded([&] { list_.AppendColour(RecordKind::kDrawColour, Colour(red, green, blue)); });
+}
+
+HRESULT DrawingBlock::AppendFillColor1(LONG red, LONG green, LONG blue) noexcept {
+    return Guarded([&] { list_.AppendColour(RecordKind::kFillColour, Colour(red, green, blue)); });
+}
+
+HRESULT DrawingBlock::AppendLayer(LONG layer) noexcept {
+    return Guarded([&] { list_.AppendValue(RecordKind::kLayer, layer); });
+}
+
+HRESULT DrawingBlock::AppendPen(LONG pen) noexcept {
+    return Guarded([&] { list_.AppendValue(RecordKind::kPen, pen); });
+}
+
+HRESULT DrawingBlock::AppendLineStyle(LONG style) noexcept {
+    return Guarded([&] { list_.AppendValue(RecordKind::kLineStyle, style); });
+}
+
+HRESULT DrawingBlock::AppendLineWidth(LONG width) noexcept {
+    return Guarded([&] { list_.AppendValue(RecordKind::kLineWidth, width); });
+}
+
+HRESULT DrawingBlock::AppendLine(LONG x1, LONG y1, LONG x2, LONG y2) noexcept {
+    return Guarded([&] { list_.AppendLine({x1, y1}, {x2, y2}); });
+}
+
+HRESULT DrawingBlock::AppendRectangle(LONG x1, LONG y1, LONG x2, LONG y2,
+                                      VARIANT_BOOL filled) noexcept {
+    return Guarded([&] { list_.AppendRectangle({{x1, y1}, {x2, y2}}, filled != VARIANT_FALSE); });
+}
+
+HRESULT DrawingBlock::AppendCircle(LONG x, LONG y, LONG radius, VARIANT_BOOL filled) noexcept {
+    return Guarded([&] { list_.AppendCircle({x, y}, radius, filled != VARIANT_FALSE); });
+}
+
+HRESULT DrawingBlock::AppendArc3(LONG x, LONG y, LONG radiusX, LONG radiusY, FLOAT start,
+                                 FLOAT span) noexcept {
+    return Guarded([&] { list_.AppendArc({{x, y}, radiusX, radiusY, start, span}); });
+}
+
+HRESULT DrawingBlock::AppendPolygon(LONG count, const LONG* points, VARIANT_BOOL filled) noexcept {
+    if (!IsRun(count, points)) return E_INVALIDARG;
+    return Guarded([&] { list_.AppendPolygon(AsPoints(count, points), filled != VARIANT_FALSE); });
+}
+
+HRESULT DrawingBlock::AppendPolyPolygon(LONG rings, const LONG* lengths, LONG total,
+                                        const LONG* points, VARIANT_BOOL filled) noexcept {
+    if (!IsRun(rings, lengths) || !IsRun(total, points) || !LengthsAgree(rings, lengths, total)) {
+        return E_INVALIDARG;
+    }
+    const Rings area{AsInts(lengths), static_cast<std::size_t>(rings), AsPoints(total, points)};
+    return Guarded([&] { list_.AppendPolyPolygon(area, filled != VARIANT_FALSE); });
+}
+
+HRESULT DrawingBlock::AppendDrawMode(LONG mode) noexcept {
+    return Guarded([&] { list_.AppendValue(RecordKind::kDrawMode, mode); });
+}
+
+HRESULT DrawingBlock::AppendLineDash(LONG count, const LONG* gaps) noexcept {
+    if (!IsRun(count, gaps)) return E_INVALIDARG;
+    return Guarded([&] { list_.AppendLineDash(AsInts(gaps), static_cast<std::size_t>(count)); });
+}
+
+HRESULT DrawingBlock::AppendLineAttributes(LONG attributes) noexcept {
+    return Guarded([&] { list_.AppendValue(RecordKind::kLineAttributes, attributes); });
+}
+
+HRESULT DrawingBlock::DefineFillPattern(LONG index, LONG width, LONG height, LONG size,
+                                        const BYTE* bits) noexcept {
+    if (!IsRun(size, bits)) return E_INVALIDARG;
+    const FillPattern pattern{index, width, height, {bits, static_cast<std::size_t>(size)}};
+    return Guarded([&] { list_.DefineFillPattern(pattern); });
+}
+
+HRESULT DrawingBlock::AppendFillStyle(LONG kind, LONG index) noexcept {
+    return Guarded([&] { list_.AppendFillStyle(kind, index); });
+}
+
+HRESULT DrawingBlock::AppendClipRegion(LONG count, const LONG* points) noexcept {
+    if (!IsRun(count, points)) return E_INVALIDARG;
+    return Guarded([&] { list_.AppendClipRegion(AsPoints(count, points)); });
+}
+
+HRESULT DrawingBlock::EndClipRegion() noexcept {
+    return Guarded([&] { list_.EndClipRegion(); });
+}
+
+HRESULT DrawingBlock::AppendTextElement(LONG x1, LONG y1, LONG x2, LONG y2, LONG, LONG, LONG,
+                                        BSTR text) noexcept {
+    return Guarded([&] { list_.AppendText({{x1, y1}, {x2, y2}}, WideToUtf8(ViewOf(text))); });
+}
+
+HRESULT DrawingBlock::AppendDib(LONG x1, LONG y1, LONG x2, LONG y2, LONG size, const BYTE* dib,
+                                LONG rasterOperation) noexcept {
+    if (!IsRun(size, dib)) return E_INVALIDARG;
+    return Guarded([&] {
+        list_.AppendPicture({{x1, y1}, {x2, y2}}, rasterOperation,
+                            {dib, static_cast<std::size_t>(size)});
+    });
+}
+
+HRESULT DrawingBlock::IsEmpty(VARIANT_BOOL* empty) noexcept {
+    if (empty == nullptr) return E_POINTER;
+    *empty = list_.IsEmpty() ? VARIANT_TRUE : VARIANT_FALSE;
+    return S_OK;
+}
+
+}  // namespace qm

@@ -1,0 +1,64 @@
+// DrawingBlock: the embedded host's drawing block. It checks what IQmBuildVectorData receives and
+// files it in a display list. Test: tests/host/document_test.cpp.
+#pragma once
+
+#include "host/attribute_map.h"
+#include "host/display_list.h"
+#include "platform/com_object.h"
+#include "qmfilter.h"
+
+namespace qm {
+
+// Methods answer E_INVALIDARG for counts that are negative or disagree and for null arrays, and
+// then append nothing.
+class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
+  public:
+    const DisplayList& Drawing() const noexcept { return list_; }
+    const AttributeMap& Attributes() const noexcept { return attributes_; }
+
+    HRESULT STDMETHODCALLTYPE PutAttribute(BSTR name, VARIANT value, LONG flags) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetAttribute(BSTR name, LONG flags, VARIANT* value) noexcept override;
+
+    HRESULT STDMETHODCALLTYPE AppendDrawColor1(LONG red, LONG green, LONG blue) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendFillColor1(LONG red, LONG green, LONG blue) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendLayer(LONG layer) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendPen(LONG pen) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendLineStyle(LONG style) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendLineWidth(LONG width) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendLine(LONG x1, LONG y1, LONG x2, LONG y2) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendRectangle(LONG x1, LONG y1, LONG x2, LONG y2,
+                                              VARIANT_BOOL filled) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendCircle(LONG x, LONG y, LONG radius,
+                                           VARIANT_BOOL filled) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendArc3(LONG x, LONG y, LONG radiusX, LONG radiusY, FLOAT start,
+                                         FLOAT span) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendPolygon(LONG count, const LONG* points,
+                                            VARIANT_BOOL filled) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendPolyPolygon(LONG rings, const LONG* lengths, LONG total,
+                                                const LONG* points,
+                                                VARIANT_BOOL filled) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendDrawMode(LONG mode) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendLineDash(LONG count, const LONG* gaps) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendLineAttributes(LONG attributes) noexcept override;
+    HRESULT STDMETHODCALLTYPE DefineFillPattern(LONG index, LONG width, LONG height, LONG size,
+                                                const BYTE* bits) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendFillStyle(LONG kind, LONG index) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendClipRegion(LONG count, const LONG* points) noexcept override;
+    HRESULT STDMETHODCALLTYPE EndClipRegion() noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendTextElement(LONG x1, LONG y1, LONG x2, LONG y2, LONG, LONG,
+                                                LONG, BSTR text) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendDib(LONG x1, LONG y1, LONG x2, LONG y2, LONG size,
+                                        const BYTE* dib, LONG rasterOperation) noexcept override;
+    HRESULT STDMETHODCALLTYPE EndOfData() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE IsEmpty(VARIANT_BOOL* empty) noexcept override;
+
+  protected:
+    // The block itself, without a reference, for the host's own code (NodeOf in document_node.h).
+    void* FindInterface(REFIID riid) noexcept override;
+
+  private:
+    AttributeMap attributes_;
+    DisplayList list_;
+};
+
+}  // namespace qm

@@ -1,0 +1,52 @@
+#include "host/layers.h"
+
+#include <new>
+
+#include "platform/bstr.h"
+
+namespace qm {
+
+HRESULT LayerCollection::AddLayer(LONG number, BSTR name, ULONG colour, LONG visible) noexcept try {
+    layers_.push_back({number, std::wstring(ViewOf(name)), colour, visible != 0});
+    return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}
+
+HRESULT LayerCollection::GetCount(LONG* count) noexcept {
+    if (count == nullptr) return E_POINTER;
+    *count = static_cast<LONG>(layers_.size());
+    return S_OK;
+}
+
+HRESULT LayerCollection::GetLayer(LONG index, LONG* number, BSTR* name, ULONG* colour,
+                                  LONG* visible) noexcept try {
+    if (name != nullptr) *name = nullptr;
+    if (index < 0 || static_cast<std::size_t>(index) >= layers_.size()) return E_INVALIDARG;
+    const Layer& layer = layers_[static_cast<std::size_t>(index)];
+    if (name != nullptr) *name = Bstr(layer.name).Detach();
+    if (number != nullptr) *number = layer.number;
+    if (colour != nullptr) *colour = layer.colour;
+    if (visible != nullptr) *visible = layer.visible ? 1 : 0;
+    return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}
+
+std::vector<Layer> ReadLayers(IQmLayers* layers) {
+    std::vector<Layer> result;
+    LONG count = 0;
+    if (layers == nullptr || FAILED(layers->GetCount(&count))) return result;
+    for (LONG i = 0; i < count; ++i) {
+        Layer layer;
+        Bstr name;
+        LONG visible = 0;
+        if (FAILED(layers->GetLayer(i, &layer.number, name.Put(), &layer.colour, &visible))) break;
+        layer.name = name.View();
+        layer.visible = visible != 0;
+        result.push_back(std::move(layer));
+    }
+    return result;
+}
+
+}  // namespace qm

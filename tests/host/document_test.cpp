@@ -1,0 +1,154 @@
+// The host's COM objects as a filter sees them: document tree, attributes, layers, pens, drawing
+// block.
+#include <gtest/gtest.h>
+
+#include "host/document_node.h"
+#include "host/drawing_block.h"
+#include "host/host_identity.h"
+#include "host/layers.h"
+#include "host/pen_table.h"
+#include "tests/host/list_text.h"
+
+namespace {
+
+using namespace qm;
+
+class HostDocument : public testing::Test {
+  protected:
+    void SetUp() override { before_ = LiveObjectCount(); }
+    void TearDown() override { EXPECT_EQ(LiveObjectCount(), before_); }
+
+    static ComPtr<DocumentNode> Node(SHORT type) { return MakeObject<DocumentNode>(type); }
+
+    LONG before_ = 0;
+};
+
+TEST_F(HostDocument, AttributesAreCopiedAndReplaced) {
+    const auto node = Node(QM_CONTAINER);
+    const Bstr name(L"LpiX");
+    EXPECT_EQ(node->PutAttribute(name.Get(), Variant::Integer(1).Get(), 2), S_OK);
+    EXPECT_EQ(node->PutAttribute(name.Get(), Variant::Double(1016.0).Get(), 0), S_OK);
+    EXPECT_EQ(node->Attributes().Entries().size(), 1U);
+    Variant value;
+    EXPECT_EQ(node->GetAttribute(name.Get(), 0, value.Put()), S_OK);
+    EXPECT_EQ(value.AsDouble(), 1016.0);
+    EXPECT_EQ(node->GetAttribute(Bstr(L"lpix").Get(), 0, value.Put()), E_INVALIDARG);
+    EXPECT_EQ(value.Type(), VT_EMPTY);
+    EXPECT_EQ(node->GetAttribute(name.Get(), 0, nullptr), E_POINTER);
+}
+
+TEST_F(HostDocument, NodesHoldOnlyTheirKinds) {
+    struct Row {
+        SHORT parent, child;
+        HRESULT status;
+    };
+    const Row rows[] = {
+        {QM_DOCUMENT, QM_CONTENTS, S_OK},
+        {QM_CONTENTS, QM_CONTAINER, S_OK},
+        {QM_CONTAINER, QM_VECTOR_BLOCK, S_OK},
+        {QM_DOCUMENT, QM_VECTOR_BLOCK, E_INVALIDARG},
+        {QM_CONTAINER, QM_RASTER_BLOCK, E_INVALIDARG},
+        {QM_CONTENTS, QM_CONTENTS, E_INVALIDARG},
+    };
+    for (const Row& row : rows) {
+        ComPtr<IUnknown> child;
+        EXPECT_EQ(Node(row.parent)
+                      ->CreateChild(row.child, Variant::Text(L"a").Get(), Variant::Integer(0).Get(),
+                                    child.Put()),
+                  row.status)
+            << row.parent << ' ' << row.child;
+        EXPECT_EQ(static_cast<bool>(child), row.status == S_OK);
+    }
+}
+
+TEST_F(HostDocument, FindsChildrenByKindAndExactName) {
+    const auto contents = Node(QM_CONTENTS);
+    const auto page = Node(QM_CONTAINER);
+    const Variant name = Variant::Text(L"Page 1");
+    EXPECT_EQ(contents->AddChild(name.Get(), page.Get(), 0), S_OK);
+    EXPECT_EQ(contents->AddChild(name.Get(), nullptr, 0), E_INVALIDARG);
+    EXPECT_EQ(contents->AddChild(name.Get(), contents.Get(), 0), E_INVALIDARG);
+    ComPtr<IUnknown> found;
+    EXPECT_EQ(contents->GetChild(QM_CONTAINER, name.Get(), found.Put()), S_OK);
+    EXPECT_EQ(OwnObject<DocumentNode>(found.Get(), kDocumentNodeIdentity), page);
+    EXPECT_FALSE(OwnObject<DrawingBlock>(found.Get(), kDrawingBlockIdentity));
+    EXPECT_TRUE(
+        FAILED(contents->GetChild(QM_CONTAINER, Variant::Text(L"page 1").Get(), found.Put())));
+    EXPECT_TRUE(FAILED(contents->GetChild(QM_CONTENTS, name.Get(), found.Put())));
+    EXPECT_FALSE(found);
+}
+
+TEST_F(HostDocument, LayersComeBackInOrder) {
+    const auto layers = MakeObject<LayerCollection>();
+    EXPECT_EQ(layers->AddLayer(3, Bstr(L"three").Get(), 0xFF, 1), S_OK);
+    EXPECT_EQ(layers->AddLayer(1, nullptr, 0, 0), S_OK);
+    const std::vector<Layer> all = ReadLayers(layers.Get());
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[0].number, 3);
+    EXPECT_EQ(all[0].name, L"three");
+    EXPECT_EQ(all[0].colour, 0xFFU);
+    EXPECT_TRUE(all[0].visible);
+    EXPECT_FALSE(all[1].visible);
+    EXPECT_EQ(layers->GetLayer(2, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_EQ(layers->GetLayer(-1, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_TRUE(ReadLayers(nullptr).empty());
+}
+
+TEST_F(HostDocument, PenTableLeavesWhatIsNotGiven) {
+    const auto table = MakeObject<PenTable>();
+    EXPECT_EQ(table->AddPen(2, 0xFF00, -1.0, 0xFFFFFFFF), S_OK);
+    LONG style = -1;
+    LONG colour = -1;
+    DOUBLE width = -1.0;
+    EXPECT_EQ(table->GetPen(9, &style, &colour, &width), E_INVALIDARG);
+    EXPECT_EQ(table->GetPen(2, &style, &colour, &width), S_OK);
+    EXPECT_EQ(style, -1);
+    EXPECT_EQ(colour, 0xFF00);
+    EXPECT_EQ(width, -1.0);
+    EXPECT_EQ(table->AddPen(2, 0xFFFFFFFF, 0.5, 3), S_OK);
+    EXPECT_EQ(table->GetPen(2, &style, &colour, &width), S_OK);
+    EXPECT_EQ(style, 3);
+    EXPECT_EQ(width, 0.5);
+    LONG count = 0;
+    LONG number = 0;
+    EXPECT_EQ(table->GetPenCount(&count), S_OK);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(table->GetPenNumber(0, &number), S_OK);
+    EXPECT_EQ(number, 2);
+    EXPECT_EQ(table->GetPenNumber(1, &number), E_INVALIDARG);
+    EXPECT_TRUE(Query<IQmAttributes>(static_cast<IQmPenTable*>(table.Get())));
+}
+
+TEST_F(HostDocument, BlockFilesWhatTheContractAllows) {
+    const auto block = MakeObject<DrawingBlock>();
+    const LONG points[] = {0, 0, 5, 0, 5, 5};
+    const LONG lengths[] = {2, 1};
+    const LONG negative[] = {4, -1};
+    const BYTE bytes[] = {0xAA, 0x55};
+    VARIANT_BOOL empty = VARIANT_FALSE;
+    EXPECT_EQ(block->AppendDrawColor1(1, 2, 259), S_OK);
+    EXPECT_EQ(block->AppendLayer(4), S_OK);
+    EXPECT_EQ(block->IsEmpty(&empty), S_OK);
+    EXPECT_EQ(empty, VARIANT_TRUE);
+    EXPECT_EQ(block->AppendPolygon(-1, points, VARIANT_TRUE), E_INVALIDARG);
+    EXPECT_EQ(block->AppendPolygon(3, nullptr, VARIANT_TRUE), E_INVALIDARG);
+    EXPECT_EQ(block->AppendPolyPolygon(2, lengths, 4, points, VARIANT_TRUE), E_INVALIDARG);
+    EXPECT_EQ(block->AppendPolyPolygon(2, negative, 3, points, VARIANT_TRUE), E_INVALIDARG);
+    EXPECT_EQ(block->AppendDib(0, 0, 1, 1, -4, bytes, 0), E_INVALIDARG);
+    EXPECT_EQ(block->IsEmpty(&empty), S_OK);
+    EXPECT_EQ(empty, VARIANT_TRUE);
+    EXPECT_EQ(block->AppendPolyPolygon(2, lengths, 3, points, VARIANT_TRUE), S_OK);
+    EXPECT_EQ(block->AppendTextElement(1, 2, 3, 4, 0, 0, 0, Bstr(L"\u00e9").Get()), S_OK);
+    EXPECT_EQ(block->AppendArc3(1, 2, 3, 3, 0.0F, 180.0F), S_OK);
+    EXPECT_EQ(block->AppendDib(0, 0, 1, 1, 2, bytes, 7), S_OK);
+    EXPECT_EQ(block->IsEmpty(&empty), S_OK);
+    EXPECT_EQ(empty, VARIANT_FALSE);
+    EXPECT_EQ(block->IsEmpty(nullptr), E_POINTER);
+    const std::string text = Printed(block->Drawing());
+    EXPECT_EQ(text.substr(text.find("PolyPolygon")),
+              "PolyPolygon 1 2 1 0,0 5,0 5,5\nText 1,2 3,4 \xc3\xa9\nArc 1,2 3 3 0 180\n"
+              "Picture 0,0 1,1 7 170 85\n");
+    EXPECT_NE(text.find("colour 197121 0"), std::string::npos);
+}
+
+}  // namespace
