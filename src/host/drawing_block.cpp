@@ -1,7 +1,6 @@
 #include "host/drawing_block.h"
 
 #include <cstdint>
-#include <new>
 
 #include "host/host_identity.h"
 #include "platform/text.h"
@@ -10,15 +9,13 @@ namespace qm {
 
 namespace {
 
-// Runs `append`, the one place where the block turns lack of memory into a status.
+// Runs `append`; lack of memory becomes E_OUTOFMEMORY.
 template <typename Append>
-HRESULT Guarded(const Append& append) noexcept {
-    try {
+HRESULT Filed(const Append& append) noexcept {
+    return Guarded([&]() -> HRESULT {
         append();
         return S_OK;
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    }
+    });
 }
 
 bool IsRun(LONG count, const void* data) { return count >= 0 && (count == 0 || data != nullptr); }
@@ -63,50 +60,50 @@ HRESULT DrawingBlock::GetAttribute(BSTR name, LONG, VARIANT* value) noexcept {
 }
 
 HRESULT DrawingBlock::AppendDrawColor1(LONG red, LONG green, LONG blue) noexcept {
-    return Guarded([&] { list_.AppendColour(RecordKind::kDrawColour, Colour(red, green, blue)); });
+    return Filed([&] { list_.AppendColour(RecordKind::kDrawColour, Colour(red, green, blue)); });
 }
 
 HRESULT DrawingBlock::AppendFillColor1(LONG red, LONG green, LONG blue) noexcept {
-    return Guarded([&] { list_.AppendColour(RecordKind::kFillColour, Colour(red, green, blue)); });
+    return Filed([&] { list_.AppendColour(RecordKind::kFillColour, Colour(red, green, blue)); });
 }
 
 HRESULT DrawingBlock::AppendLayer(LONG layer) noexcept {
-    return Guarded([&] { list_.AppendValue(RecordKind::kLayer, layer); });
+    return Filed([&] { list_.AppendValue(RecordKind::kLayer, layer); });
 }
 
 HRESULT DrawingBlock::AppendPen(LONG pen) noexcept {
-    return Guarded([&] { list_.AppendValue(RecordKind::kPen, pen); });
+    return Filed([&] { list_.AppendValue(RecordKind::kPen, pen); });
 }
 
 HRESULT DrawingBlock::AppendLineStyle(LONG style) noexcept {
-    return Guarded([&] { list_.AppendValue(RecordKind::kLineStyle, style); });
+    return Filed([&] { list_.AppendValue(RecordKind::kLineStyle, style); });
 }
 
 HRESULT DrawingBlock::AppendLineWidth(LONG width) noexcept {
-    return Guarded([&] { list_.AppendValue(RecordKind::kLineWidth, width); });
+    return Filed([&] { list_.AppendValue(RecordKind::kLineWidth, width); });
 }
 
 HRESULT DrawingBlock::AppendLine(LONG x1, LONG y1, LONG x2, LONG y2) noexcept {
-    return Guarded([&] { list_.AppendLine({x1, y1}, {x2, y2}); });
+    return Filed([&] { list_.AppendLine({x1, y1}, {x2, y2}); });
 }
 
 HRESULT DrawingBlock::AppendRectangle(LONG x1, LONG y1, LONG x2, LONG y2,
                                       VARIANT_BOOL filled) noexcept {
-    return Guarded([&] { list_.AppendRectangle({{x1, y1}, {x2, y2}}, filled != VARIANT_FALSE); });
+    return Filed([&] { list_.AppendRectangle({{x1, y1}, {x2, y2}}, filled != VARIANT_FALSE); });
 }
 
 HRESULT DrawingBlock::AppendCircle(LONG x, LONG y, LONG radius, VARIANT_BOOL filled) noexcept {
-    return Guarded([&] { list_.AppendCircle({x, y}, radius, filled != VARIANT_FALSE); });
+    return Filed([&] { list_.AppendCircle({x, y}, radius, filled != VARIANT_FALSE); });
 }
 
 HRESULT DrawingBlock::AppendArc3(LONG x, LONG y, LONG radiusX, LONG radiusY, FLOAT start,
                                  FLOAT span) noexcept {
-    return Guarded([&] { list_.AppendArc({{x, y}, radiusX, radiusY, start, span}); });
+    return Filed([&] { list_.AppendArc({{x, y}, radiusX, radiusY, start, span}); });
 }
 
 HRESULT DrawingBlock::AppendPolygon(LONG count, const LONG* points, VARIANT_BOOL filled) noexcept {
     if (!IsRun(count, points)) return E_INVALIDARG;
-    return Guarded([&] { list_.AppendPolygon(AsPoints(count, points), filled != VARIANT_FALSE); });
+    return Filed([&] { list_.AppendPolygon(AsPoints(count, points), filled != VARIANT_FALSE); });
 }
 
 HRESULT DrawingBlock::AppendPolyPolygon(LONG rings, const LONG* lengths, LONG total,
@@ -115,51 +112,51 @@ HRESULT DrawingBlock::AppendPolyPolygon(LONG rings, const LONG* lengths, LONG to
         return E_INVALIDARG;
     }
     const Rings area{AsInts(lengths), static_cast<std::size_t>(rings), AsPoints(total, points)};
-    return Guarded([&] { list_.AppendPolyPolygon(area, filled != VARIANT_FALSE); });
+    return Filed([&] { list_.AppendPolyPolygon(area, filled != VARIANT_FALSE); });
 }
 
 HRESULT DrawingBlock::AppendDrawMode(LONG mode) noexcept {
-    return Guarded([&] { list_.AppendValue(RecordKind::kDrawMode, mode); });
+    return Filed([&] { list_.AppendValue(RecordKind::kDrawMode, mode); });
 }
 
 HRESULT DrawingBlock::AppendLineDash(LONG count, const LONG* gaps) noexcept {
     if (!IsRun(count, gaps)) return E_INVALIDARG;
-    return Guarded([&] { list_.AppendLineDash(AsInts(gaps), static_cast<std::size_t>(count)); });
+    return Filed([&] { list_.AppendLineDash(AsInts(gaps), static_cast<std::size_t>(count)); });
 }
 
 HRESULT DrawingBlock::AppendLineAttributes(LONG attributes) noexcept {
-    return Guarded([&] { list_.AppendValue(RecordKind::kLineAttributes, attributes); });
+    return Filed([&] { list_.AppendValue(RecordKind::kLineAttributes, attributes); });
 }
 
 HRESULT DrawingBlock::DefineFillPattern(LONG index, LONG width, LONG height, LONG size,
                                         const BYTE* bits) noexcept {
     if (!IsRun(size, bits)) return E_INVALIDARG;
     const FillPattern pattern{index, width, height, {bits, static_cast<std::size_t>(size)}};
-    return Guarded([&] { list_.DefineFillPattern(pattern); });
+    return Filed([&] { list_.DefineFillPattern(pattern); });
 }
 
 HRESULT DrawingBlock::AppendFillStyle(LONG kind, LONG index) noexcept {
-    return Guarded([&] { list_.AppendFillStyle(kind, index); });
+    return Filed([&] { list_.AppendFillStyle(kind, index); });
 }
 
 HRESULT DrawingBlock::AppendClipRegion(LONG count, const LONG* points) noexcept {
     if (!IsRun(count, points)) return E_INVALIDARG;
-    return Guarded([&] { list_.AppendClipRegion(AsPoints(count, points)); });
+    return Filed([&] { list_.AppendClipRegion(AsPoints(count, points)); });
 }
 
 HRESULT DrawingBlock::EndClipRegion() noexcept {
-    return Guarded([&] { list_.EndClipRegion(); });
+    return Filed([&] { list_.EndClipRegion(); });
 }
 
 HRESULT DrawingBlock::AppendTextElement(LONG x1, LONG y1, LONG x2, LONG y2, LONG, LONG, LONG,
                                         BSTR text) noexcept {
-    return Guarded([&] { list_.AppendText({{x1, y1}, {x2, y2}}, WideToUtf8(ViewOf(text))); });
+    return Filed([&] { list_.AppendText({{x1, y1}, {x2, y2}}, WideToUtf8(ViewOf(text))); });
 }
 
 HRESULT DrawingBlock::AppendDib(LONG x1, LONG y1, LONG x2, LONG y2, LONG size, const BYTE* dib,
                                 LONG rasterOperation) noexcept {
     if (!IsRun(size, dib)) return E_INVALIDARG;
-    return Guarded([&] {
+    return Filed([&] {
         list_.AppendPicture({{x1, y1}, {x2, y2}}, rasterOperation,
                             {dib, static_cast<std::size_t>(size)});
     });
