@@ -99,9 +99,11 @@ double ReadFraction(InputReader& input, double value) {
     return value;
 }
 
-// The byte-wise reader of reals.
+// The byte-wise reader of reals. An aborted input repeats one byte for ever; were it a digit, a
+// list of numbers would never end.
 bool ReadReal(InputReader& input, double& result) {
     SkipSeparators(input);
+    if (input.aborted) return false;
     std::uint8_t c = input.GetCooked();
     const bool negative = c == '-';
     if (negative || c == '+') {
@@ -125,9 +127,10 @@ bool ReadReal(InputReader& input, double& result) {
     return true;
 }
 
-// Reads an integer into `value`; false when none follows.
+// Reads an integer into `value`; false when none follows or the input is aborted.
 bool ReadInteger(InputReader& input, std::int32_t& value) {
     SkipSeparators(input);
+    if (input.aborted) return false;
     std::uint8_t c = input.GetCooked();
     const bool negative = c == '-';
     if (negative || c == '+') {

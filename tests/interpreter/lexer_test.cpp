@@ -105,6 +105,14 @@ TEST(Lexer, ANumberOfAMillionDigitsEnds) {
     EXPECT_NEAR(value, 1.0, 1e-12);
 }
 
+TEST(Lexer, AnAbortEndsAListOfNumbers) {
+    for (const char* command : {"PD", "BZ", "SD1,", "UL1,"}) {
+        PlotReader reader("1;" + (command + std::string(200, '1')));
+        reader.abortAt = 20;
+        EXPECT_EQ(reader.Interpret(), 1) << command;
+    }
+}
+
 TEST(Lexer, MissingParametersLeaveTheirSlots) {
     PlotReader reader("1,2,3;4;");
     EXPECT_EQ(reader.GetParams(3), 3);

@@ -1,9 +1,11 @@
 // Labels: text drawn with the stroke font, and symbol mode.
 //
 // Commands LB CP in labels.cpp, the character attributes in character_attributes.cpp, the glyphs in
-// stroke_font.h. Tests: tests/interpreter/attributes/labels_test.cpp.
+// stroke_font.h. Where a character, the next one and the next line go is computed by the pure
+// functions below. Tests: tests/interpreter/attributes/labels_test.cpp.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "common/geometry.h"
@@ -11,6 +13,9 @@
 namespace qm {
 
 class HPGLRead;
+
+// The stroke weight (SD kind 6) that leaves label strokes the width of the pen.
+inline constexpr std::int32_t kPenStrokeWeight = 9999;
 
 struct LabelState {
     std::uint8_t LabelTerminator = 3;
@@ -28,13 +33,48 @@ struct LabelState {
     std::int32_t StandardCharSet = 0;
     std::int32_t AlternateCharSet = 0;
     std::int32_t CurrentCharSet = 0;
-    std::int32_t StrokeWeight = 0;     // sent as the width of label strokes unless 9999
+    std::int32_t StrokeWeight = 0;     // sent as the width of label strokes unless kPenStrokeWeight
     std::uint8_t SymbolChar = 0;       // 0: symbol mode off
     std::int32_t TransparentData = 0;  // non-zero: CR and LF in a label are characters
     std::int32_t LabelMode = 0;        // stored only
 };
 
-// Draws the symbol-mode character about the pen position, which stays.
+// From one character's origin to the next one's, in current units.
+PointD AdvanceVector(const LabelState& label);
+
+// What a line feed subtracts from the position, in current units.
+PointD LineFeedVector(const LabelState& label);
+
+// From the pen to the origin of the first of `count` characters, in current units: the label origin
+// (LO), turned with the text. Zero for an empty text.
+PointD LabelOriginOffset(const LabelState& label, std::size_t count);
+
+// The font's code for a label byte under a character set (a number of SD or AD).
+int MapCharacter(std::uint8_t byte, std::int32_t characterSet);
+
+// Puts points of the glyph grid into current units: size, slant and direction of a label state,
+// taken once for all characters of a text.
+class GlyphTransform {
+  public:
+    explicit GlyphTransform(const LabelState& label);
+
+    // The point (x, y), in twelfths of width and height, of a glyph whose origin is `origin`.
+    PointD At(PointD origin, int x, int y) const {
+        const double localX = x * unitX_ + slantX_ * y;
+        const double localY = y * unitY_;
+        return {origin.x + direction_.x * localX - direction_.y * localY,
+                origin.y + direction_.y * localX + direction_.x * localY};
+    }
+
+  private:
+    PointD direction_;
+    double unitX_;
+    double unitY_;
+    double slantX_;  // what a twelfth of height adds to x
+};
+
+// Draws the symbol-mode character about the pen position, which stays. The character's code is not
+// mapped.
 void DrawSymbol(HPGLRead& reader);
 
 }  // namespace qm

@@ -5,8 +5,6 @@
 
 namespace qm {
 
-void DrawSymbol(HPGLRead& /*reader*/) {}
-
 namespace handlers {
 
 // pens.cpp
@@ -36,26 +34,6 @@ void FillRectangleAbsolute(HPGLRead& /*reader*/) {}
 void FillRectangleRelative(HPGLRead& /*reader*/) {}
 void FillWedge(HPGLRead& /*reader*/) {}
 void RasterFillDefinition(HPGLRead& /*reader*/) {}
-
-// labels.cpp, character_attributes.cpp
-void CharacterPlot(HPGLRead& /*reader*/) {}
-void Label(HPGLRead& /*reader*/) {}
-void AbsoluteCharacterSize(HPGLRead& /*reader*/) {}
-void AbsoluteDirection(HPGLRead& /*reader*/) {}
-void AlternateFontDefinition(HPGLRead& /*reader*/) {}
-void CharacterSlant(HPGLRead& /*reader*/) {}
-void DefineLabelTerminator(HPGLRead& /*reader*/) {}
-void DirectionVertical(HPGLRead& /*reader*/) {}
-void ExtraSpace(HPGLRead& /*reader*/) {}
-void LabelMode(HPGLRead& /*reader*/) {}
-void LabelOrigin(HPGLRead& /*reader*/) {}
-void RelativeCharacterSize(HPGLRead& /*reader*/) {}
-void RelativeDirection(HPGLRead& /*reader*/) {}
-void SelectAlternateFont(HPGLRead& /*reader*/) {}
-void SelectStandardFont(HPGLRead& /*reader*/) {}
-void StandardFontDefinition(HPGLRead& /*reader*/) {}
-void SymbolMode(HPGLRead& /*reader*/) {}
-void TransparentData(HPGLRead& /*reader*/) {}
 
 }  // namespace handlers
 }  // namespace qm

@@ -1,0 +1,217 @@
+// See labels.h. Handlers: LB CP.
+#include "interpreter/attributes/labels.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/numbers.h"
+#include "interpreter/attributes/stroke_font.h"
+#include "interpreter/handlers.h"
+#include "interpreter/hpgl_read.h"
+
+namespace qm {
+
+namespace {
+
+// Characters kept of one label; the rest is read and lost.
+constexpr std::size_t kMaxLabelLength = 256;
+constexpr char kLineFeed = 10;
+constexpr char kCarriageReturn = 13;
+constexpr int kShiftIn = 15;  // the one code that takes no room
+
+// A character cell is this many character widths wide, the gap to the next included.
+constexpr double kCellWidths = 1.4;
+constexpr double kGridSteps = 12.0;
+
+enum Path : std::int32_t { kRight, kDown, kLeft, kUp };
+
+PointD Scaled(PointD v, double factor) { return {v.x * factor, v.y * factor}; }
+
+}  // namespace
+
+// Quirk: off the ordinary path the step is no perpendicular of the direction. It is the direction
+// itself, mirrored, and for two paths its y component is multiplied by the character height, so
+// only a label at angle 0 stays near the pen.
+PointD AdvanceVector(const LabelState& label) {
+    const PointD direction = label.direction;
+    if (label.TextPath == kRight) {
+        return Scaled(direction, label.CharWidth * kCellWidths * label.CharSpacingFactor);
+    }
+    PointD step = Scaled(Scaled(direction, label.CharWidth), kCellWidths);
+    if (label.TextPath == kDown || label.TextPath == kUp) step.y = -step.y * label.CharHeight;
+    if (label.TextPath == kDown || label.TextPath == kLeft) step = {-step.x, -step.y};
+    return Scaled(step, label.CharSpacingFactor);
+}
+
+// Quirk: the vector lies along the baseline, not across it, so the lines of a label stand to the
+// left of each other. Off the ordinary path it is spaced by the character factor.
+PointD LineFeedVector(const LabelState& label) {
+    const PointD direction = label.direction;
+    if (label.TextPath == kRight) {
+        return Scaled(direction, label.CharHeight * label.LineSpacingFactor);
+    }
+    PointD step = Scaled(direction, label.CharWidth);
+    if (label.TextPath == kLeft) step.y = -step.y * label.CharHeight;
+    if (label.TextPath == kDown || label.TextPath == kLeft) step = {-step.x, -step.y};
+    return Scaled(step, label.CharSpacingFactor);
+}
+
+// Quirk: the width counts whole cells, the gap behind the last character too, and knows no extra
+// spacing, so centred and right-aligned text stands a little to the left.
+PointD LabelOriginOffset(const LabelState& label, std::size_t count) {
+    if (count == 0) return {};
+    const double width = label.CharWidth * static_cast<double>(count) * kCellWidths;
+    const auto shift = [](double size, std::int32_t place) {
+        return place == 0 ? 0.0 : -size * place / 2.0;
+    };
+    const double dx = shift(width, label.LabelOriginH);
+    const double dy = shift(label.CharHeight, label.LabelOriginV);
+    const PointD d = label.direction;
+    return {d.x * dx - d.y * dy, d.y * dx + d.x * dy};
+}
+
+int MapCharacter(std::uint8_t byte, std::int32_t characterSet) {
+    if (characterSet == kCharSetGerman) {
+        if (byte == '{') return 132;
+        if (byte == '}') return 129;
+        return byte == '~' ? 225 : byte;
+    }
+    if (characterSet == kCharSetNorwegian) {
+        if (byte == '\\' || byte == 216) return 249;
+        if (byte == '{' || byte == 230) return 252;
+        if (byte == '|' || byte == 248) return 250;
+        return byte == '}' || byte == 229 ? 251 : byte;
+    }
+    return byte == 219 ? 154 : byte;
+}
+
+GlyphTransform::GlyphTransform(const LabelState& label)
+    : direction_(label.direction),
+      unitX_(label.CharWidth / kGridSteps),
+      unitY_(label.CharHeight / kGridSteps),
+      slantX_(label.SlantTangent * unitY_) {}
+
+namespace {
+
+// Draws the glyph of `code` as solid lines through the pen moves; in polygon mode they become
+// vertices. The pen position stays. Codes without a glyph go through the line attributes all the
+// same.
+// Quirk: the line type is restored, the dash pattern is not; it stays solid until the next LT.
+void DrawGlyph(HPGLRead& reader, const GlyphTransform& transform, int code, PointD origin) {
+    const std::int32_t lineType = reader.lines.EmittedLineType;
+    const PointD pen = reader.motion.penPos;
+    SendLineType(reader, 0);
+    SendPattern(reader, 1.0, -1);
+    GlyphCursor cursor(StrokeGlyph(code, reader.label.CurrentCharSet));
+    while (const auto stroke = cursor.Next()) {
+        const PointD target = transform.At(origin, stroke->x, stroke->y);
+        if (stroke->down) {
+            DrawTo(reader, target);
+        } else {
+            MoveTo(reader, target);
+        }
+    }
+    SendLineType(reader, lineType);
+    reader.motion.penPos = pen;
+}
+
+// Reads up to the terminator into `text` (room for kMaxLabelLength bytes); returns how many are
+// kept. A label that the end of the input cuts off keeps the stale byte behind the last one.
+std::size_t ReadLabelText(InputReader& input, const LabelState& label, char* text) {
+    std::size_t length = 0;
+    while (true) {
+        const std::uint8_t c = input.GetRaw();
+        if (c == label.LabelTerminator || input.Over()) break;
+        if (length < kMaxLabelLength) text[length++] = static_cast<char>(c);
+    }
+    if (label.PrintTerminator && length < kMaxLabelLength) {
+        text[length++] = static_cast<char>(label.LabelTerminator);
+    }
+    return length;
+}
+
+// Draws `count` characters from the pen position on; returns where a further one would stand.
+PointD DrawCharacters(HPGLRead& reader, const char* text, std::size_t count) {
+    const LabelState& label = reader.label;
+    const PointD advance = AdvanceVector(label);
+    const GlyphTransform transform(label);
+    PointD origin = reader.motion.penPos + LabelOriginOffset(label, count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const int code = MapCharacter(static_cast<std::uint8_t>(text[i]), label.CurrentCharSet);
+        DrawGlyph(reader, transform, code, origin);
+        if (code != kShiftIn) origin = origin + advance;
+    }
+    return origin;
+}
+
+// A piece of a label as the builder's text element; text[count] must be 0.
+PointD DrawPiece(HPGLRead& reader, const char* text, std::size_t count) {
+    reader.BeginLabelExtent(text, 0.0, TruncateToInt32(reader.label.CharHeight), 0);
+    const PointD end = DrawCharacters(reader, text, count);
+    reader.EndLabelExtent(text);
+    return end;
+}
+
+// Draws a label line by line and leaves the pen behind its last character.
+// Quirk: that holds behind a closing CR or LF as well, whose own move is lost.
+// The line ends in `text` (room for length + 1) are overwritten, so that each piece ends in a zero.
+void DrawLabel(HPGLRead& reader, char* text, std::size_t length) {
+    PointD& pen = reader.motion.penPos;
+    PointD origin = pen;
+    PointD lineStart = pen;
+    char* const end = text + length;
+    const auto isLineEnd = [](char c) { return c == kCarriageReturn || c == kLineFeed; };
+    while (text < end) {
+        char* const pieceEnd =
+            reader.label.TransparentData == 0 ? std::find_if(text, end, isLineEnd) : end;
+        const char control = pieceEnd == end ? '\0' : *pieceEnd;
+        *pieceEnd = '\0';
+        origin = DrawPiece(reader, text, static_cast<std::size_t>(pieceEnd - text));
+        if (control == kLineFeed) {
+            const PointD lineFeed = LineFeedVector(reader.label);
+            lineStart = lineStart - lineFeed;
+            pen = origin - lineFeed;
+        } else if (control == kCarriageReturn) {
+            pen = lineStart;
+        }
+        text = pieceEnd + (pieceEnd < end ? 1 : 0);
+    }
+    pen = origin;
+}
+
+}  // namespace
+
+void DrawSymbol(HPGLRead& reader) {
+    const LabelState& label = reader.label;
+    const PointD half{label.CharWidth / 2.0, label.CharHeight / 2.0};
+    DrawGlyph(reader, GlyphTransform(label), label.SymbolChar, reader.motion.penPos - half);
+}
+
+namespace handlers {
+
+// LB text terminator
+void Label(HPGLRead& reader) {
+    const LabelState& label = reader.label;
+    if (label.StrokeWeight != kPenStrokeWeight) reader.SetLineWidth(label.StrokeWeight);
+    std::array<char, kMaxLabelLength + 1> text;
+    const std::size_t length = ReadLabelText(reader.input, label, text.data());
+    DrawLabel(reader, text.data(), length);
+    reader.SetLineWidth(reader.lines.EmittedWidth);
+}
+
+// CP [spaces, lines]; otherwise one line feed. Only the pen position changes, no vertex is
+// recorded. Quirk: a positive number of lines moves along the line-feed vector, CP alone against
+// it.
+void CharacterPlot(HPGLRead& reader) {
+    const PointD lineFeed = LineFeedVector(reader.label);
+    PointD& pen = reader.motion.penPos;
+    if (reader.GetParams(2) != 2) {
+        pen = pen - lineFeed;
+        return;
+    }
+    pen = pen + (Scaled(AdvanceVector(reader.label), reader.params[0]) +
+                 Scaled(lineFeed, reader.params[1]));
+}
+
+}  // namespace handlers
+}  // namespace qm
