@@ -103,6 +103,9 @@ TEST(Labels, WherePiecesAndThePenGo) {
         {"CR LF at the end: the empty piece counts", "LB  \r\n\3PD;", {"0 0 0 0"}},
         {"shift-in takes no room", "LB\x0F-\3", {"10 60 50 60"}},
         {"256 characters at most", "LB" + std::string(300, ' ') + "\3PD;", {"21504 0 21504 0"}},
+        {"the drawn terminator counts",
+         "DT#,0;LB" + std::string(256, ' ') + "#PD;",
+         {"21504 0 21504 0"}},
         {"bytes are raw: ';' is text", "LB;-\3LB-\3",
          [] {
              Lines strokes = StrokesOf("LB;\3");
@@ -121,6 +124,7 @@ TEST(Labels, CharacterAttributes) {
         {"SI: width alone", "SI.6;LB-\3", {"40 60 200 60"}},
         {"SI; is 0.5 x 1", "SI1,2;SI;LB-\3", {"33 200 166 200"}},
         {"SI under scaling", "IP0,0,1000,1000;SC0,500,0,250;SI.6,1.2;LB-\3", {"40 240 200 240"}},
+        {"SI after scaling", "IP0,0,1000,1000;SC0,500,0,250;SC;SI.6,1.2;LB-\3", {"40 240 200 240"}},
         {"SR in percent of P1-P2", "IP0,0,-6000,12000;SR2,4;LB-\3", {"20 240 100 240"}},
         {"SR; is 0.75 x 1.5", "IP0,0,8000,8000;SR;LB-\3", {"10 60 50 60"}},
         {"DI", "PU100,0;DI0,2;LB-\3", {"40 10 40 50"}},
@@ -132,7 +136,7 @@ TEST(Labels, CharacterAttributes) {
         {"SL", "SL.5;LB-\3SL;LB-\3", {"40 60 80 60", "94 60 134 60"}},
         {"ES", "ES.5,1;LB -\3CP0,1;PD;", {"136 60 176 60", "492 0 492 0"}},
         {"ES: one number resets the lines, none nothing",
-         "ES.5,1;ES1;ES;LB -\3CP0,1;PD;",
+         "ES.5,1;ES1;PU0,0;ES;LB -\3CP0,1;PD;",
          {"178 60 218 60", "456 0 456 0"}},
         {"LO5 centres", "SI.5,1;LO5;LB-   \3PD;", {"-526 0 -393 0", "560 -200 560 -200"}},
         {"LO9 turned", "PU500,500;DI0,1;LO9;LB- \3", {"560 342 560 382"}},
@@ -145,6 +149,7 @@ TEST(Labels, CharacterAttributes) {
         {"LO counts the characters of each piece",
          "LO7;LB- \n-\3",
          {"-158 60 -118 60", "-194 60 -154 60"}},
+        {"LO leaves an empty piece", "LO9;LB\n-\3", {"-194 -60 -154 -60"}},
         {"DV1 down", "DV1;LB -\3", {"-74 60 -34 60"}},
         {"DT: another terminator, and back",
          "DT#;LB-\3#DT;LB-\3",
@@ -162,6 +167,7 @@ TEST(Labels, SelectedSetsMapCharacters) {
     };
     same("SD1,39;LB{\3", "LB\x84\3");
     same("SD1,39;DF;LB{\3", "LB{\3");
+    same("SD1,39;SD1;LB{\3", "LB\x84\3");
     same("AD1,39;LB{\3", "LB\x84\3");
     same("AD2,39;LB{\3", "LB{\3");
     same("AD1,39;SD1,21;LB{\3SA;LB{\3", "LB{\x84\3");
@@ -218,7 +224,7 @@ TEST(SymbolMode, DrawsAtEveryPoint) {
          {"80 100 120 100", "100 100 300 100", "280 100 320 100", "300 100 305 100",
           "285 100 325 100", "305 100 0 0"}},
         {"not turned about the point", "DI0,1;SM-;PU100,100;", {"10 50 10 90"}},
-        {"not mapped", "SD1,39;SM\x8D;PU0,0;SM;", StrokesOf("SM\x8D;PU0,0;")},
+        {"not mapped", "SD1,39;SM{;PU0,0;SM;", StrokesOf("SM{;PU0,0;")},
         {"PE points", "SM-;PE<=\xC3\xC1;", {"-18 1 22 1"}},
         {"no pair, no symbol", "SM-;PD;", {"0 0 0 0"}},
     });
