@@ -1,7 +1,7 @@
 #include "host/attribute_map.h"
 
 #include <algorithm>
-#include <new>
+#include "platform/com_object.h"
 
 namespace qm {
 
@@ -11,19 +11,19 @@ const Variant* AttributeMap::Find(std::wstring_view name) const noexcept {
     return found == entries_.end() ? nullptr : &found->value;
 }
 
-HRESULT AttributeMap::Put(BSTR name, const VARIANT& value, LONG flags) noexcept try {
-    const std::wstring_view wanted = ViewOf(name);
-    Variant copy(value);
-    for (Entry& entry : entries_) {
-        if (entry.name != wanted) continue;
-        entry.value = std::move(copy);
-        entry.flags = flags;
+HRESULT AttributeMap::Put(BSTR name, const VARIANT& value, LONG flags) noexcept {
+    return Guarded([&]() -> HRESULT {
+        const std::wstring_view wanted = ViewOf(name);
+        Entry entry{std::wstring(wanted), Variant(value), flags};
+        const auto known = std::find_if(entries_.begin(), entries_.end(),
+                                        [=](const Entry& other) { return other.name == wanted; });
+        if (known != entries_.end()) {
+            *known = std::move(entry);
+        } else {
+            entries_.push_back(std::move(entry));
+        }
         return S_OK;
-    }
-    entries_.push_back({std::wstring(wanted), std::move(copy), flags});
-    return S_OK;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+    });
 }
 
 HRESULT AttributeMap::Get(BSTR name, VARIANT* value) const noexcept {

@@ -1,7 +1,5 @@
 #include "host/document_node.h"
 
-#include <new>
-
 #include "host/drawing_block.h"
 #include "host/host_identity.h"
 
@@ -40,11 +38,11 @@ HRESULT DocumentNode::GetAttribute(BSTR name, LONG, VARIANT* value) noexcept {
     return attributes_.Get(name, value);
 }
 
-HRESULT DocumentNode::Append(SHORT type, const VARIANT& name, ComPtr<IUnknown> child) noexcept try {
-    children_.push_back({type, std::wstring(NameOf(name)), std::move(child)});
-    return S_OK;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+HRESULT DocumentNode::Append(SHORT type, const VARIANT& name, ComPtr<IUnknown> child) noexcept {
+    return Guarded([&]() -> HRESULT {
+        children_.push_back({type, std::wstring(NameOf(name)), std::move(child)});
+        return S_OK;
+    });
 }
 
 HRESULT DocumentNode::AddChild(VARIANT name, IUnknown* child, LONG) noexcept {

@@ -1,16 +1,14 @@
 #include "host/layers.h"
 
-#include <new>
-
 #include "platform/bstr.h"
 
 namespace qm {
 
-HRESULT LayerCollection::AddLayer(LONG number, BSTR name, ULONG colour, LONG visible) noexcept try {
-    layers_.push_back({number, std::wstring(ViewOf(name)), colour, visible != 0});
-    return S_OK;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+HRESULT LayerCollection::AddLayer(LONG number, BSTR name, ULONG colour, LONG visible) noexcept {
+    return Guarded([&]() -> HRESULT {
+        layers_.push_back({number, std::wstring(ViewOf(name)), colour, visible != 0});
+        return S_OK;
+    });
 }
 
 HRESULT LayerCollection::GetCount(LONG* count) noexcept {
@@ -20,17 +18,17 @@ HRESULT LayerCollection::GetCount(LONG* count) noexcept {
 }
 
 HRESULT LayerCollection::GetLayer(LONG index, LONG* number, BSTR* name, ULONG* colour,
-                                  LONG* visible) noexcept try {
+                                  LONG* visible) noexcept {
     if (name != nullptr) *name = nullptr;
     if (index < 0 || static_cast<std::size_t>(index) >= layers_.size()) return E_INVALIDARG;
     const Layer& layer = layers_[static_cast<std::size_t>(index)];
-    if (name != nullptr) *name = Bstr(layer.name).Detach();
     if (number != nullptr) *number = layer.number;
     if (colour != nullptr) *colour = layer.colour;
     if (visible != nullptr) *visible = layer.visible ? 1 : 0;
-    return S_OK;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+    return Guarded([&]() -> HRESULT {
+        if (name != nullptr) *name = Bstr(layer.name).Detach();
+        return S_OK;
+    });
 }
 
 std::vector<Layer> ReadLayers(IQmLayers* layers) {

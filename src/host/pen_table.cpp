@@ -1,7 +1,5 @@
 #include "host/pen_table.h"
 
-#include <new>
-
 namespace qm {
 
 namespace {
@@ -17,16 +15,16 @@ PenTable::Pen* PenTable::Find(LONG pen) noexcept {
     return nullptr;
 }
 
-HRESULT PenTable::AddPen(LONG pen, ULONG colour, DOUBLE width, ULONG style) noexcept try {
+HRESULT PenTable::AddPen(LONG pen, ULONG colour, DOUBLE width, ULONG style) noexcept {
     const Pen entry{pen, colour, width, style};
     if (Pen* const known = Find(pen); known != nullptr) {
         *known = entry;
-    } else {
-        pens_.push_back(entry);
+        return S_OK;
     }
-    return S_OK;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+    return Guarded([&]() -> HRESULT {
+        pens_.push_back(entry);
+        return S_OK;
+    });
 }
 
 HRESULT PenTable::GetPen(LONG pen, LONG* style, LONG* colour, DOUBLE* width) noexcept {

@@ -1,0 +1,78 @@
+#include "host/open_plot.h"
+
+#include "host/host_identity.h"
+
+namespace qm {
+
+namespace {
+
+constexpr double kPlotterUnitsPerInch = 1016.0;
+
+// The drawing block of a page; null when the page is not one of ours.
+ComPtr<DrawingBlock> BlockOf(const DocumentNode& container) {
+    for (const DocumentNode::Child& child : container.Children()) {
+        auto block = OwnObject<DrawingBlock>(child.object.Get(), kDrawingBlockIdentity);
+        if (block) return block;
+    }
+    return nullptr;
+}
+
+// The document as the filter left it: document > contents > pages.
+void CollectPages(OpenedPlot& plot) {
+    if (const Variant* const format = plot.document->Attributes().Find(L"Format")) {
+        plot.format = format->AsText();
+    }
+    for (const DocumentNode::Child& part : plot.document->Children()) {
+        const auto contents = OwnObject<DocumentNode>(part.object.Get(), kDocumentNodeIdentity);
+        if (!contents || contents->Type() != QM_CONTENTS) continue;
+        for (const DocumentNode::Child& child : contents->Children()) {
+            auto page = OwnObject<DocumentNode>(child.object.Get(), kDocumentNodeIdentity);
+            if (!page) continue;
+            auto block = BlockOf(*page);
+            if (block) plot.pages.emplace_back(std::move(page), std::move(block));
+        }
+    }
+}
+
+HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot& plot) {
+    plot = OpenedPlot();
+    plot.document = MakeObject<DocumentNode>(SHORT{QM_DOCUMENT});
+    const auto sink = MakeObject<ProgressSink>(progress);
+    if (!plot.document || !sink) return E_OUTOFMEMORY;
+
+    // 1. The filter, an object of its own for each document.
+    ComPtr<IQmFilter> filter;
+    HRESULT status = CoCreateInstance(CLSID_QmFilterHPGL, nullptr, CLSCTX_INPROC_SERVER,
+                                      __uuidof(IQmFilter), filter.PutVoid());
+    if (FAILED(status)) return status;
+    // 2. Is it a plot? The filter looks at the bytes and gives the document its contents node.
+    status = filter->OpenDocument(&source, plot.document.Get(), 0);
+    if (FAILED(status)) return status;
+    // 3. Read it, all pages at once; an empty VARIANT names the first. Progress comes meanwhile, on
+    // this thread.
+    const Connection events(filter.Get(), __uuidof(_IQmFilterEvents), sink.Get());
+    ComPtr<IUnknown> first;
+    status = filter->GetNode(Variant().Get(), 0, first.Put());
+    // 4. The pages hang in the document, also those finished before an abort.
+    CollectPages(plot);
+    return status;
+}
+
+}  // namespace
+
+PlotPage::PlotPage(ComPtr<DocumentNode> container, ComPtr<DrawingBlock> block)
+    : container_(std::move(container)),
+      block_(std::move(block)),
+      unitsPerInch_(Attributes().Number(L"LpiX", kPlotterUnitsPerInch)),
+      rotation_(Attributes().Number(L"InitialRotation", 0.0)) {
+    if (const Variant* const name = Attributes().Find(L"NodeID")) name_ = name->AsText();
+    layers_ = ReadLayers(Attributes().Object<IQmLayers>(L"Layers").Get());
+    if (!(unitsPerInch_ > 0.0)) unitsPerInch_ = kPlotterUnitsPerInch;
+}
+
+HRESULT OpenPlot(IQmDataObject& source, const ProgressCallback& progress,
+                 OpenedPlot& plot) noexcept {
+    return Guarded([&] { return Load(source, progress, plot); });
+}
+
+}  // namespace qm

@@ -1,0 +1,146 @@
+#include "host/page_summary.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "common/numbers.h"
+#include "host/display_list_player.h"
+
+namespace qm {
+
+namespace {
+
+constexpr std::int32_t kCopyPen = 13;
+constexpr int kMaxTurns = 1000;
+
+class Summariser final : public DisplayListVisitor {
+  public:
+    explicit Summariser(PageSummary& summary) : summary_(summary) {}
+
+    void Lines(const DrawingStyle& style, PointSpan points) override {
+        Count(style, summary_.lines, points.count - 1);
+        Widen(style, points);
+    }
+    void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
+        Count(style, summary_.rectangles);
+        WidenBox(box, filled ? 0.0 : HalfWidth(style));
+        NoteArea(filled);
+    }
+    void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
+                bool filled) override {
+        Count(style, summary_.circles);
+        WidenPoint(centre.x, centre.y, std::abs(double{1} * radius) + HalfWidth(style));
+        NoteArea(filled);
+    }
+    void Arc(const DrawingStyle& style, const ArcShape& arc) override {
+        Count(style, summary_.arcs);
+        const Extent box = ArcExtent(arc);
+        WidenPoint(box.minX, box.minY, HalfWidth(style));
+        WidenPoint(box.maxX, box.maxY, HalfWidth(style));
+    }
+    void Polygon(const DrawingStyle& style, PointSpan points, bool filled) override {
+        Count(style, filled ? summary_.polygons : summary_.polylines);
+        Widen(style, points);
+        NoteArea(filled);
+    }
+    void PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) override {
+        Count(style, filled ? summary_.polygons : summary_.polylines);
+        Widen(style, rings.points);
+        NoteArea(filled);
+    }
+    void Text(const DrawingStyle& style, const BoxI&, std::string_view) override {
+        Count(style, summary_.texts);
+    }
+    void Picture(const DrawingStyle& style, const BoxI& box, std::int32_t, ByteRun) override {
+        Count(style, summary_.pictures);
+        WidenBox(box, 0.0);
+        NoteArea(true);
+    }
+    void Pattern(const FillPattern&) override { ++summary_.fillPatterns; }
+    void ClipRegion(PointSpan) override { NoteArea(true); }
+    void StyleChange(const DrawingStyle& style, RecordKind kind) override {
+        if (kind == RecordKind::kDrawMode) NoteArea(style.drawMode != kCopyPen);
+    }
+
+  private:
+    void Count(const DrawingStyle& style, std::uint64_t& counter, std::uint64_t primitives = 1) {
+        counter += primitives;
+        if (style.pen >= 0 && style.pen < 256) {
+            summary_.byPen[static_cast<std::size_t>(style.pen)] += primitives;
+        }
+        if (style.layer == lastLayer_ && !summary_.layers.empty()) return;
+        lastLayer_ = style.layer;
+        const auto& known = summary_.layers;
+        if (std::find(known.begin(), known.end(), lastLayer_) == known.end()) {
+            summary_.layers.push_back(lastLayer_);
+        }
+    }
+    static double HalfWidth(const DrawingStyle& style) {
+        return style.lineWidth > 0 ? style.lineWidth / 2.0 : 0.0;
+    }
+    void NoteArea(bool area) { summary_.orderShows = summary_.orderShows || area; }
+
+    void WidenPoint(double x, double y, double by) {
+        summary_.extent.Add(x - by, y - by);
+        summary_.extent.Add(x + by, y + by);
+    }
+    void WidenBox(const BoxI& box, double by) {
+        WidenPoint(box.a.x, box.a.y, by);
+        WidenPoint(box.b.x, box.b.y, by);
+    }
+    void Widen(const DrawingStyle& style, PointSpan points) {
+        if (points.count == 0) return;
+        PointI low = points[0];
+        PointI high = points[0];
+        for (const PointI p : points) {
+            low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+            high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+        }
+        WidenBox({low, high}, HalfWidth(style));
+    }
+
+    PageSummary& summary_;
+    std::int32_t lastLayer_ = 0;
+};
+
+}  // namespace
+
+void Extent::Add(double x, double y) {
+    minX = empty ? x : std::min(minX, x);
+    minY = empty ? y : std::min(minY, y);
+    maxX = empty ? x : std::max(maxX, x);
+    maxY = empty ? y : std::max(maxY, y);
+    empty = false;
+}
+
+Extent ArcExtent(const ArcShape& arc) {
+    Extent box;
+    const auto add = [&](double degrees) {
+        box.Add(arc.centre.x + arc.radiusX * std::cos(degrees * kRadiansPerDegree),
+                arc.centre.y + arc.radiusY * std::sin(degrees * kRadiansPerDegree));
+    };
+    const double end = double{arc.start} + arc.span;
+    // Angles that say nothing (no number, or thousands of turns): the whole ellipse.
+    if (!(std::abs(end) < 360.0 * kMaxTurns && std::abs(arc.span) < 360.0F)) {
+        for (const double degrees : {0.0, 90.0, 180.0, 270.0}) add(degrees);
+        return box;
+    }
+    const double from = std::min<double>(arc.start, end);
+    const double to = std::max<double>(arc.start, end);
+    add(from);
+    add(to);
+    for (double degrees = std::ceil(from / 90.0) * 90.0; degrees < to; degrees += 90.0) {
+        add(degrees);
+    }
+    return box;
+}
+
+PageSummary Summarise(const DisplayList& list) {
+    PageSummary summary;
+    Summariser visitor(summary);
+    Play(list, visitor);
+    return summary;
+}
+
+}  // namespace qm

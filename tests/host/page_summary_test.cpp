@@ -1,0 +1,75 @@
+// Counts, layers and extents of a page.
+#include "host/page_summary.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using namespace qm;
+
+struct ArcCase {
+    const char* name;
+    float start, span;
+    double minX, minY, maxX, maxY;
+};
+
+// Around (10, 20) with radii 100 and 50.
+const ArcCase kArcs[] = {
+    {"quarter", 0.0F, 90.0F, 10, 20, 110, 70},
+    {"backwards over 0", 45.0F, -90.0F, 80.7, -15.4, 110, 55.4},
+    {"over the left", 135.0F, 90.0F, -90, -15.4, -60.7, 55.4},
+    {"whole", 30.0F, 360.0F, -90, -30, 110, 70},
+    {"many turns", 0.0F, 1e30F, -90, -30, 110, 70},
+    {"no number", 0.0F, std::numeric_limits<float>::quiet_NaN(), -90, -30, 110, 70},
+};
+
+TEST(PageSummary, ArcsReachAsFarAsTheirAngles) {
+    for (const ArcCase& row : kArcs) {
+        SCOPED_TRACE(row.name);
+        const Extent box = ArcExtent({{10, 20}, 100, 50, row.start, row.span});
+        EXPECT_NEAR(box.minX, row.minX, 0.1);
+        EXPECT_NEAR(box.minY, row.minY, 0.1);
+        EXPECT_NEAR(box.maxX, row.maxX, 0.1);
+        EXPECT_NEAR(box.maxY, row.maxY, 0.1);
+    }
+}
+
+TEST(PageSummary, CountsByKindPenAndLayer) {
+    DisplayList list;
+    EXPECT_TRUE(Summarise(list).extent.empty);
+    list.AppendValue(RecordKind::kLayer, 2);
+    list.AppendValue(RecordKind::kPen, 2);
+    list.AppendLine({0, 0}, {10, 0});
+    list.AppendLine({10, 0}, {10, 10});
+    list.AppendValue(RecordKind::kLayer, 5);
+    list.AppendValue(RecordKind::kPen, 300);
+    list.AppendText({{1000, 1000}, {2000, 2000}}, "x");
+    list.AppendValue(RecordKind::kLayer, 2);
+    list.AppendValue(RecordKind::kLineWidth, 8);
+    list.AppendCircle({0, 0}, 6, false);
+    const PageSummary summary = Summarise(list);
+    EXPECT_EQ(summary.lines, 2U);
+    EXPECT_EQ(summary.texts, 1U);
+    EXPECT_EQ(summary.circles, 1U);
+    EXPECT_EQ(summary.byPen[2], 2U);
+    EXPECT_EQ(summary.layers, (std::vector<std::int32_t>{2, 5}));
+    EXPECT_EQ(summary.extent.minX, -10.0);  // radius and half of the width
+    EXPECT_EQ(summary.extent.maxX, 10.0);
+    EXPECT_FALSE(summary.orderShows);
+    list.AppendRectangle({{0, 0}, {1, 1}}, true);
+    EXPECT_TRUE(Summarise(list).orderShows);
+}
+
+TEST(PageSummary, SurvivesTheLargestCoordinates) {
+    DisplayList list;
+    list.AppendLine({INT32_MIN, INT32_MIN}, {INT32_MAX, INT32_MAX});
+    list.AppendCircle({INT32_MIN, 0}, INT32_MIN, false);
+    const Extent extent = Summarise(list).extent;
+    EXPECT_EQ(extent.minX, 2.0 * INT32_MIN);
+    EXPECT_EQ(extent.Height(), 4294967295.0 + 1.0);
+}
+
+}  // namespace
