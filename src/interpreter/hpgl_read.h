@@ -26,6 +26,7 @@
 #include "interpreter/lexer.h"
 #include "interpreter/pages.h"
 #include "interpreter/pen_motion.h"
+#include "raster/raster_state.h"
 
 namespace qm {
 
@@ -71,6 +72,7 @@ class HPGLRead : public DrawingOperations {
     PolygonBuffer polygon;
     FillState fill;
     LabelState label;
+    RasterState raster;
     std::array<double, kMaxParams> params{};
 
     bool detecting = false;  // Detect is running

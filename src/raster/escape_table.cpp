@@ -1,0 +1,82 @@
+// See escape_table.h. One page: every raster escape with a value that has an effect, carries data,
+// or is read over on purpose. PCL 5 and HP-RTL publish them; groups are sorted by what they do, the
+// busiest first because lookup goes down the list.
+#include "raster/escape_table.h"
+
+namespace qm {
+
+namespace {
+
+namespace e = escapes;
+
+// clang-format off
+constexpr Escape kEscapes[] = {
+    // Transfer
+    {"*b", 'W', e::TransferRow,        "ESC*b#W[data]  a row"},
+    {"*b", 'V', e::TransferPlane,      "ESC*b#V[data]  a plane of a row"},
+    {"*b", 'M', e::CompressionMethod,  "ESC*b#M        0-5, 10"},
+    {"*b", 'Y', e::RasterYOffset,      "ESC*b[+-]#Y    dots"},
+    // Picture
+    {"*r", 'S', e::SourceWidth,        "ESC*r#S        pixels"},
+    {"*r", 'T', e::SourceHeight,       "ESC*r#T        rows"},
+    {"*r", 'U', e::SimpleColour,       "ESC*r#U        -3, -4: planes"},
+    {"*r", 'A', e::Ignore,             "ESC*r#A        start"},
+    {"*r", 'C', e::Ignore,             "ESC*rC         end"},
+    {"*t", 'R', e::Resolution,         "ESC*t#R        dots per inch"},
+    {"*t", 'H', e::DestinationWidth,   "ESC*t#H        decipoints"},
+    {"*t", 'V', e::DestinationHeight,  "ESC*t#V        decipoints"},
+    {"*l", 'O', e::MergeMode,          "ESC*l#O        raster operation 0-255"},
+    // Colours
+    {"*v", 'W', e::ConfigureImageData, "ESC*v#W[data]  space, encoding, bits per index..."},
+    {"*v", 'A', e::ColourRed,          "ESC*v#A        first component"},
+    {"*v", 'B', e::ColourGreen,        "ESC*v#B        second component"},
+    {"*v", 'C', e::ColourBlue,         "ESC*v#C        third component"},
+    {"*v", 'I', e::AssignColour,       "ESC*v#I        to index"},
+    {"*v", 'S', e::ForegroundColour,   "ESC*v#S        index"},
+    {"*p", 'P', e::PushPopPalette,     "ESC*p#P        0 push, 1 pop the palette"},
+    // Position
+    {"*p", 'X', e::CursorX,            "ESC*p[+-]#X    dots or units"},
+    {"*p", 'Y', e::CursorY,            "ESC*p[+-]#Y    dots or units"},
+    {"&a", 'H', e::CursorXDecipoints,  "ESC&a[+-]#H    decipoints"},
+    {"&a", 'V', e::CursorYDecipoints,  "ESC&a[+-]#V    decipoints"},
+    {"&u", 'D', e::PositionUnits,      "ESC&u#D        units per inch"},
+    // Data that is no part of the picture
+    {"*c", 'W', e::SkipData,           "ESC*c#W[data]  user-defined pattern"},
+    {"*o", 'W', e::SkipData,           "ESC*o#W[data]  driver configuration"},
+    {"&b", 'W', e::SkipData,           "ESC&b#W[data]"},
+    {"&l", 'W', e::SkipData,           "ESC&l#W[data]"},
+    {"&n", 'W', e::SkipData,           "ESC&n#W[data]  alphanumeric identification"},
+    {"&p", 'X', e::SkipData,           "ESC&p#X[data]  transparent print data"},
+    {"(f", 'W', e::SkipData,           "ESC(f#W[data]  symbol set"},
+    {"(s", 'W', e::SkipData,           "ESC(s#W[data]  character"},
+    {")f", 'W', e::SkipData,           "ESC)f#W[data]"},
+    {")s", 'W', e::SkipData,           "ESC)s#W[data]  font"},
+    // Text commands whose W carries no data; naming one letter names the group
+    {"&d", 'W', e::Ignore,             "ESC&d...       underline"},
+    {"&f", 'W', e::Ignore,             "ESC&f...       macros"},
+    {"&k", 'W', e::Ignore,             "ESC&k...       text modes"},
+    {"&s", 'W', e::Ignore,             "ESC&s...       line wrap"},
+    {"&t", 'W', e::Ignore,             "ESC&t...       text parsing"},
+};
+// clang-format on
+
+}  // namespace
+
+EscapeList AllEscapes() { return {kEscapes, sizeof(kEscapes) / sizeof(kEscapes[0])}; }
+
+EscapeHandler FindEscapeHandler(std::uint8_t intro, std::uint8_t group, std::uint8_t letter) {
+    bool named = false;
+    for (const Escape& escape : kEscapes) {
+        if (escape.group[0] != intro || escape.group[1] != group) continue;
+        named = true;
+        if (escape.letter == letter) return escape.handler;
+    }
+    return !named && letter == 'W' ? escapes::SkipData : escapes::Ignore;
+}
+
+namespace escapes {
+
+void Ignore(HPGLRead& /*reader*/, EscapeValue /*value*/) {}
+
+}  // namespace escapes
+}  // namespace qm

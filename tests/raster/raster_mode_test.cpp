@@ -1,0 +1,445 @@
+// Raster mode as whole plots: entering and leaving, every escape group, picture set-up, placement.
+//
+// Most plots run at 1016 dots per inch, so that a dot is a plotter unit, and behind a job header,
+// which makes pictures stand upright with their top left corner at the raster position.
+#include "raster/raster_mode.h"
+
+#include <gtest/gtest.h>
+
+#include "raster/escape_table.h"
+#include "tests/interpreter/ops_table.h"
+#include "tests/interpreter/plot_reader.h"
+
+namespace qm {
+namespace {
+
+using namespace std::string_literals;
+
+const std::string kJob = "@PJL ENTER LANGUAGE=HPGL2\n";
+const std::string kStart = kJob + "\033%0A\033*t1016R";
+const std::string kWhiteBlack = " colors=FFFFFF,000000 ";
+
+// One transferred row: ESC*b#W and its bytes.
+std::string Row(const std::string& data, char letter = 'W') {
+    return "\033*b" + std::to_string(data.size()) + letter + data;
+}
+
+// Rows of eight one-bit pixels: F0, 0F, AA.
+const std::string kRows = Row("\xF0") + Row("\x0F") + Row("\xAA");
+const std::string kStored = "rows=AA000000,0F000000,F0000000";
+const std::string kEight = "\033*r8s3T" + kRows;
+
+// The line of the picture kEight in the rectangle `corners`.
+std::string Eight(const std::string& corners, int rop = 0) {
+    return "Raster " + corners + " 0 " + std::to_string(rop) + " 8x3x1" + kWhiteBlack + kStored;
+}
+
+// The plot's only picture, from its size on; or all its lines.
+std::string PictureOf(const std::string& plot) {
+    std::string all;
+    for (const std::string& line : OperationsOf(plot)) {
+        if (line.rfind("Raster 0 0 ", 0) == 0) {
+            const std::size_t colors = line.find(" colors=");
+            const std::size_t size = line.rfind(' ', colors - 1);
+            const std::size_t rows = line.find(" rows=");
+            all += line.substr(size + 1, colors - size - 1) + line.substr(rows);
+        } else {
+            all += line + "\n";
+        }
+    }
+    return all;
+}
+
+TEST(RasterMode, EnterAndLeave) {
+    const std::string upright = Eight("0 0 9 -2");
+    ExpectOperations({
+        {"ESC%0B", kStart + kEight + "\033%0BPD;", {upright, "Line 0 0 0 0"}},
+        {"ESC%B", kStart + kEight + "\033%BPD;", {upright, "Line 0 0 0 0"}},
+        {"universal exit", kStart + kEight + "\033%-12345XPD;", {upright, "Line 0 0 0 0"}},
+        {"universal exit, small x", kStart + kEight + "\033%-12345xPD;", {upright, "Line 0 0 0 0"}},
+        {"another value is no exit", kStart + "\033%-1X\033%0APD;" + kEight, {upright}},
+        {"from ESC*", kJob + "\033*t1016R" + kEight + "\033%0BPD;", {upright, "Line 0 0 0 0"}},
+        {"from ESC&", kJob + "\033&a0H\033*t1016R" + kEight, {upright}},
+        {"ESC* and a blank is a device control", kJob + "\033* \033%0A:PD;", {"Line 0 0 0 0"}},
+        {"ESC p and ESC c do nothing", kJob + "\033pPD;\033cPD;", {"Line 0 0 0 0", "Line 0 0 0 0"}},
+        {"text and unknown sequences are ignored",
+         kStart + "PD;IN\033=\0339\033&k2W\033&f1X\033(8U\033(@\033(s3T" + kEight + "PD;",
+         {upright}},
+        {"ESC breaks a sequence off", kStart + "\033*r5\033\033*\033*r8s3T" + kRows, {upright}},
+        {"line ends inside sequences",
+         kStart + "\033\n*r8s\r\n3T\033*b1\nW\xF0\033*b1W\x0F\033*b1W\xAA",
+         {upright}},
+        {"a fraction is read over", kStart + "\033*r8.75s3.0T" + kRows, {upright}},
+        {"open pictures are finished on leaving",
+         kStart + "\033*r8S" + kRows + "\033%0B",
+         {upright}},
+        {"open pictures are finished at the end of input", kStart + "\033*r8S" + kRows, {upright}},
+        {"ESC*rC is no end",
+         kStart + "\033*r8S" + Row("\xF0") + "\033*rC" + Row("\x0F") + Row("\xAA"),
+         {upright}},
+    });
+}
+
+TEST(RasterMode, CountedDataHidesEscapes) {
+    const std::string exit = "\033%0BPD;";
+    ASSERT_EQ(exit.size(), 7U);
+    std::vector<OpsRow> rows;
+    for (const std::string command :
+         {"*b7W", "*b7V", "*c7W", "*o7W", "&l7W", "&p7X", "&b7W", "&n7W", "(f7W", "(s7W", ")s7W",
+          ")f7W", "*v7W", "*x7W", "&z7W", "*b4m7W", "*b5m7W", "*b9m7W"}) {
+        rows.push_back(
+            {command, "\033%0A\033" + command + exit + "\033%0BPU;PD;", {"Line 0 0 0 0"}});
+    }
+    for (const std::string command : {"*p7W", "*r7W", "&k7W", "&p7W", "*b-7W", "*c-7W"}) {
+        rows.push_back({command, "\033%0A\033" + command + exit + "PU;", {"Line 0 0 0 0"}});
+    }
+    ExpectOperations(rows);
+}
+
+TEST(RasterMode, PositionsAndTurns) {
+    const auto quarter = [](const std::string& corners, const std::string& rows) {
+        return "Raster " + corners + " 0 0 3x8x1" + kWhiteBlack + rows;
+    };
+    // Column x of the rows F0, 0F, AA, bit 7 first.
+    const std::string columns =
+        "rows=A0000000,80000000,A0000000,80000000,60000000,40000000,"
+        "60000000,40000000";
+    const std::string plain = "\033%0A\033*t1016R" + kEight;
+    ExpectOperations({
+        {"no job header: half a turn",
+         plain,
+         {"Raster 0 0 -7 4 0 0 8x3x1" + kWhiteBlack + "rows=0F000000,F0000000,55000000"}},
+        {"landscape without RO: the turn of 90 and the sign of 270",
+         "PS200,100;" + plain,
+         {quarter("0 0 4 9", columns)}},
+        {"RO 90 in portrait", "PS100,200;RO90;" + plain, {quarter("0 0 4 9", columns)}},
+        {"RO 90 in landscape: from the top of the page",
+         "PS200,100;RO90;\033*t300R" + kEight,
+         {"Raster 0 200 28 191 0 0 8x3x1" + kWhiteBlack + kStored}},
+        {"position A is x, B is y downward",
+         kStart + "\033*b7Y\033*p5X" + kEight,
+         {Eight("7 -5 16 -7")}},
+        {"RO 90 in portrait exchanges them",
+         "PS100,200;RO90;\033%0A\033*t1016R\033*b7Y\033*p5X" + kEight,
+         {quarter("5 7 9 16", columns)}},
+        {"relative moves",
+         kStart + "\033*b7Y\033*b-3Y\033*b+1Y\033*p5X\033*p-2X\033*p+2y+1Y" + kEight,
+         {Eight("8 -3 17 -5")}},
+        {"decipoints",
+         kStart + "\033&a720H\033&a-72v+360V" + kEight,
+         {Eight("406 -1016 415 -1018")}},
+        {"units", kStart + "\033&u508D\033*p5x6Y" + kEight, {Eight("12 -10 21 -12")}},
+        {"the position goes along with the resolution",
+         kJob + "\033%0A\033*t100R\033*p50X\033*t1016R" + kEight,
+         {Eight("0 -508 9 -510")}},
+        {"pictures follow one another",
+         kStart + kEight + kRows,
+         {Eight("0 0 9 -2"), Eight("0 -3 9 -5")}},
+        {"along x when turned",
+         "PS200,100;" + plain + kRows,
+         {quarter("0 0 4 9", columns), quarter("3 0 7 9", columns)}},
+        {"the raster language keeps its position",
+         kStart + kEight + "\033%0BPD5,5;\033%0A" + kRows,
+         {Eight("0 0 9 -2"), "Line 0 0 5 5", Eight("0 -3 9 -5")}},
+        {"ESC%1A starts at the pen",
+         kJob + "PU20,30;\033%1A\033*t1016R" + kEight,
+         {Eight("20 30 29 28")}},
+        {"in plotter units",
+         kJob + "IP0,0,100,100;SC0,10,0,10;PU2,3;\033%1A\033*t1016R" + kEight,
+         {Eight("20 30 29 28")}},
+        {"ESC%1B moves the pen behind the picture",
+         kStart + "\033*b7Y" + kEight + "\033%1BPD0,0",
+         {Eight("7 0 16 -2"), "Line 7 -3 0 0"}},
+        {"behind an open picture",
+         kStart + "\033*r8S" + kRows + "\033%1BPD;",
+         {Eight("0 0 9 -2"), "Line 0 -3 0 -3"}},
+        {"in user units",
+         kJob + "IP0,0,100,100;SC0,10,0,10;\033%0A\033*t1016R\033*b20y30Y\033*p-40X\033%1BPD0,0",
+         {"Line 30 40 0 0"}},
+        {"a new plot size moves to its top again",
+         "RO90;PS200,100;\033*t1016R" + kEight + "\033%0BPS508,100;\033%0A" + kRows,
+         {"Raster 0 200 9 198 0 0 8x3x1" + kWhiteBlack + kStored,
+          "Raster 0 508 9 506 0 0 8x3x1" + kWhiteBlack + kStored}},
+    });
+}
+
+TEST(RasterMode, SizesAndVisibility) {
+    const std::string two = "\033*r8s2T" + Row("\xF0") + Row("\x0F");
+    ExpectOperations({
+        {"destination size", kStart + "\033*r8s3T\033*t72h360V" + kRows, {Eight("0 0 103 -507")}},
+        {"width alone scales both",
+         kStart + "\033*r8s3T\033*t-72H" + kRows,
+         {Eight("0 0 103 -37")}},
+        {"height alone counts for nothing",
+         kStart + "\033*r8s3T\033*t72V" + kRows,
+         {Eight("0 0 9 -2")}},
+        {"a new source size voids it", kStart + "\033*t72h72V" + kEight, {Eight("0 0 9 -2")}},
+        {"the resolution of the end counts",
+         kStart + "\033*r8S" + kRows + "\033*t508R",
+         {Eight("0 0 17 -5")}},
+        {"a resolution of 0 is none", kStart + "\033*t0R\033*t-5R" + kEight, {Eight("0 0 9 -2")}},
+        {"width from the plot size",
+         kJob + "PS100,8;RO1;\033*t1016R\033*r3T" + kRows,
+         {"Raster 0 98 9 96 0 0 8x3x1" + kWhiteBlack + kStored}},
+        {"two units are too small, but move on", kStart + two + kEight, {Eight("0 -2 9 -4")}},
+        {"a row that was not stored counts",
+         kStart + "\033*r8s3T" + Row("\xF0") + "\033*b7M" + Row("\x0F") + "\033*b0M" + Row("\xAA"),
+         {"Raster 0 0 9 -2 0 0 8x3x1" + kWhiteBlack + "rows=AA000000,00000000,F0000000"}},
+        {"no row, no picture", kStart + "\033*r8s2T\033*b7M" + Row("1") + Row("2") + kEight, {}},
+        {"no width, no picture", kStart + "\033*r3T" + kRows, {}},
+        {"jobs in PCL have no pictures", "@PJL ENTER LANGUAGE=PCL\n\033%0A" + kEight, {}},
+        {"unless vectors are named too",
+         "@PJL ENTER LANGUAGE=PCL\n" + kStart + kEight,
+         {Eight("0 0 9 -2")}},
+        {"resolution of the job",
+         "@PJL SET RESOLUTION=508\n" + kJob + "\033%0A" + kEight,
+         {Eight("0 0 17 -5")}},
+    });
+}
+
+TEST(RasterMode, MergeModes) {
+    ExpectOperations({
+        {"mask pen", kStart + "\033*l160O\033%0B", {"SetDrawMode 9"}},
+        {"168 behind its picture",
+         kStart + "\033*l168O" + kEight + "\033%0B",
+         {Eight("0 0 9 -2", 168), "SetDrawMode 9"}},
+        {"open pictures come first",
+         kStart + "\033*r8S\033*l252O" + kRows + "\033%0B",
+         {Eight("0 0 9 -2", 252), "SetDrawMode 13"}},
+        {"unchanged at the end", kStart + "\033*l252o0O\033%0B", {}},
+        {"out of range", kStart + "\033*l256o-1O\033%0B", {}},
+        {"no draw: invisible, but moves on",
+         kStart + "\033*l170O" + kEight + "\033*l51O" + kRows + "\033*l0O" + kRows,
+         {Eight("0 -6 9 -8")}},
+        {"stays for vectors", kStart + "\033*l170O\033%0BPD5,5;", {"SetDrawMode 13"}},
+    });
+}
+
+TEST(RasterMode, PrinterReset) {
+    const std::string ended = "EndPage 1";
+    ExpectOperations({
+        {"ends a page with a picture, keeps the source size",
+         kStart + "\033*b7Y" + kEight + "\033E\033*t1016R" + kRows,
+         {Eight("7 0 16 -2"), "EndPage 1", "SetColor 0x000000", "SetPatternLength 8 0xFFFFFFFF",
+          Eight("0 0 9 -2")}},
+        {"an empty page stays", kStart + "\033E\033*t1016R" + kEight, {Eight("0 0 9 -2")}},
+        {"an open picture is overwritten and takes the new resolution",
+         kStart + "\033*r8S" + Row("\x11") + Row("\x22") + "\033E" + kRows,
+         {Eight("0 0 28 -9")}},
+        {"one bit again",
+         kStart + "\033*r-3U\033E\033*t1016R" + kEight,
+         {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,FFFF00 " + kStored}},
+        {"outside raster mode it is ignored", "PD;\033EPD;", {"Line 0 0 0 0", "Line 0 0 0 0"}},
+    });
+}
+
+TEST(RasterMode, PixelFormats) {
+    const std::string four = kStart + "\033*r4s3T";
+    const std::string planes = Row("\x90", 'V') + Row("\xA0", 'V');
+    std::string manyPlanes;
+    for (int i = 0; i < 30; ++i) manyPlanes += Row("\xFF", 'V');
+    const struct {
+        const char* name;
+        std::string plot;
+        std::string picture;
+    } rows[] = {
+        {"three planes", four + "\033*r-3U" + planes + Row("\xC0") + Row("\xF0") + Row(""),
+         "4x3x8 rows=00000000,01010101,07040201"},
+        {"three planes begun by a row",
+         four + "\033*r-3U" + Row("\xC0") + planes + Row("") + Row(""),
+         "4x3x8 rows=00000000,03000201,01010000"},
+        {"three planes by ESC*v#W",
+         four + "\033*v6W\0\0\3\1\1\1"s + planes + Row("\xC0") + Row("") + Row(""),
+         "4x3x8 rows=00000000,00000000,07040201"},
+        {"the fourth plane is lost",
+         four + "\033*r-4U" + planes + planes + Row("") + Row("") + Row(""),
+         "4x3x8 rows=00000000,00000000,07000205"},
+        {"four bits begun by a row are packed",
+         four + "\033*r-4U" + Row("\x12\x34") + Row("") + Row(""),
+         "4x3x4 rows=00000000,00000000,12340000"},
+        {"eight bits begun by a row",
+         four + "\033*v6W\0\1\10\10\10\10"s + Row("\1\2\3\4") + Row("") + Row(""),
+         "4x3x8 rows=00000000,00000000,01020304"},
+        {"eight bits begun by a plane",
+         four + "\033*v6W\0\0\10\10\10\10"s + planes + Row("", 'V') + Row("\xF0") + Row("") +
+             Row(""),
+         "4x3x8 rows=00000000,00000000,0B080A09"},
+        {"24 bits by pixel, colours swapped",
+         kStart + "\033*r3s3T\033*v6W\0\3\10\10\10\10"s + Row("\1\2\3\4\5\6\7\10\11") + Row("") +
+             Row(""),
+         "3x3x24 rows=000000000000000000000000,000000000000000000000000,030201060504090807000000"},
+        {"24 bits by plane are read as by pixel",
+         kStart + "\033*r3s3T\033*v6W\0\2\10\10\10\10"s + Row("\1\2\3") + Row("") + Row(""),
+         "3x3x24 rows=000000000000000000000000,000000000000000000000000,030201000000000000000000"},
+        {"configure data may be short or long",
+         kStart + "\033*r3s3T\033*v3W\0\1\10\033*v2W\0\3\033*v9W\0\1\10abcdef"s + Row("\1\2\3") +
+             Row("") + Row(""),
+         "3x3x8 rows=00000000,00000000,01020300"},
+        {"only -3 and -4 of ESC*r#U count", kStart + "\033*r4u3u1u-2u8s3T" + kRows,
+         "8x3x1 " + kStored},
+        {"planes never leave their row",
+         four + "\033*r-3U" + Row(std::string(40, '\xFF'), 'V') + manyPlanes + Row("") + Row("") +
+             Row(""),
+         "4x3x8 rows=00000000,00000000,07070707"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(PictureOf(row.plot), row.picture);
+    }
+}
+
+TEST(RasterMode, CompressionMethods) {
+    const std::string start = kStart + "\033*r16s4T";
+    const std::string plain = Row("\1\2") + Row("\3\4");
+    const struct {
+        const char* name;
+        std::string plot;
+        std::string picture;
+    } rows[] = {
+        {"each row in its own method",
+         start + Row("\1\2\3") + "\033*b1m4W\0\5\0\6"s + "\033*b2m2W\xFF\7" + "\033*b3m2W\1\x9",
+         "16x4x1 rows=07090000,07070000,05060000,01020000"},
+        {"empty rows", start + Row("\1\2") + Row("") + "\033*b3m0W\033*b0m0W",
+         "16x4x1 rows=00000000,00000000,00000000,01020000"},
+        {"a delta row of no bytes repeats", start + Row("\1\2") + "\033*b3m0W\033*b0W\033*b0W",
+         "16x4x1 rows=01020000,01020000,01020000,01020000"},
+        {"adaptive", start + "\033*b5m17W\0\0\2\1\2\4\0\1\3\0\3\x20\3\4\5\0\1"s,
+         "16x4x1 rows=03040000,03040000,00000000,01020000"},
+        {"adaptive goes beyond the source height and ends it",
+         start + Row("\1\2") + "\033*b5m3W\5\0\5"s,
+         "16x6x1 rows=01020000,01020000,01020000,01020000,01020000,01020000"},
+        {"a block of plain rows brings its height", start + "\033*b4m10W\0\0\0\x10\1\2\3\4\5\6"s,
+         "16x3x1 rows=05060000,03040000,01020000"},
+        {"wider rows are cut", start + "\033*b4m16W\0\0\0\x1F\1\2\3\4\1\2\3\4\5\6\7\x8"s,
+         "16x3x1 rows=05060000,01020000,01020000"},
+        {"method 4 in colour stores nothing",
+         start + "\033*r-3U\033*b4m6W\0\0\0\x10\1\2"s + "\033*b0M" + plain + plain,
+         "16x4x8 rows=00000000000001010000000000010000,00000000000000010000000000000100,"
+         "00000000000001010000000000010000,00000000000000010000000000000100"},
+        {"method 10",
+         kStart + "\033*r3s3T\033*v6W\0\3\10\10\10\10"s + "\033*b10m1W\xE1\033*b0W\033*b0W",
+         "3x3x24 rows=FFFEFFFFFEFFFFFEFF000000,FFFEFFFFFEFFFFFEFF000000,FFFEFFFFFEFFFFFEFF000000"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(PictureOf(row.plot), row.picture);
+    }
+}
+
+// The first colours of the only picture's table.
+std::string ColoursOf(const std::string& plot, std::size_t count) {
+    for (const std::string& line : OperationsOf(plot)) {
+        const std::size_t at = line.find("colors=");
+        if (at != std::string::npos) return line.substr(at + 7, count * 7 - 1);
+    }
+    return "no picture";
+}
+
+TEST(RasterMode, Colours) {
+    const std::string configured = "000000,0000FF,00FF00,00FFFF,FF0000,FF00FF,FFFF00,FFFFFF";
+    const std::string index = "\033*v6W\0\1\10\10\10\10"s;
+    const struct {
+        const char* name;
+        std::string plot;  // in front of the rows
+        std::string colours;
+    } rows[] = {
+        {"one bit per index", kStart + "\033*v6W\0\0\1\1\1\1"s, "FFFFFF,000000"},
+        {"defaults of indexes", kStart + index, configured},
+        {"but not of defined ones", kStart + "\033*v1a2b3c7I" + index,
+         "000000,0000FF,00FF00,00FFFF,FF0000,FF00FF,FFFF00,030201"},
+        {"components are bytes", kStart + "\033*v257a-1b3C\033*v256i-1i1I", "FFFFFF,03FF01"},
+        {"foreground for entry 1", kStart + "\033*v9a3i3S", "FFFFFF,000009"},
+        {"for entry 0 when it is not white", kStart + "\033*v1b0i9a3i3S", "000109,000000"},
+        {"black is no foreground", kStart + "\033*v1S\033*v9a1I", "FFFFFF,000009"},
+        {"colours only in one bit", kStart + "\033*v9a3i3S" + index,
+         "000000,0000FF,00FF00,000009,FF0000,FF00FF,FFFF00,FFFFFF"},
+        {"three planes", kStart + "\033*r-3U",
+         "FFFFFF,FFFF00,FF00FF,FF0000,00FFFF,00FF00,0000FF,000000"},
+        {"four planes", kStart + "\033*r-4U", "FFFFFF,000000,FFFF00,000000"},
+        {"a saved palette comes back", kStart + "\033*p0P\033*v9a1I\033*p1P", "FFFFFF,000000"},
+        {"from an empty stack nothing", kStart + "\033*v9a1I\033*p1P", "FFFFFF,000009"},
+        {"the foreground is not saved", kStart + "\033*p0P\033*v9a3i3S\033*p1P", "FFFFFF,000009"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(ColoursOf(row.plot + kEight, (row.colours.size() + 1) / 7), row.colours);
+    }
+}
+
+// A plot with every kind of transfer.
+std::string Exercise() {
+    return kStart +
+           "\033*v6W\0\0\3\1\1\1\033*v9a8b7c1I\033*p0P\033&u300D\033*r9s0T\033*t720h720V"s +
+           Row("\xF0\x80", 'V') + Row("\xF1\x80", 'V') + Row("\x81\xFF") + "\033%1BPD9,9;\033%1A" +
+           "\033E\033*r16s4T\033*b5m17W\0\0\2\1\2\4\0\1\3\0\3\x20\3\4\5\0\1"s +
+           "\033*b4m10W\0\0\0\x10\1\2\3\4\5\6"s +
+           "\033*b2m2W\xFF\7\033*b3m2W\1\x9\033*b10m4W\xE7\xFF\1\2"s +
+           "\033*c2W\033E\033*p1P\033(8U\033(s3b2Wab\033&p2Xab\033*l168O\033%-12345X@PJL\nPG;";
+}
+
+TEST(RasterMode, CutAnywhereItEnds) {
+    const std::string plot = Exercise();
+    EXPECT_NE(Ops(plot).find("EndPage 1"), std::string::npos);
+    for (std::size_t size = 0; size < plot.size(); ++size) {
+        EXPECT_NE(Ops(plot.substr(0, size)).find("result "), std::string::npos) << size;
+        PlotReader detection(plot.substr(0, size));
+        detection.documentMode = false;
+        detection.Detect();
+        EXPECT_TRUE(detection.page.pageEmpty) << size;
+    }
+}
+
+TEST(RasterMode, AbortEndsItAndFinishesThePicture) {
+    const std::string rest(20000, 'x');
+    const std::string plot = kStart + "\033*r8S" + kRows + Row(rest) + "\033%0BPD;";
+    PlotReader reader(plot);
+    reader.abortAt = 50;
+    reader.Interpret();
+    EXPECT_TRUE(reader.input.aborted);
+    EXPECT_EQ(reader.raster.picture, nullptr);
+    EXPECT_FALSE(reader.page.pageEmpty);
+    EXPECT_EQ(reader.progress.back(), 50);
+}
+
+TEST(RasterMode, OutsideDocumentModeEverythingIsReadAndNothingMade) {
+    PlotReader reader(kStart + kEight + "\033%1BPD9,9;");
+    reader.documentMode = false;
+    reader.Interpret();
+    EXPECT_EQ(reader.motion.penPos.x, 9.0);
+    EXPECT_EQ(reader.raster.picture, nullptr);
+    EXPECT_EQ(reader.raster.currentRow, 0);
+    EXPECT_EQ(reader.raster.sourceWidth, 8);
+}
+
+TEST(RasterMode, DetectionReadsOverRasterData) {
+    const std::string data(600, '\1');
+    PlotReader plot("\033%0A" + Row(data) + "\033%0BIN;SP1;PU;PD;PU;");
+    EXPECT_EQ(plot.Detect(), 1);
+    PlotReader pcl("\033pX\033%0BIN;SP1;PU;PD;PU;");
+    EXPECT_EQ(pcl.Detect(), 1);
+}
+
+TEST(RasterMode, ClaimsCostNothing) {
+    const std::string huge = "\033*r2147483647s2147483647T";
+    ExpectOperations({
+        {"a row of 2 GiB", kStart + huge + "\033*b2147483647W\1", {}},
+        {"positions wrap",
+         kStart + "\033*b2147483647y+9Y\033*p-2147483647X\033*t1r1016R\033%1B",
+         {}},
+        {"digits wrap", kStart + "\033*b99999999999W", {}},
+        {"a row of any depth", kStart + "\033*v6W\0\1\xFF\0\0\0"s + huge + Row("1"), {}},
+        {"no depth", kStart + "\033*v6W\0\1\0\0\0\0"s + kEight, {}},
+    });
+}
+
+TEST(EscapeTable, NoSequenceTwice) {
+    for (const Escape& escape : AllEscapes()) {
+        const auto handler = FindEscapeHandler(static_cast<std::uint8_t>(escape.group[0]),
+                                               static_cast<std::uint8_t>(escape.group[1]),
+                                               static_cast<std::uint8_t>(escape.letter));
+        EXPECT_EQ(handler, escape.handler) << escape.syntax;
+    }
+}
+
+}  // namespace
+}  // namespace qm
