@@ -40,6 +40,13 @@ inline std::vector<std::string> PenSelected(int pen, const std::string& color) {
             "SetLineWidth 0", "SetPen " + std::to_string(pen)};
 }
 
+// The lines of all parts, one behind the other.
+inline std::vector<std::string> Joined(std::vector<std::string> first,
+                                       const std::vector<std::string>& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
 // Runs every row; a failure names its row. Use: TEST(Arcs, Table) { ExpectOperations({{...}, ...});
 // }
 inline void ExpectOperations(const std::vector<OpsRow>& rows) {

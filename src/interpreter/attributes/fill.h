@@ -5,8 +5,13 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
+
+#include "common/geometry.h"
 
 namespace qm {
+
+class HPGLRead;
 
 struct FillState {
     std::int32_t FillType =
@@ -19,5 +24,9 @@ struct FillState {
     // Rectangles by RA and PE show only their outline for these types.
     bool DrawsRectangleOutline() const { return FillType == 11 || FillType == 22; }
 };
+
+// Sends one filled polygon in plotter units: whole without a window or inside it, else the contours
+// of its part in the window. The points may be overwritten by the receiver.
+void EmitFilledPolygon(HPGLRead& reader, std::vector<PointI>& points);
 
 }  // namespace qm

@@ -17,8 +17,18 @@ inline constexpr std::int32_t kMergeNoDraw = 170;        // pen-down moves draw 
 inline constexpr std::int32_t kMergeNoRectangles = 165;  // RA and RR draw nothing
 inline constexpr std::int32_t kMergeMaskPen = 168;       // the default opcode of MC1
 
+// A predefined line type as the output takes it.
+struct PredefinedLineType {
+    std::int32_t style;  // the host's line-style code
+    std::int32_t mask;   // 32 steps of ink (1) and gap, most significant bit first
+};
+// Line types 0 to 8; every other number is a solid line.
+PredefinedLineType FindPredefinedLineType(std::int32_t number);
+
 // A user-defined line type: up to 19 dash and gap lengths.
 struct UserLineType {
+    static constexpr std::int32_t kMaxGaps = 19;
+
     bool defined = false;
     std::int32_t count = 0;
     std::int32_t total = 0;  // sum of the values, wrapping
@@ -47,8 +57,10 @@ struct LineState {
     }
 };
 
+// A number truncated into `low` to 10000; no number gives `low`.
+std::int32_t ClampTruncated(double value, std::int32_t low);
 // A pen's width as the output takes it: 0 to 10000, truncated.
-std::int32_t ClampWidth(double width);
+inline std::int32_t ClampWidth(double width) { return ClampTruncated(width, 0); }
 
 // Change filters: each sends its value only when it differs from what was sent last.
 void SendWidth(HPGLRead& reader, std::int32_t width);

@@ -50,9 +50,18 @@ struct PenState {
     bool PaletteChanged = false;      // a PC came; the raster palette is made anew from the pens
     std::array<ColorRange, 3> colorRange;  // red, green, blue
 
+    // All pens: the default colour, one width.
+    void ResetColors();
+    void SetWidths(double width);
+    // Makes WhitePenSuppressed follow the current pen's colour and Transparency.
+    void UpdateWhitePen();
     // The pen's entry; pens outside the table (negative ones) are thin and black.
     Pen Get(std::int32_t pen) const;
 };
+
+// One component of PC on its range as a byte, the black reference as 0 and the white one as 255;
+// beyond them it is clamped, on an inverted range it is cut to its low 8 bits.
+std::uint8_t ColorByte(double component, ColorRange range);
 
 // Selects a pen: folds numbers above 255 into 1..255, takes -32768 as 0, and sends colour, line
 // style, pattern, width and pen whether they changed or not. Negative pens are sent as they are.
