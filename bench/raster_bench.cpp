@@ -1,11 +1,13 @@
 // Speed of the raster path: bytes of stored rows (decoders) or of source pixels (bitmap making) a
-// second, on rows of an A0 page at 300 dpi.
+// second, on rows of an A0 page at 300 dpi. Whole files go through the interpreter.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <random>
+#include <string>
 #include <vector>
 
+#include "bench/null_builder.h"
 #include "raster/rtl_raster.h"
 
 namespace {
@@ -123,6 +125,38 @@ void MergePlanes(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * std::int64_t{kWidth});
 }
 
+// A whole plot: setup escapes, then `rows` times the same transfer.
+void Interpret(benchmark::State& state, const std::string& setup, const Bytes& data, int rows,
+               std::int64_t rowBytes) {
+    std::string plot = "\033%0A\033*r" + std::to_string(kWidth) + "s" + std::to_string(rows) + "T";
+    plot += setup;
+    const std::string head = "\033*b" + std::to_string(data.size()) + "W";
+    for (int i = 0; i < rows; ++i) plot.append(head).append(data.begin(), data.end());
+    for (auto _ : state) {
+        qm::NullBuilder builder(plot);
+        builder.documentMode = true;
+        builder.Interpret();
+        if (builder.primitives != 1) state.SkipWithError("no picture");
+    }
+    state.SetBytesProcessed(state.iterations() * rowBytes * rows);
+    state.counters["file"] = benchmark::Counter(
+        static_cast<double>(plot.size()) * static_cast<double>(state.iterations()),
+        benchmark::Counter::kIsRate, benchmark::Counter::kIs1024);
+}
+
+const std::string kConfigure24("\033*v6W\0\3\10\10\10\10", 11);
+
+void ColourFile(benchmark::State& state) {
+    Interpret(state, kConfigure24 + "\033*b2M", PackedRow(static_cast<std::size_t>(state.range(0))),
+              1000, std::int64_t{kWidth} * 3);
+}
+// Short rows: the cost of a sequence shows.
+void DeltaFile(benchmark::State& state) {
+    Interpret(state, "\033*b3M", {0x1F, 100, 7, 0x22, 1, 2, 5, 9}, 14000, (kWidth + 7) / 8);
+}
+
+BENCHMARK(ColourFile)->Arg(8)->Arg(32)->Unit(benchmark::kMillisecond);
+BENCHMARK(DeltaFile)->Unit(benchmark::kMillisecond);
 BENCHMARK(Unencoded);
 BENCHMARK(RunLength);
 BENCHMARK(PackBits)->Arg(8)->Arg(32);
