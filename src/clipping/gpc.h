@@ -4,6 +4,7 @@
 // to its callers. Tests: tests/interpreter/attributes/clip_test.cpp.
 #pragma once
 
+// NOLINTBEGIN(readability-identifier-naming): the names are the original library's.
 extern "C" {
 
 enum gpc_op { GPC_DIFF, GPC_INT, GPC_XOR, GPC_UNION };
@@ -37,3 +38,4 @@ void gpc_polygon_clip(gpc_op set_operation, gpc_polygon* subject_polygon, gpc_po
 void gpc_free_polygon(gpc_polygon* polygon);
 
 }  // extern "C"
+// NOLINTEND(readability-identifier-naming)

@@ -39,7 +39,7 @@ bool IsWhole(double value) { return std::fabs(value - std::round(value)) < kTiny
 // The lines of one family over a box: line k lies where Across() is `first` + k * `step`.
 class Lines {
   public:
-    Lines(const Box& box, HatchFamily family) : first_(0.0), step_(family.spacing) {
+    Lines(const Box& box, HatchFamily family) : step_(family.spacing) {
         const double halfTurns = family.angle / kHalfTurn;
         if (std::fabs(family.angle) < kTiny || IsWhole(halfTurns)) {
             direction_ = Direction::kHorizontal;
@@ -101,7 +101,7 @@ class Lines {
     }
 
     Direction direction_ = Direction::kHorizontal;
-    double first_;
+    double first_ = 0.0;
     double step_;
     double count_ = 0.0;
     double cotangent_ = 0.0;

@@ -46,7 +46,7 @@ class OneContour {
     OneContour(const OneContour&) = delete;
     OneContour& operator=(const OneContour&) = delete;
 
-    gpc_polygon* get() { return &polygon_; }
+    gpc_polygon* Get() { return &polygon_; }
 
   private:
     Vertices vertices_;
@@ -73,7 +73,7 @@ std::vector<Contour> ClipExactly(Vertices polygon, const ClipWindow& window) {
                                 {window.xMin, window.yMax},
                                 {window.xMin, window.yMin}}));
     ClipResult result;
-    gpc_polygon_clip(GPC_INT, subject.get(), clip.get(), &result.polygon);
+    gpc_polygon_clip(GPC_INT, subject.Get(), clip.Get(), &result.polygon);
     std::vector<Contour> contours;
     for (int i = 0; i < result.polygon.num_contours; ++i) {
         const gpc_vertex_list& contour = result.polygon.contour[i];

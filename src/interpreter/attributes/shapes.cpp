@@ -50,7 +50,7 @@ class FillPattern {
         for (std::uint8_t& byte : bits_) byte = static_cast<std::uint8_t>(~byte);
     }
 
-    const std::vector<std::uint8_t>& bits() const { return bits_; }
+    const std::vector<std::uint8_t>& Bits() const { return bits_; }
 
   private:
     std::size_t rowBytes_;
@@ -142,8 +142,8 @@ void RasterFillDefinition(HPGLRead& reader) {
     }
     if (!pattern.Allocated()) return;
     pattern.Invert();
-    reader.DefineFillPattern(index, width, height, static_cast<std::int32_t>(pattern.bits().size()),
-                             pattern.bits().data());
+    reader.DefineFillPattern(index, width, height, static_cast<std::int32_t>(pattern.Bits().size()),
+                             pattern.Bits().data());
 }
 
 // AC [x, y]: read and dropped; patterns are not anchored.
