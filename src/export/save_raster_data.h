@@ -1,0 +1,66 @@
+// CQmSaveRasterData: the sink of raster blocks. Collects one picture and writes it at the end of
+// the block.
+//
+// The picture is one movable global block, a packed bitmap. In the HP-GL/2 export nothing of it is
+// written. Test: tests/export/raster_test.cpp.
+#pragma once
+
+#include <qmfilter.h>
+
+#include <cstddef>
+
+#include "export/export_settings.h"
+#include "export/picture_writer.h"
+#include "export/plot_output.h"
+#include "platform/com_object.h"
+#include "platform/global_block.h"
+
+namespace qm {
+
+class CQmSaveRasterData final : public ComObject<IQmSaveRasterData> {
+  public:
+    explicit CQmSaveRasterData(const ExportSettings& settings)
+        : settings_(settings), output_(settings.stream) {}
+
+    // Frees the picture in every case. E_FAIL without one; else the status of the writes, S_OK also
+    // for a depth that HP-RTL does not get.
+    HRESULT STDMETHODCALLTYPE EndObject() noexcept override;
+    // Replaces an earlier picture. E_FAIL: depth or DpiX (DpiY is not used); E_INVALIDARG: a side
+    // below 1; E_OUTOFMEMORY: more than 2 GiB, or no memory. Then there is no picture. HP-RTL
+    // export: writes the page set-up and returns the status of that.
+    HRESULT STDMETHODCALLTYPE CreateRasterStorage(LONG width, LONG height, LONG bitsPerPixel,
+                                                  LONG compression, LONG dpiX, LONG dpiY,
+                                                  LONG colours,
+                                                  const BYTE* colourTable) noexcept override;
+    // Rows of any data type are stored as they come. E_FAIL without a picture, E_INVALIDARG for
+    // rows outside it, a negative count or missing bytes.
+    HRESULT STDMETHODCALLTYPE AddScanline1(LONG dataType, LONG startLine, LONG lines,
+                                           LONG bytesPerLine,
+                                           const BYTE* scanlines) noexcept override;
+
+    HRESULT STDMETHODCALLTYPE SetAttribute(BSTR, VARIANT) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE AddScanline2(LONG, LONG, LONG, LONG, const BYTE*) noexcept override {
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE StartPolyClipRegion(LONG, LONG, VARIANT_BOOL) noexcept override {
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE AppendPolyClipRegion(LONG, const LONG*) noexcept override {
+        return S_OK;
+    }
+
+  private:
+    HRESULT WritePageSetup() noexcept;
+
+    ExportSettings settings_;
+    PlotOutput output_;
+    GlobalBlock bitmap_;
+    std::size_t bitmapBytes_ = 0;
+    LONG width_ = 0;
+    LONG height_ = 0;
+    LONG bitsPerPixel_ = 0;
+    LONG compression_ = 0;  // kept, not used
+    PicturePlacement placement_;
+};
+
+}  // namespace qm
