@@ -128,8 +128,9 @@ void SendEdge(HPGLRead& reader, VertexIterator begin, VertexIterator end) {
 namespace handlers {
 
 // EP: the outline, one run of pen-down points a sub-polygon; a lone point is joined to the one
-// before it. Quirk: what a sub-polygon draws behind a pen-up move of its own is not drawn, and
-// nothing behind it either.
+// before it. Quirk: a run of several points begins at its first pen-down point, so the edge from
+// the pen-up move in front of it is missing; what a sub-polygon draws behind a pen-up move of its
+// own is not drawn, and nothing behind it either.
 void EdgePolygon(HPGLRead& reader) {
     PolygonBuffer& polygon = reader.polygon;
     if (polygon.mode) polygon.Close(reader.motion.penDown);
