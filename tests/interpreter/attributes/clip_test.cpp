@@ -71,6 +71,14 @@ TEST(Clip, Contours) {
     EXPECT_TRUE(ClipPolygon(rows[0].polygon, {60, 60, 60, 90}).empty()) << "a window of no width";
 }
 
+TEST(Clip, ReachesOutside) {
+    constexpr ClipWindow kWindow{0, 10, 20, 30};
+    EXPECT_FALSE(ReachesOutside({{0, 10}, {20, 10}, {20, 30}, {0, 30}}, kWindow));
+    for (const PointI p : {PointI{-1, 20}, PointI{21, 20}, PointI{5, 9}, PointI{5, 31}}) {
+        EXPECT_TRUE(ReachesOutside({{5, 20}, p}, kWindow));
+    }
+}
+
 bool Covers(const std::vector<Contour>& contours, double x, double y) {
     bool inside = false;
     for (const Contour& c : contours) {

@@ -92,6 +92,10 @@ TEST(Hatch, AxisParallelLines) {
          One({{0, 20000105}, {8, 20000105}, {8, 20000205}, {0, 20000205}, {0, 20000105}}),
          {0.0, 100.0},
          "0,20000200-8,20000200 "},
+        {"beyond 2e7, upright",
+         One({{20000105, 0}, {20000205, 0}, {20000205, 8}, {20000105, 8}, {20000105, 0}}),
+         {kUpright, 100.0},
+         "20000200,0-20000200,8 "},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Text(Segments(row.area, row.family)), row.lines) << row.name;

@@ -2,6 +2,7 @@
 #include "interpreter/attributes/pens.h"
 
 #include "tests/interpreter/ops_table.h"
+#include "tests/interpreter/plot_reader.h"
 
 namespace qm {
 namespace {
@@ -79,6 +80,14 @@ TEST(Pens, Color) {
         {"CR maps its range", "CR0,100,0,100,0,100;PC0,50,50,50;", {"SetColor 0x7F7F7F"}},
         {"five numbers are no range", "CR0,100,0,100,0;PC0,50,50,50;", {"SetColor 0x323232"}},
     });
+}
+
+TEST(Pens, EveryPenColorMarksThePalette) {
+    for (const char* plot : {"PC;", "PC1;", "PC1,2,3,4;", "PC300,1;", "PC-1;"}) {
+        PlotReader reader(plot);
+        reader.Interpret();
+        EXPECT_TRUE(reader.pens.PaletteChanged) << plot;
+    }
 }
 
 TEST(Pens, ColorByte) {
