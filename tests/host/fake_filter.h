@@ -6,6 +6,7 @@
 #include <ole2.h>
 
 #include "platform/com_object.h"
+#include "platform/prog_id.h"
 #include "platform/variant.h"
 #include "qmfilter.h"
 
@@ -71,7 +72,7 @@ class FakeFilter final : public ComObject<IQmFilter, IConnectionPointContainer, 
     static ComPtr<Interface> Create(const wchar_t* progId) {
         CLSID clsid;
         ComPtr<Interface> object;
-        if (SUCCEEDED(CLSIDFromProgID(progId, &clsid))) {
+        if (SUCCEEDED(ClassIdFromProgId(progId, &clsid))) {
             CoCreateInstance(clsid, nullptr, CLSCTX_ALL, __uuidof(Interface), object.PutVoid());
         }
         return object;

@@ -9,6 +9,7 @@
 #include "host/data_object.h"
 #include "host/host_classes.h"
 #include "platform/file_handle.h"
+#include "platform/prog_id.h"
 #include "tests/host/fake_filter.h"
 
 namespace {
@@ -110,9 +111,9 @@ TEST_F(OpenPlotTest, NeedsTheFilterAndTheHostClasses) {
 TEST_F(OpenPlotTest, ProgIdsOutliveOtherThreads) {
     CLSID clsid;
     std::thread([] { const HostClasses other; }).join();
-    EXPECT_EQ(CLSIDFromProgID(L"Tessel.QmLayers", &clsid), S_OK);
+    EXPECT_EQ(ClassIdFromProgId(L"Tessel.QmLayers", &clsid), S_OK);
     classes_.reset();
-    EXPECT_TRUE(FAILED(CLSIDFromProgID(L"Tessel.QmLayers", &clsid)));
+    EXPECT_TRUE(FAILED(ClassIdFromProgId(L"Tessel.QmLayers", &clsid)));
 }
 #endif
 

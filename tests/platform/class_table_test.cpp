@@ -73,14 +73,14 @@ TEST_F(ClassTable, ClassesBelongToTheirThread) {
 
 TEST_F(ClassTable, ProgIds) {
     CLSID found = kClass;
-    EXPECT_EQ(CLSIDFromProgID(kProgId, &found), CO_E_CLASSSTRING);
+    EXPECT_EQ(qm::ClassIdFromProgId(kProgId, &found), CO_E_CLASSSTRING);
     ASSERT_EQ(qm::RegisterProgId(kProgId, kClass), S_OK);
-    EXPECT_EQ(CLSIDFromProgID(L"qmtest.STREAM", &found), S_OK);
+    EXPECT_EQ(qm::ClassIdFromProgId(L"qmtest.STREAM", &found), S_OK);
     EXPECT_TRUE(found == kClass);
     EXPECT_EQ(Create(found), S_OK);
     EXPECT_EQ(qm::UnregisterProgId(kProgId), S_OK);
     EXPECT_EQ(qm::UnregisterProgId(kProgId), S_OK);
-    EXPECT_EQ(CLSIDFromProgID(kProgId, &found), CO_E_CLASSSTRING);
+    EXPECT_EQ(qm::ClassIdFromProgId(kProgId, &found), CO_E_CLASSSTRING);
 }
 
 }  // namespace

@@ -1,14 +1,11 @@
 #include "platform/posix/class_table.h"
 
 #include <algorithm>
-#include <mutex>
 #include <new>
-#include <string>
 #include <vector>
 
 #include "platform/com_ptr.h"
 #include "platform/prog_id.h"
-#include "platform/text.h"
 
 namespace {
 
@@ -28,29 +25,6 @@ struct Apartment {
 Apartment& CurrentApartment() noexcept {
     thread_local Apartment apartment;
     return apartment;
-}
-
-struct ProgIdEntry {
-    std::wstring progId;
-    CLSID clsid;
-};
-
-// Stands for the registry, which all threads share.
-struct ProgIdTable {
-    std::mutex mutex;
-    std::vector<ProgIdEntry> entries;
-
-    ProgIdEntry* Find(std::wstring_view progId) noexcept {
-        const auto found = std::find_if(entries.begin(), entries.end(), [=](const auto& entry) {
-            return qm::EqualIgnoringAsciiCase(entry.progId, progId);
-        });
-        return found == entries.end() ? nullptr : &*found;
-    }
-};
-
-ProgIdTable& ProgIds() noexcept {
-    static ProgIdTable table;
-    return table;
 }
 
 }  // namespace
@@ -114,38 +88,5 @@ HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID 
 }
 
 HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) noexcept {
-    if (progId == nullptr || clsid == nullptr) return E_INVALIDARG;
-    *clsid = GUID_NULL;
-    ProgIdTable& table = ProgIds();
-    const std::lock_guard<std::mutex> lock(table.mutex);
-    const ProgIdEntry* entry = table.Find(progId);
-    if (entry == nullptr) return CO_E_CLASSSTRING;
-    *clsid = entry->clsid;
-    return S_OK;
+    return qm::ClassIdFromProgId(progId, clsid);
 }
-
-namespace qm {
-
-HRESULT RegisterProgId(const wchar_t* progId, REFCLSID clsid) noexcept try {
-    ProgIdTable& table = ProgIds();
-    const std::lock_guard<std::mutex> lock(table.mutex);
-    if (ProgIdEntry* entry = table.Find(progId); entry != nullptr) {
-        entry->clsid = clsid;
-    } else {
-        table.entries.push_back({progId, clsid});
-    }
-    return S_OK;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-}
-
-HRESULT UnregisterProgId(const wchar_t* progId) noexcept {
-    ProgIdTable& table = ProgIds();
-    const std::lock_guard<std::mutex> lock(table.mutex);
-    if (const ProgIdEntry* entry = table.Find(progId); entry != nullptr) {
-        table.entries.erase(table.entries.begin() + (entry - table.entries.data()));
-    }
-    return S_OK;
-}
-
-}  // namespace qm
