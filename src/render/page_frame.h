@@ -1,0 +1,36 @@
+// PageFrame: the sheet of paper around a drawing and the way from plotter units onto it. Test:
+// tests/render/page_frame_test.cpp.
+#pragma once
+
+#include "host/page_summary.h"
+#include "render/page_writers.h"
+
+namespace qm {
+
+// x' = a x + c y + e, y' = b x + d y + f.
+struct Matrix {
+    double a = 1.0;
+    double b = 0.0;
+    double c = 0.0;
+    double d = 1.0;
+    double e = 0.0;
+    double f = 0.0;
+};
+
+struct PageFrame {
+    // Plotter units, x to the right, y down, origin at the sheet's upper left corner.
+    double width = 0.0;
+    double height = 0.0;
+    // From the drawing's coordinates (y up) to the sheet's, page rotation included.
+    Matrix toSheet;
+    double unitsPerInch = 1016.0;
+
+    double WidthMillimetres() const { return width / unitsPerInch * 25.4; }
+    double HeightMillimetres() const { return height / unitsPerInch * 25.4; }
+};
+
+// The sheet that holds `extent`, turned as the page is, and a margin. A page that shows nothing
+// gets a sheet of margins.
+PageFrame FrameOf(const PageSource& page, const Extent& extent, const PageOptions& options);
+
+}  // namespace qm

@@ -1,0 +1,44 @@
+// The page writers: one page, or all pages, of an opened plot as SVG, PNG or PDF.
+//
+// Each takes the page's display list as it is, streams to a sink and throws ToolError when the page
+// cannot be written (too large, out of disk) with a message that says what to do. What a format
+// cannot show stands in docs/unsupported.md. Tests: tests/render/.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/display_list.h"
+#include "host/layers.h"
+#include "host/open_plot.h"
+#include "render/output_sink.h"
+
+namespace qm {
+
+// What a writer needs of a page. The pointers must outlive the call; `layers` may be null.
+struct PageSource {
+    const DisplayList* drawing = nullptr;
+    const std::vector<Layer>* layers = nullptr;
+    std::string name;              // UTF-8, the title
+    double unitsPerInch = 1016.0;  // of the coordinates
+    double rotation = 0.0;         // degrees counter-clockwise by which the page is shown turned
+    bool whiteIsClear = true;      // white dots of pictures let through what lies below
+};
+
+// The page of an opened plot, which must stay open.
+PageSource SourceOf(const PlotPage& page);
+
+struct PageOptions {
+    double dpi = 150.0;              // dots per inch, PNG only
+    double marginMillimetres = 5.0;  // paper around the drawing's extent
+};
+
+// Vector formats keep physical sizes. One page a file.
+void WriteSvg(const PageSource& page, const PageOptions& options, OutputSink& sink);
+
+// The following are there when the build found Cairo (target qm_render_cairo).
+void WritePng(const PageSource& page, const PageOptions& options, OutputSink& sink);
+// One sheet for each page, each of its own size.
+void WritePdf(const std::vector<PageSource>& pages, const PageOptions& options, OutputSink& sink);
+
+}  // namespace qm
