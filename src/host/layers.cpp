@@ -21,7 +21,7 @@ HRESULT LayerCollection::GetLayer(LONG index, LONG* number, BSTR* name, ULONG* c
                                   LONG* visible) noexcept {
     if (name != nullptr) *name = nullptr;
     if (index < 0 || static_cast<std::size_t>(index) >= layers_.size()) return E_INVALIDARG;
-    const Layer& layer = layers_[static_cast<std::size_t>(index)];
+    const PageLayer& layer = layers_[static_cast<std::size_t>(index)];
     if (number != nullptr) *number = layer.number;
     if (colour != nullptr) *colour = layer.colour;
     if (visible != nullptr) *visible = layer.visible ? 1 : 0;
@@ -31,12 +31,12 @@ HRESULT LayerCollection::GetLayer(LONG index, LONG* number, BSTR* name, ULONG* c
     });
 }
 
-std::vector<Layer> ReadLayers(IQmLayers* layers) {
-    std::vector<Layer> result;
+std::vector<PageLayer> ReadLayers(IQmLayers* layers) {
+    std::vector<PageLayer> result;
     LONG count = 0;
     if (layers == nullptr || FAILED(layers->GetCount(&count))) return result;
     for (LONG i = 0; i < count; ++i) {
-        Layer layer;
+        PageLayer layer;
         Bstr name;
         LONG visible = 0;
         if (FAILED(layers->GetLayer(i, &layer.number, name.Put(), &layer.colour, &visible))) break;

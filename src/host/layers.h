@@ -10,7 +10,7 @@
 
 namespace qm {
 
-struct Layer {
+struct PageLayer {
     LONG number = 0;
     std::wstring name;
     ULONG colour = 0;  // 0x00BBGGRR
@@ -27,10 +27,10 @@ class LayerCollection final : public ComObject<IQmLayers> {
                                        LONG* visible) noexcept override;
 
   private:
-    std::vector<Layer> layers_;
+    std::vector<PageLayer> layers_;
 };
 
 // All layers of a collection, anybody's; none for a null pointer. Throws std::bad_alloc.
-std::vector<Layer> ReadLayers(IQmLayers* layers);
+std::vector<PageLayer> ReadLayers(IQmLayers* layers);
 
 }  // namespace qm

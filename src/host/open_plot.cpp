@@ -50,7 +50,7 @@ HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot
     if (FAILED(status)) return status;
     // 3. Read it, all pages at once; an empty VARIANT names the first. Progress comes meanwhile, on
     // this thread.
-    const Connection events(filter.Get(), __uuidof(_IQmFilterEvents), sink.Get());
+    const SinkConnection events(filter.Get(), __uuidof(_IQmFilterEvents), sink.Get());
     ComPtr<IUnknown> first;
     status = filter->GetNode(Variant().Get(), 0, first.Put());
     // 4. The pages hang in the document, also those finished before an abort.

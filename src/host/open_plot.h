@@ -28,7 +28,7 @@ class PlotPage {
 
     const std::wstring& Name() const noexcept { return name_; }  // "Page 1"; numbers may skip
     const DisplayList& Drawing() const noexcept { return block_->Drawing(); }
-    const std::vector<Layer>& Layers() const noexcept { return layers_; }
+    const std::vector<PageLayer>& Layers() const noexcept { return layers_; }
     // Coordinates per inch: 1016 for plots.
     double UnitsPerInch() const noexcept { return unitsPerInch_; }
     // Degrees counter-clockwise by which the drawing is to be shown turned; 0 for most plots.
@@ -40,7 +40,7 @@ class PlotPage {
     ComPtr<DocumentNode> container_;
     ComPtr<DrawingBlock> block_;
     std::wstring name_;
-    std::vector<Layer> layers_;
+    std::vector<PageLayer> layers_;
     double unitsPerInch_;
     double rotation_;
 };

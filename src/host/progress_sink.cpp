@@ -9,7 +9,7 @@ HRESULT ProgressSink::Progress(LONG percent, VARIANT_BOOL* abort) noexcept {
     return S_OK;
 }
 
-Connection::Connection(IUnknown* source, REFIID events, IUnknown* sink) noexcept {
+SinkConnection::SinkConnection(IUnknown* source, REFIID events, IUnknown* sink) noexcept {
     const auto container = Query<IConnectionPointContainer>(source);
     if (!container) return;
     ComPtr<IConnectionPoint> point;
@@ -17,7 +17,7 @@ Connection::Connection(IUnknown* source, REFIID events, IUnknown* sink) noexcept
     if (SUCCEEDED(point->Advise(sink, &cookie_))) point_ = std::move(point);
 }
 
-Connection::~Connection() {
+SinkConnection::~SinkConnection() {
     if (point_) point_->Unadvise(cookie_);
 }
 

@@ -1,5 +1,5 @@
-// ProgressSink: the embedded host's ear for a filter's events, and Connection, which attaches it to
-// a filter for a scope. Test: tests/host/open_plot_test.cpp.
+// ProgressSink: the embedded host's ear for a filter's events, and SinkConnection, which attaches
+// it to a filter for a scope. Test: tests/host/open_plot_test.cpp.
 #pragma once
 
 #include <ocidl.h>
@@ -32,12 +32,12 @@ class ProgressSink final : public ComObject<_IQmFilterEvents> {
 
 // A sink advised to an object's connection point until the end of the scope; nothing happens when
 // the object has no such point.
-class Connection {
+class SinkConnection {
   public:
-    Connection(IUnknown* source, REFIID events, IUnknown* sink) noexcept;
-    ~Connection();
-    Connection(const Connection&) = delete;
-    Connection& operator=(const Connection&) = delete;
+    SinkConnection(IUnknown* source, REFIID events, IUnknown* sink) noexcept;
+    ~SinkConnection();
+    SinkConnection(const SinkConnection&) = delete;
+    SinkConnection& operator=(const SinkConnection&) = delete;
 
     explicit operator bool() const noexcept { return static_cast<bool>(point_); }
 

@@ -18,7 +18,7 @@ namespace qm {
 // What a writer needs of a page. The pointers must outlive the call; `layers` may be null.
 struct PageSource {
     const DisplayList* drawing = nullptr;
-    const std::vector<Layer>* layers = nullptr;
+    const std::vector<PageLayer>* layers = nullptr;
     std::string name;              // UTF-8, the title
     double unitsPerInch = 1016.0;  // of the coordinates
     double rotation = 0.0;         // degrees counter-clockwise by which the page is shown turned

@@ -18,7 +18,7 @@ constexpr std::size_t kMaxGroupedLayers = 64;
 
 std::string LabelOf(const PageSource& page, std::int32_t number) {
     if (page.layers != nullptr) {
-        for (const Layer& layer : *page.layers) {
+        for (const PageLayer& layer : *page.layers) {
             if (layer.number == number) return WideToUtf8(layer.name);
         }
     }
@@ -27,7 +27,7 @@ std::string LabelOf(const PageSource& page, std::int32_t number) {
 
 bool IsHidden(const PageSource& page, std::int32_t number) {
     return page.layers != nullptr &&
-           std::any_of(page.layers->begin(), page.layers->end(), [=](const Layer& layer) {
+           std::any_of(page.layers->begin(), page.layers->end(), [=](const PageLayer& layer) {
                return layer.number == number && !layer.visible;
            });
 }

@@ -82,7 +82,7 @@ TEST_F(HostDocument, LayersComeBackInOrder) {
     const auto layers = MakeObject<LayerCollection>();
     EXPECT_EQ(layers->AddLayer(3, Bstr(L"three").Get(), 0xFF, 1), S_OK);
     EXPECT_EQ(layers->AddLayer(1, nullptr, 0, 0), S_OK);
-    const std::vector<Layer> all = ReadLayers(layers.Get());
+    const std::vector<PageLayer> all = ReadLayers(layers.Get());
     ASSERT_EQ(all.size(), 2U);
     EXPECT_EQ(all[0].number, 3);
     EXPECT_EQ(all[0].name, L"three");
