@@ -20,7 +20,7 @@ class Summariser final : public DisplayListVisitor {
 
     void Lines(const DrawingStyle& style, PointSpan points) override {
         Count(style, summary_.lines, points.count - 1);
-        Widen(style, points);
+        Widen(points, HalfWidth(style));
     }
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
         Count(style, summary_.rectangles);
@@ -30,7 +30,8 @@ class Summariser final : public DisplayListVisitor {
     void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
                 bool filled) override {
         Count(style, summary_.circles);
-        WidenPoint(centre.x, centre.y, std::abs(double{1} * radius) + HalfWidth(style));
+        WidenPoint(centre.x, centre.y,
+                   std::abs(double{1} * radius) + (filled ? 0.0 : HalfWidth(style)));
         NoteArea(filled);
     }
     void Arc(const DrawingStyle& style, const ArcShape& arc) override {
@@ -41,12 +42,12 @@ class Summariser final : public DisplayListVisitor {
     }
     void Polygon(const DrawingStyle& style, PointSpan points, bool filled) override {
         Count(style, filled ? summary_.polygons : summary_.polylines);
-        Widen(style, points);
+        Widen(points, filled ? 0.0 : HalfWidth(style));
         NoteArea(filled);
     }
     void PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) override {
         Count(style, filled ? summary_.polygons : summary_.polylines);
-        Widen(style, rings.points);
+        Widen(rings.points, filled ? 0.0 : HalfWidth(style));
         NoteArea(filled);
     }
     void Text(const DrawingStyle& style, const BoxI&, std::string_view) override {
@@ -89,7 +90,7 @@ class Summariser final : public DisplayListVisitor {
         WidenPoint(box.a.x, box.a.y, by);
         WidenPoint(box.b.x, box.b.y, by);
     }
-    void Widen(const DrawingStyle& style, PointSpan points) {
+    void Widen(PointSpan points, double by) {
         if (points.count == 0) return;
         PointI low = points[0];
         PointI high = points[0];
@@ -97,7 +98,7 @@ class Summariser final : public DisplayListVisitor {
             low = {std::min(low.x, p.x), std::min(low.y, p.y)};
             high = {std::max(high.x, p.x), std::max(high.y, p.y)};
         }
-        WidenBox({low, high}, HalfWidth(style));
+        WidenBox({low, high}, by);
     }
 
     PageSummary& summary_;

@@ -32,6 +32,13 @@ bool IsHidden(const PageSource& page, std::int32_t number) {
            });
 }
 
+// Plots send a pen's attributes again and again without changing them.
+bool SameStroke(const DrawingStyle& a, const DrawingStyle& b) {
+    return a.layer == b.layer && a.drawColour == b.drawColour && a.lineWidth == b.lineWidth &&
+           a.lineStyle == b.lineStyle && a.dash == b.dash && a.dashCount == b.dashCount &&
+           a.lineAttributes == b.lineAttributes && a.drawMode == b.drawMode;
+}
+
 }  // namespace
 
 void SvgWriter::WriteMatrix(const Matrix& m) {
@@ -47,8 +54,10 @@ void SvgWriter::Begin() {
          << frame_.WidthMillimetres() << "mm\" height=\"" << frame_.HeightMillimetres()
          << "mm\" viewBox=\"0 0 " << frame_.width << ' ' << frame_.height << "\">\n";
     if (!page_.name.empty()) (out_ << "<title>").Escaped(page_.name) << "</title>\n";
-    // The thinnest line a screen or printer has, whatever the scale.
-    out_ << "<style>.h{stroke-width:1px;vector-effect:non-scaling-stroke}</style>\n";
+    // Pens of width 0: the thinnest line of the screen or printer whatever the scale, or 0.125 mm
+    // in programs that do not know how (they skip what @supports guards).
+    out_ << "<style>.h{stroke-width:5}@supports(vector-effect:non-scaling-stroke)"
+            "{.h{stroke-width:1px;vector-effect:non-scaling-stroke}}</style>\n";
 }
 
 void SvgWriter::Body(std::optional<std::int32_t> layer) {
@@ -162,9 +171,10 @@ void SvgWriter::WriteFill(const DrawingStyle& style) {
 }
 
 void SvgWriter::EnsurePath(const DrawingStyle& style, bool dot) {
-    if (pathOpen_ && (styleChanged_ || dot != pathIsDots_ || path_.Points() > kMaxPathPoints)) {
-        ClosePath();
-    }
+    const bool fits = dot == pathIsDots_ && path_.Points() <= kMaxPathPoints &&
+                      (!styleChanged_ || SameStroke(style, pathStyle_));
+    styleChanged_ = false;
+    if (!fits) ClosePath();
     if (pathOpen_) return;
     EnterGroup(style);
     out_ << "<path";
@@ -173,7 +183,7 @@ void SvgWriter::EnsurePath(const DrawingStyle& style, bool dot) {
     path_.Start();
     pathOpen_ = true;
     pathIsDots_ = dot;
-    styleChanged_ = false;
+    pathStyle_ = style;
 }
 
 void SvgWriter::ClosePath() {

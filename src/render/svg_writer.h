@@ -81,6 +81,7 @@ class SvgWriter final : public DisplayListVisitor {
     Base base_;
     bool pathOpen_ = false;
     bool pathIsDots_ = false;
+    DrawingStyle pathStyle_;  // of the open path
     bool styleChanged_ = true;
     int clips_ = 0;
     bool clipped_ = false;

@@ -1,0 +1,214 @@
+// PNG and PDF pages: their size, a few dots of what was drawn, what is too large, failing sinks.
+#include <cairo.h>
+#include <gtest/gtest.h>
+
+#include "common/packed_bitmap.h"
+#include "host/display_list.h"
+#include "render/cairo_picture.h"
+#include "render/page_writers.h"
+#include "tests/render/memory_sink.h"
+
+namespace {
+
+using namespace qm;
+
+// One dot of the drawing a dot of the picture: 1016 dots per inch, no margin.
+PageOptions DotForDot() {
+    PageOptions options;
+    options.dpi = 1016.0;
+    options.marginMillimetres = 0.0;
+    return options;
+}
+
+PageSource SourceOf(const DisplayList& list, double rotation = 0.0) {
+    PageSource page;
+    page.drawing = &list;
+    page.rotation = rotation;
+    page.name = "Page 1";
+    return page;
+}
+
+struct Reader {
+    const std::string& text;
+    std::size_t at = 0;
+    static cairo_status_t Read(void* closure, unsigned char* data, unsigned int length) {
+        Reader& reader = *static_cast<Reader*>(closure);
+        if (reader.text.size() - reader.at < length) return CAIRO_STATUS_READ_ERROR;
+        reader.text.copy(reinterpret_cast<char*>(data), length, reader.at);
+        reader.at += length;
+        return CAIRO_STATUS_SUCCESS;
+    }
+};
+
+// The page as decoded dots.
+class Image {
+  public:
+    explicit Image(const DisplayList& list, double rotation = 0.0) {
+        MemorySink sink;
+        WritePng(SourceOf(list, rotation), DotForDot(), sink);
+        Reader reader{sink.text};
+        surface_.reset(cairo_image_surface_create_from_png_stream(Reader::Read, &reader));
+        EXPECT_EQ(cairo_surface_status(surface_.get()), CAIRO_STATUS_SUCCESS);
+    }
+    int Width() const { return cairo_image_surface_get_width(surface_.get()); }
+    int Height() const { return cairo_image_surface_get_height(surface_.get()); }
+    // 0xRRGGBB of the dot that holds the drawing's point, y up.
+    std::uint32_t At(int x, int y) const {
+        const int row = Height() - 1 - y;
+        std::uint32_t dot = 0;
+        std::memcpy(&dot,
+                    cairo_image_surface_get_data(surface_.get()) +
+                        row * cairo_image_surface_get_stride(surface_.get()) + 4 * x,
+                    sizeof dot);
+        return dot & 0xFFFFFF;
+    }
+
+  private:
+    CairoSurface surface_;
+};
+
+// An invisible frame, so that the sheet is `side` dots wide and high.
+void AddSheet(DisplayList& list, std::int32_t side) {
+    list.AppendColour(RecordKind::kFillColour, 0xFFFFFF);
+    list.AppendRectangle({{0, 0}, {side, side}}, true);
+}
+
+TEST(PngPage, ShowsLinesAreasAndTheirOrder) {
+    DisplayList list;
+    AddSheet(list, 100);
+    list.AppendColour(RecordKind::kDrawColour, 0x0000FF);
+    list.AppendValue(RecordKind::kLineWidth, 10);
+    list.AppendValue(RecordKind::kLineAttributes, 0x200);
+    list.AppendLine({20, 50}, {80, 50});
+    list.AppendColour(RecordKind::kFillColour, 0x00FF00);
+    list.AppendRectangle({{40, 40}, {60, 90}}, true);
+    list.AppendColour(RecordKind::kFillColour, 0xFF0000);
+    const PointI rings[] = {{0, 0},   {30, 0},  {30, 30}, {0, 30},
+                            {10, 10}, {20, 10}, {20, 20}, {10, 20}};
+    const std::int32_t lengths[] = {4, 4};
+    list.AppendPolyPolygon({lengths, 2, {rings, 8}}, true);
+    const Image image(list);
+    EXPECT_EQ(image.Width(), 100);
+    EXPECT_EQ(image.Height(), 100);
+    EXPECT_EQ(image.At(25, 52), 0xFF0000U);
+    EXPECT_EQ(image.At(25, 58), 0xFFFFFFU);
+    EXPECT_EQ(image.At(17, 50), 0xFFFFFFU);  // flat line end
+    EXPECT_EQ(image.At(50, 50), 0x00FF00U);
+    EXPECT_EQ(image.At(50, 85), 0x00FF00U);
+    EXPECT_EQ(image.At(5, 5), 0x0000FFU);
+    EXPECT_EQ(image.At(15, 15), 0xFFFFFFU);  // hole
+}
+
+TEST(PngPage, TurnsCounterClockwise) {
+    DisplayList list;
+    list.AppendColour(RecordKind::kFillColour, 0x0000FF);
+    list.AppendRectangle({{0, 0}, {40, 10}}, true);
+    list.AppendColour(RecordKind::kFillColour, 0x00FF00);
+    list.AppendRectangle({{40, 0}, {50, 10}}, true);
+    const Image image(list, 90.0);
+    EXPECT_EQ(image.Width(), 10);
+    EXPECT_EQ(image.Height(), 50);
+    EXPECT_EQ(image.At(5, 5), 0xFF0000U);
+    EXPECT_EQ(image.At(5, 45), 0x00FF00U);
+}
+
+TEST(PngPage, MaskPenKeepsTheDarkerColour) {
+    DisplayList list;
+    AddSheet(list, 10);
+    list.AppendColour(RecordKind::kFillColour, 0x00FFFF);
+    list.AppendRectangle({{0, 0}, {10, 10}}, true);
+    list.AppendValue(RecordKind::kDrawMode, 9);
+    list.AppendColour(RecordKind::kFillColour, 0xFFFF00);
+    list.AppendRectangle({{0, 0}, {10, 5}}, true);
+    const Image image(list);
+    EXPECT_EQ(image.At(5, 8), 0xFFFF00U);
+    EXPECT_EQ(image.At(5, 2), 0x00FF00U);
+}
+
+TEST(PngPage, ClearBitsOfPatternsAreInk) {
+    const std::uint8_t bits[] = {0x7F, 0xFF};  // ink in the leftmost dot of each 2
+    DisplayList list;
+    AddSheet(list, 100);
+    list.DefineFillPattern({1, 2, 1, {bits, 2}});
+    list.AppendColour(RecordKind::kFillColour, 0);
+    list.AppendFillStyle(3, 1);
+    list.AppendRectangle({{0, 0}, {100, 100}}, true);
+    const Image image(list);
+    EXPECT_LT(image.At(1, 50), 0x404040U);  // dots are 3.4 wide
+    EXPECT_GT(image.At(5, 50), 0xC0C0C0U);
+}
+
+TEST(PngPage, PicturesStandUprightAndWhiteIsClear) {
+    std::vector<std::uint8_t> bitmap(*PackedBitmapSize(2, 2, 1));
+    const PaletteEntry colours[] = {{255, 255, 255, 0}, {0, 0, 0, 0}};
+    std::uint8_t* const rows = WritePackedHeader(bitmap.data(), 2, 2, 1, colours);
+    rows[4] = 0x80;  // the top row's left dot
+    DisplayList list;
+    AddSheet(list, 40);
+    list.AppendColour(RecordKind::kFillColour, 0x00FF00);
+    list.AppendRectangle({{0, 0}, {40, 40}}, true);
+    list.AppendPicture({{0, 0}, {40, 40}}, 252, {bitmap.data(), bitmap.size()});
+    const Image clear(list);
+    EXPECT_EQ(clear.At(10, 30), 0x000000U);
+    EXPECT_EQ(clear.At(30, 30), 0x00FF00U);
+    EXPECT_EQ(clear.At(10, 10), 0x00FF00U);
+    list.AppendPicture({{0, 0}, {40, 40}}, 204, {bitmap.data(), bitmap.size()});
+    EXPECT_EQ(Image(list).At(10, 10), 0xFFFFFFU);
+}
+
+TEST(CairoPicture, ReductionKeepsTheAverage) {
+    std::vector<std::uint8_t> bitmap(*PackedBitmapSize(1000, 10, 1));
+    const PaletteEntry colours[] = {{255, 255, 255, 0}, {0, 0, 0, 0}};
+    std::uint8_t* const rows = WritePackedHeader(bitmap.data(), 1000, 10, 1, colours);
+    std::fill(rows, bitmap.data() + bitmap.size(), std::uint8_t{0xAA});
+    const ReducedPicture reduced =
+        ReducePicture(*PackedBitmapView::Parse(bitmap.data(), bitmap.size()), 100.0, false);
+    EXPECT_EQ(reduced.width, 100.0);
+    EXPECT_EQ(reduced.height, 1.0);
+    std::uint32_t dot = 0;
+    std::memcpy(&dot, cairo_image_surface_get_data(reduced.surface.get()) + 200, sizeof dot);
+    EXPECT_EQ(dot, 0xFF808080U);
+}
+
+TEST(PngPage, SaysWhatFitsWhenTooLarge) {
+    DisplayList list;
+    list.AppendLine({0, 0}, {1016 * 600, 0});
+    MemorySink sink;
+    PageOptions options;
+    options.dpi = 150.0;
+    try {
+        WritePng(SourceOf(list), options, sink);
+        FAIL();
+    } catch (const ToolError& error) {
+        EXPECT_STREQ(error.what(),
+                     "Page 1 is 15250 x 10 mm, at 150 dots per inch too large for a PNG; use 54 "
+                     "dots per inch or less");
+    }
+    options.dpi = 54.0;
+    EXPECT_NO_THROW(WritePng(SourceOf(list), options, sink));
+    list.AppendLine({INT32_MIN, INT32_MIN}, {INT32_MAX, INT32_MAX});
+    EXPECT_THROW(WritePng(SourceOf(list), options, sink), ToolError);
+    EXPECT_THROW(WritePdf({SourceOf(list)}, options, sink), ToolError);
+    FullSink full;
+    EXPECT_THROW(WritePng(SourceOf(DisplayList()), options, full), ToolError);
+}
+
+TEST(PdfPages, AreSheetsOfTheirOwnSizeWithTexts) {
+    DisplayList wide;
+    wide.AppendLine({0, 0}, {4064, 1016});
+    wide.AppendText({{0, 0}, {400, 100}}, "find me");
+    DisplayList high;
+    high.AppendLine({0, 0}, {1016, 4064});
+    MemorySink sink;
+    PageOptions options;
+    options.marginMillimetres = 0.0;
+    WritePdf({SourceOf(wide), SourceOf(high)}, options, sink);
+    EXPECT_EQ(sink.text.rfind("%PDF-", 0), 0U);
+    EXPECT_NE(sink.text.find("/MediaBox [ 0 0 288 72 ]"), std::string::npos);
+    EXPECT_NE(sink.text.find("/MediaBox [ 0 0 72 288 ]"), std::string::npos);
+    EXPECT_NE(sink.text.find("/FontDescriptor"), std::string::npos);
+    FullSink full;
+    EXPECT_THROW(WritePdf({SourceOf(wide)}, options, full), ToolError);
+}
+
+}  // namespace
