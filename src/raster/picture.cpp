@@ -69,8 +69,8 @@ CRTLRaster* OpenPicture(HPGLRead& reader, bool byPlane) {
         raster.sourceWidth = RoundToInt32(inches * raster.resolution);
     }
     const PictureFormat format = FormatOf(raster.pixelFormat, byPlane);
-    raster.picture.reset(
-        new CRTLRaster(raster.sourceWidth, raster.sourceHeight, format.bits, format.planes));
+    raster.picture.reset(new CRTLRaster(raster.sourceWidth, raster.sourceHeight, format.bits,
+                                        format.planes, &raster.budget));
     raster.planeIndex = 0;
     return raster.picture.get();
 }

@@ -58,7 +58,10 @@ void TakePlotSize(HPGLRead& reader) {
 
 void Enter(HPGLRead& reader, bool keepPen) {
     RasterState& raster = reader.raster;
-    if (!raster.entered) raster.resolution = reader.job.jobResolution;
+    if (!raster.entered) {
+        raster.resolution = reader.job.jobResolution;
+        raster.budget = WorkBudget::ForPlot(reader.GetDataSize());
+    }
     TakePensAsPalette(reader);
     raster.entered = true;
     raster.turn = reader.page.plotLandscape && reader.coordinates.rotation == 0;

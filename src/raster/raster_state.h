@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "raster/palette.h"
+#include "raster/work_budget.h"
 
 namespace qm {
 
@@ -45,6 +46,8 @@ struct RasterState {
     // Orientation on and no RO when raster mode was entered.
     bool turn = false;
 
+    // What the pictures of this plot may still cost.
+    WorkBudget budget;
     // The picture being received, if one is, and where its next row or plane goes.
     std::unique_ptr<CRTLRaster, PictureDeleter> picture;
     std::int32_t currentRow = 0;

@@ -25,11 +25,12 @@ bool IsQuarter(int angle) { return angle == 90 || angle == 270; }
 }  // namespace
 
 CRTLRaster::CRTLRaster(std::int32_t width, std::int32_t height, int bitsPerPixel,
-                       PlaneKind planeKind)
+                       PlaneKind planeKind, WorkBudget* budget)
     : width_(width),
       height_(height),
       bitsPerPixel_(bitsPerPixel),
       planeKind_(planeKind),
+      budget_(budget),
       rows_(StoredRowBytes(width, bitsPerPixel, planeKind)) {}
 
 // Quirk: capacity is counted in steps of 100 rows, and each step sets the seed to the row before
@@ -48,7 +49,11 @@ int CRTLRaster::AddRow(std::int32_t row, ByteSpan data, int method, std::size_t 
     const std::size_t rowBytes = RowBytes();
     if (rowBytes == 0 || !GrowTo(row)) return 0;
     if ((method < 0 || method > 3) && method != kReplacementDelta) return 0;
-    if (method == kReplacementDelta && row == 0) rows_.Clear(0, highestRow_ + 1);
+    if (!Afford(1, count == 0 ? rowBytes : std::min(count, rowBytes))) return 0;
+    if (method == kReplacementDelta && row == 0) {
+        if (!Afford(RowCount(), rowBytes)) return 0;
+        rows_.Clear(0, RowCount());
+    }
     std::uint8_t* target = rows_.Touch(row);
     if (target == nullptr) return 0;
     hasRows_ = true;
@@ -83,7 +88,7 @@ std::int32_t CRTLRaster::StorableRows(std::int32_t row, std::int32_t count) cons
 
 void CRTLRaster::AddEmptyRows(std::int32_t row, std::int32_t count) {
     const std::int32_t fit = StorableRows(row, count);
-    if (fit == 0) return;
+    if (fit == 0 || !Afford(fit, RowBytes())) return;
     const std::int32_t last = row + fit - 1;
     GrowTo(last);
     rows_.Clear(row, fit);
@@ -94,7 +99,7 @@ void CRTLRaster::AddEmptyRows(std::int32_t row, std::int32_t count) {
 
 void CRTLRaster::AddSeedCopies(std::int32_t row, std::int32_t count) {
     const std::int32_t fit = StorableRows(row, count);
-    if (fit == 0) return;
+    if (fit == 0 || !Afford(fit, RowBytes())) return;
     const std::int32_t last = row + fit - 1;
     // The growth rule moves the seed to the row before; inside the run that is a copy already.
     GrowTo(row);
@@ -136,7 +141,7 @@ std::optional<std::size_t> CRTLRaster::PrepareBitmap(int angle) {
 
 GlobalBlock CRTLRaster::MakeBitmap(int angle) {
     const auto size = PrepareBitmap(angle);
-    if (!size) return {};
+    if (!size || !Afford(1, *size)) return {};
     GlobalBlock block = GlobalBlock::Allocate(*size);
     const GlobalView view(block.Get());
     if (view.Data() == nullptr) return {};

@@ -17,14 +17,17 @@
 #include "raster/palette.h"
 #include "raster/row_decoders.h"
 #include "raster/row_store.h"
+#include "raster/work_budget.h"
 
 namespace qm {
 
 class CRTLRaster {
   public:
     // Pixels per row (below 1: no row can be stored), rows (only kept; 0 = open-ended), bits per
-    // pixel of the result (0 to 255), and the kind of planes in which rows arrive.
-    CRTLRaster(std::int32_t width, std::int32_t height, int bitsPerPixel, PlaneKind planeKind);
+    // pixel of the result (0 to 255), and the kind of planes in which rows arrive. Rows and bitmap
+    // are taken from `budget`, which must outlive the picture; null: from none.
+    CRTLRaster(std::int32_t width, std::int32_t height, int bitsPerPixel, PlaneKind planeKind,
+               WorkBudget* budget = nullptr);
 
     std::int32_t Width() const { return width_; }
     std::int32_t Height() const { return height_; }
@@ -68,6 +71,9 @@ class CRTLRaster {
 
   private:
     bool GrowTo(std::int32_t row);
+    bool Afford(std::int64_t rows, std::size_t bytes) {
+        return budget_ == nullptr || budget_->TakeRows(rows, bytes);
+    }
     const std::uint8_t* Seed() const { return seedRow_ < 0 ? nullptr : rows_.Find(seedRow_); }
     std::int32_t StorableRows(std::int32_t row, std::int32_t count) const;
     void MergePlanes();
@@ -76,6 +82,7 @@ class CRTLRaster {
     std::int32_t height_;
     int bitsPerPixel_;
     PlaneKind planeKind_;
+    WorkBudget* budget_;
     RowStore rows_;
     std::int64_t capacity_ = 0;  // rows
     std::int64_t seedRow_ = -1;  // below 0: a row of zeros

@@ -343,7 +343,14 @@ TEST(RasterMode, Colours) {
         std::string plot;  // in front of the rows
         std::string colours;
     } rows[] = {
-        {"one bit per index", kStart + "\033*v6W\0\0\1\1\1\1"s, "FFFFFF,000000"},
+        {"pens", "PC1,255,128,0;" + kStart, "FFFFFF,0080FF"},
+        {"pens are not read again", "PC1,1,2,3;" + kStart + "\033*v9c1I\033%0BSP1;\033%0A",
+         "FFFFFF,090000"},
+        {"unless they changed", kStart + "\033*v9a1I\033%0BPC1,1,2,3;\033%0A", "FFFFFF,030201"},
+        {"one bit per index: white and black, whatever the pens",
+         "PC1,1,2,3;" + kStart + "\033*v6W\0\0\1\1\1\1"s, "FFFFFF,000000"},
+        {"but not behind a definition", "PC1,1,2,3;" + kStart + "\033*v9a0i6W\0\0\1\1\1\1"s,
+         "000009,030201"},
         {"defaults of indexes", kStart + index, configured},
         {"but not of defined ones", kStart + "\033*v1a2b3c7I" + index,
          "000000,0000FF,00FF00,00FFFF,FF0000,FF00FF,FFFF00,030201"},
@@ -430,6 +437,16 @@ TEST(RasterMode, ClaimsCostNothing) {
         {"a row of any depth", kStart + "\033*v6W\0\1\xFF\0\0\0"s + huge + Row("1"), {}},
         {"no depth", kStart + "\033*v6W\0\1\0\0\0\0"s + kEight, {}},
     });
+}
+
+TEST(RasterMode, PicturesStopWhenTheBudgetIsSpent) {
+    for (const std::int64_t bytes : {100, 1000}) {
+        PlotReader reader(kStart + kEight);
+        reader.raster.entered = true;
+        reader.raster.budget = WorkBudget(bytes);
+        reader.Interpret();
+        EXPECT_EQ(reader.page.pageEmpty, bytes == 100);
+    }
 }
 
 TEST(EscapeTable, NoSequenceTwice) {

@@ -80,6 +80,17 @@ TEST(RtlRaster, RefusedRows) {
     EXPECT_EQ(Add(depthless, 0, {1}, 0), 0);
 }
 
+TEST(RtlRaster, RowsBeyondTheBudgetAreRefused) {
+    WorkBudget budget(3 * (100 + 64) - 1);
+    CRTLRaster raster(100, 0, 8, kNoPlanes, &budget);
+    EXPECT_EQ(Add(raster, 0, {1}, 0), 1);
+    raster.AddSeedCopies(1, 2);
+    EXPECT_EQ(raster.RowCount(), 1);
+    EXPECT_EQ(Add(raster, 1, {1}, 0), 1);
+    EXPECT_EQ(Add(raster, 2, {1}, 0), 0);
+    EXPECT_FALSE(raster.MakeBitmap(0));
+}
+
 TEST(RtlRaster, AHugeClaimIsStoredWhenItsRowsFit) {
     CRTLRaster raster(1000000, INT32_MAX, 24, kNoPlanes);
     EXPECT_EQ(Add(raster, 0, {1, 2, 3}, 0), 1);
