@@ -77,11 +77,11 @@ class Replay {
     Replay(const std::string& name, ReplayFormat format, IStream* target, std::ostream& messages)
         : name_(name), messages_(messages) {
         if (format == ReplayFormat::kHprtl) {
-            filter_ = MakeObject<CQmFilterSaveHPRTL>();
+            filter_.Attach(MakeObject<CQmFilterSaveHPRTL>().Detach());
         } else {
-            filter_ = MakeObject<CQmFilterSaveHPGL>();
+            filter_.Attach(MakeObject<CQmFilterSaveHPGL>().Detach());
         }
-        target_ = MakeObject<DataObject>(ComPtr<IStream>(target), std::wstring());
+        target_.Attach(MakeObject<DataObject>(ComPtr<IStream>(target), std::wstring()).Detach());
         if (!filter_ || !target_) throw std::bad_alloc();
     }
 

@@ -90,6 +90,7 @@ HRESULT AppendPolyPolygon(IUnknown* sink, Arguments& arguments) {
     const LONG rings = arguments.Integer();
     const bool filled = arguments.Boolean();
     std::vector<LONG> counts;
+    counts.reserve(arguments.Left());
     for (LONG i = 0; i < rings; ++i) counts.push_back(arguments.Integer());
     const auto points = arguments.Points<Number>();
     return static_cast<Sink*>(sink)->AppendPolyPolygon(

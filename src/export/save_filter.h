@@ -2,8 +2,9 @@
 //
 // CreateDocument reads the settings, writes the file header and hands out the CQmSaveStructure that
 // the host walks its document into; CloseDocument writes the trailer. Both share SaveFilter and
-// differ in the texts and the settings that they read. They are open for derivation so that a
-// module can add aggregation and connection points. Test: tests/export/framework_test.cpp.
+// differ in the texts and the settings that they read. A sink of _IQmFilterSaveEvents can connect,
+// but nothing is ever fired: the host walks the document and knows how far it is. Neither class is
+// final, so that both can be aggregated. Test: tests/export/framework_test.cpp.
 #pragma once
 
 #include <qmfilter.h>
@@ -11,11 +12,11 @@
 #include <string_view>
 
 #include "export/export_settings.h"
-#include "platform/com_object.h"
+#include "server/event_source.h"
 
 namespace qm {
 
-class SaveFilter : public ComObject<IQmFilterSave> {
+class SaveFilter : public EventSource<_IQmFilterSaveEvents, IQmFilterSave> {
   public:
     HRESULT STDMETHODCALLTYPE CreateDocument(IQmDataObject* target, IUnknown* settings,
                                              IUnknown** saveObject) noexcept override;

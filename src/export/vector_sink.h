@@ -28,7 +28,7 @@ class MappedPoints {
 
     MappedPoints(const Mapping& mapping, const Coordinate* points, std::size_t count)
         : mapping_(mapping), points_(points), count_(count) {}
-    std::size_t size() const { return count_; }
+    std::size_t Count() const { return count_; }
     PlotPoint operator[](std::size_t i) const {
         return mapping_.Map(points_[2 * i], points_[2 * i + 1]);
     }

@@ -69,7 +69,7 @@ class VectorWriter {
     // ------------------------------------------------------------ primitives, mapped
     HRESULT Line(PlotPoint from, PlotPoint to) noexcept;
     HRESULT Circle(PlotPoint centre, std::int32_t radius, bool filled) noexcept;
-    // `points`: size() and operator[] giving PlotPoint; nothing is written for none. Filled: closed
+    // `points`: Count() and operator[] giving PlotPoint; nothing is written for none. Filled: closed
     // and filled. Else an open line.
     template <typename Points>
     HRESULT Polygon(const Points& points, bool filled) const noexcept;
@@ -96,7 +96,7 @@ class VectorWriter {
 
 template <typename Points>
 HRESULT VectorWriter::Polygon(const Points& points, bool filled) const noexcept {
-    const std::size_t count = points.size();
+    const std::size_t count = points.Count();
     if (count == 0) return S_OK;
     const PlotPoint first = points[0];
     TextSequence texts(output_);
@@ -115,11 +115,11 @@ HRESULT VectorWriter::FilledRings(const Rings& rings) const noexcept {
     const Command<Int, Int>* start = &plot_text::kStartFirstRing;
     for (std::size_t r = 0; r < rings.size(); ++r) {
         const auto ring = rings[r];
-        for (std::size_t i = 0; i < ring.size() && texts.Going(); ++i) {
+        for (std::size_t i = 0; i < ring.Count() && texts.Going(); ++i) {
             const PlotPoint point = ring[i];
             texts.Add(i == 0 ? *start : plot_text::kNextPoint, point.x, point.y);
         }
-        if (ring.size() > 0) start = &plot_text::kStartNextRing;
+        if (ring.Count() > 0) start = &plot_text::kStartNextRing;
     }
     if (start == &plot_text::kStartNextRing) texts.Add(plot_text::kFillRings);
     return texts.Status();

@@ -31,7 +31,8 @@ HRESULT AttributeMap::Get(BSTR name, VARIANT* value) const noexcept {
     VariantInit(value);
     const Variant* const found = Find(ViewOf(name));
     if (found == nullptr) return E_INVALIDARG;
-    return VariantCopy(value, &found->Get());
+    // MinGW-w64 declares the source without const; it is not written to.
+    return VariantCopy(value, const_cast<VARIANT*>(&found->Get()));
 }
 
 double AttributeMap::Number(std::wstring_view name, double absent) const noexcept {

@@ -7,6 +7,8 @@
 // Test: tests/server/connection_point_test.cpp.
 #pragma once
 
+#include <olectl.h>
+
 #include "platform/com_object.h"
 #include "server/connection_point.h"
 #include "server/enumerator.h"
