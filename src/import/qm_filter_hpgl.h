@@ -1,0 +1,57 @@
+// CQmFilterHPGL: the component that opens plot files for the host engine.
+//
+// OpenDocument recognises the file and prepares the document, GetNode reads it and builds the
+// pages; qmfilter.idl holds the contract. CreateQmFilterHPGL makes one. Test:
+// tests/import/qm_filter_hpgl_test.cpp.
+#pragma once
+
+#include <qmfilter.h>
+
+#include <memory>
+#include <string_view>
+
+#include "import/hpgl_reader.h"
+#include "platform/bstr.h"
+#include "platform/com_ptr.h"
+#include "server/event_source.h"
+
+namespace qm {
+
+class CQmFilterHPGL : public EventSource<_IQmFilterEvents, IQmFilter> {
+  public:
+    HRESULT STDMETHODCALLTYPE OpenDocument(IQmDataObject* dataObject, IQmDocument* document,
+                                           LONG flags) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetNode(VARIANT node, LONG loadFlag,
+                                      IUnknown** object) noexcept override;
+
+    // Tells every connected sink that `percent` (1 to 99) of the file is read. `abort` goes in with
+    // the answer so far and comes back as it or, once a sink asked to stop, as VARIANT_TRUE: no
+    // sink can take another one's wish back.
+    void FireProgress(LONG percent, VARIANT_BOOL& abort) noexcept;
+
+  private:
+    HRESULT Open();
+    HRESULT Recognise();
+    HRESULT PrepareDocument();
+    HRESULT FindPage(std::wstring_view name, IUnknown** object) const;
+    HRESULT Load(IUnknown** object);
+    HRESULT LoadFrom(HPGLReader& reader, const HostPage& page);
+    void Rewind() const;
+    bool IsZip() const;
+    Bstr StorageName() const;
+
+    ComPtr<IQmDataObject> dataObject_;
+    ComPtr<IStream> stream_;  // the data object's storage
+    ComPtr<IQmDocument> document_;
+    ComPtr<IQmDocument> contents_;  // pages are added under it
+    bool fromArchive_ = false;      // a zip archive that holds the plot
+    bool loaded_ = false;           // GetNode has built the pages
+    bool busy_ = false;             // in OpenDocument or in GetNode's load
+};
+
+// Makes a CQmFilterHPGL and returns its interface `riid`: IQmFilter, IConnectionPointContainer or
+// IUnknown, and with an `outer` object that takes it in IUnknown only (else CLASS_E_NOAGGREGATION).
+// E_NOINTERFACE, E_OUTOFMEMORY, E_POINTER.
+HRESULT CreateQmFilterHPGL(IUnknown* outer, REFIID riid, void** object) noexcept;
+
+}  // namespace qm

@@ -1,0 +1,130 @@
+// HostLog: what the tracing host objects share: their names, the lines they write, the answers
+// they give.
+//
+// Every line is "OBJECT METHOD ARGUMENTS"; the argument forms are the structs below. Test:
+// tests/trace/host_trace_test.cpp.
+#pragma once
+
+#include <qmfilter.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/com_object.h"
+#include "trace/text_format.h"
+
+namespace qm {
+
+// Takes one line without its line end. What it returns is what the host call answers: S_OK to go
+// on, a failure to play a host that refuses.
+using HostLineSink = std::function<HRESULT(std::string_view line)>;
+
+// How an argument is printed, where its type alone does not tell.
+struct AsFlag {  // 0 or 1
+    VARIANT_BOOL value;
+};
+struct AsHex {  // 0x and at least `digits` digits
+    ULONG value;
+    int digits;
+};
+struct AsWord {  // as it stands
+    std::string_view value;
+};
+struct AsPairs {  // " :" and " x,y" for each of `count` points
+    const LONG* values;
+    LONG count;
+};
+struct AsList {  // each of `count` numbers
+    const LONG* values;
+    LONG count;
+};
+struct AsBytes {  // " :" and the bytes in hexadecimal
+    const BYTE* values;
+    LONG count;
+};
+
+// Each appends a blank and its argument to `line`.
+void AppendArgument(std::string& line, LONG value);
+void AppendArgument(std::string& line, double value);
+void AppendArgument(std::string& line, BSTR value);
+void AppendArgument(std::string& line, const VARIANT& value);
+void AppendArgument(std::string& line, AsFlag value);
+void AppendArgument(std::string& line, AsHex value);
+void AppendArgument(std::string& line, AsWord value);
+void AppendArgument(std::string& line, AsPairs value);
+void AppendArgument(std::string& line, AsList value);
+void AppendArgument(std::string& line, AsBytes value);
+
+class HostLog {
+  public:
+    explicit HostLog(HostLineSink sink) : sink_(std::move(sink)) {}
+
+    // The next name of a kind: "block1", "block2", ...
+    std::string Number(const std::string& kind) { return kind + std::to_string(++counts_[kind]); }
+    // Objects that a line may name, as attribute values or children do, between these two calls.
+    void Enter(IUnknown* object, std::string name) { names_[object] = std::move(name); }
+    void Leave(IUnknown* object) noexcept { names_.erase(object); }
+    // "?" for an object that is none of the host's.
+    std::string_view NameOf(IUnknown* object) const;
+
+    // Writes "OBJECT METHOD ARGUMENTS" and returns the sink's answer. The line's memory is kept
+    // from one call to the next.
+    template <typename... Arguments>
+    HRESULT Call(std::string_view object, std::string_view method, const Arguments&... arguments) {
+        line_ = object;
+        AppendArgument(line_, AsWord{method});
+        (AppendOne(arguments), ...);
+        return sink_(line_);
+    }
+    // A whole line that is no host call.
+    HRESULT Write(std::string_view line) { return sink_(line); }
+
+  private:
+    template <typename Argument>
+    void AppendOne(const Argument& argument) {
+        AppendArgument(line_, argument);
+    }
+    void AppendOne(IUnknown* object) { AppendArgument(line_, AsWord{NameOf(object)}); }
+    void AppendOne(const VARIANT& value);
+
+    HostLineSink sink_;
+    std::map<std::string, int> counts_;
+    std::map<IUnknown*, std::string> names_;
+    std::string line_;
+};
+
+// A tracing host object: a COM object with a name in the log while it lives.
+template <typename... Interfaces>
+class TracedObject : public ComObject<Interfaces...> {
+  protected:
+    TracedObject(std::shared_ptr<HostLog> log, std::string name)
+        : log_(std::move(log)), name_(std::move(name)) {
+        log_->Enter(Identity(), name_);
+    }
+    ~TracedObject() override { log_->Leave(Identity()); }
+
+    template <typename... Arguments>
+    HRESULT Call(std::string_view method, const Arguments&... arguments) noexcept {
+        return Guarded([&] { return log_->Call(name_, method, arguments...); });
+    }
+    const std::shared_ptr<HostLog>& Log() const { return log_; }
+
+  private:
+    // The address that QueryInterface gives for IUnknown.
+    IUnknown* Identity() {
+        return static_cast<std::tuple_element_t<0, std::tuple<Interfaces...>>*>(this);
+    }
+
+    std::shared_ptr<HostLog> log_;
+    std::string name_;
+};
+
+// "S_OK", "E_FAIL", "E_ABORT", ...; any other status as 0x and eight digits.
+std::string StatusName(HRESULT status);
+
+}  // namespace qm

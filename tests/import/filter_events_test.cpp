@@ -1,0 +1,135 @@
+// Progress events and abort answers.
+#include <functional>
+
+#include "tests/import/import_fixture.h"
+
+namespace qm {
+namespace {
+
+// Calls a function at each Progress event.
+class Listener final : public ComObject<_IQmFilterEvents> {
+  public:
+    using Action = std::function<void(LONG percent, VARIANT_BOOL& abort)>;
+    explicit Listener(Action action) : action_(std::move(action)) {}
+
+    HRESULT STDMETHODCALLTYPE Progress(LONG percent, VARIANT_BOOL* abort) noexcept override {
+        percents.push_back(percent);
+        action_(percent, *abort);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE FontPath(BSTR, BSTR*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE XrefPath(BSTR, BSTR*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE XrefPathEx(BSTR, BSTR, BSTR*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Password(BSTR, BSTR*) noexcept override { return E_NOTIMPL; }
+
+    std::vector<LONG> percents;
+
+  private:
+    Action action_;
+};
+
+ComPtr<Listener> Listen(Listener::Action action = [](LONG, VARIANT_BOOL&) {}) {
+    return MakeObject<Listener>(std::move(action));
+}
+
+// Four pages of 2500 bytes each.
+std::string FourPages() {
+    std::string plot;
+    for (int page = 0; page < 4; ++page) {
+        std::string commands = page == 0 ? PlotOf("PD1,1;") : "PD1,1;";
+        commands.resize(2497, ';');
+        plot += commands + "PG;";
+    }
+    return plot;
+}
+
+TEST_F(ImportTest, ProgressRisesToNinetyNine) {
+    const auto listener = Listen();
+    Advise(listener.Get());
+    ASSERT_EQ(Open(FourPages()), S_OK);
+    EXPECT_TRUE(listener->percents.empty()) << "detection reports nothing";
+    ASSERT_EQ(GetNode(), S_OK);
+    ASSERT_EQ(listener->percents.size(), 99U);
+    for (LONG i = 0; i < 99; ++i) EXPECT_EQ(listener->percents[static_cast<std::size_t>(i)], i + 1);
+    EXPECT_EQ(GetNode(), S_OK);
+    EXPECT_EQ(listener->percents.size(), 99U) << "a lookup reports nothing";
+}
+
+TEST_F(ImportTest, AnAbortKeepsThePagesSoFar) {
+    const struct {
+        LONG percent;
+        const char* total;
+    } rows[] = {
+        {1, "contents PutAttribute \"TotalNodes\" 1 2"},
+        {40, "contents PutAttribute \"TotalNodes\" 2 2"},
+        {60, "contents PutAttribute \"TotalNodes\" 3 2"},
+        {99, "contents PutAttribute \"TotalNodes\" 4 2"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.percent);
+        TearDown();
+        SetUp();
+        const auto listener = Listen([&](LONG percent, VARIANT_BOOL& abort) {
+            if (percent == row.percent) abort = 1;  // any value but VARIANT_FALSE
+        });
+        Advise(listener.Get());
+        ASSERT_EQ(Open(FourPages()), S_OK);
+        EXPECT_EQ(GetNode(), E_ABORT);
+        EXPECT_EQ(node_, "");
+        EXPECT_EQ(listener->percents.back(), row.percent);
+        EXPECT_EQ(lines_.back(), row.total);
+        EXPECT_EQ(GetNode(Variant::Text(L"Page 1")), S_OK);
+        EXPECT_EQ(node_, "container1");
+    }
+}
+
+TEST_F(ImportTest, EverySinkHearsTheEventThatOneAborts) {
+    const auto first = Listen([](LONG, VARIANT_BOOL& abort) { abort = VARIANT_TRUE; });
+    const auto second = Listen([](LONG, VARIANT_BOOL& abort) {
+        EXPECT_EQ(abort, VARIANT_TRUE) << "comes in with the answer so far";
+        abort = VARIANT_FALSE;  // cannot be taken back
+    });
+    Advise(first.Get());
+    Advise(second.Get());
+    ASSERT_EQ(Open(FourPages()), S_OK);
+    EXPECT_EQ(GetNode(), E_ABORT);
+    EXPECT_EQ(first->percents, std::vector<LONG>{1});
+    EXPECT_EQ(second->percents, std::vector<LONG>{1});
+}
+
+TEST_F(ImportTest, SinksMayLeaveWhileTheyAreCalled) {
+    DWORD cookies[2] = {};
+    const auto point = Point();
+    const auto leaver = Listen([&](LONG, VARIANT_BOOL&) {
+        for (const DWORD cookie : cookies) EXPECT_EQ(point->Unadvise(cookie), S_OK);
+    });
+    const auto other = Listen();
+    const auto stayer = Listen();
+    cookies[0] = Advise(leaver.Get());
+    cookies[1] = Advise(other.Get());
+    Advise(stayer.Get());
+    ASSERT_EQ(Open(FourPages()), S_OK);
+    EXPECT_EQ(GetNode(), S_OK);
+    EXPECT_EQ(leaver->percents.size(), 1U);
+    EXPECT_TRUE(other->percents.empty());
+    EXPECT_EQ(stayer->percents.size(), 99U);
+}
+
+TEST_F(ImportTest, ASinkCannotLoadOnceMoreButMayDropTheFilter) {
+    const auto listener = Listen([&](LONG percent, VARIANT_BOOL&) {
+        if (percent == 1) {
+            EXPECT_EQ(GetNode(), E_FAIL);
+            EXPECT_EQ(Open(FourPages()), E_FAIL);
+        } else if (percent == 2) {
+            filter_.Reset();
+        }
+    });
+    Advise(listener.Get());
+    ASSERT_EQ(Open(FourPages()), S_OK);
+    IQmFilter* filter = filter_.Get();
+    EXPECT_EQ(filter->GetNode(Variant().Get(), 0, nullptr), S_OK);
+    EXPECT_TRUE(Wrote("contents PutAttribute \"TotalNodes\" 4 2"));
+}
+
+}  // namespace
+}  // namespace qm

@@ -1,0 +1,134 @@
+// The host-call trace: whole imports as the lines that scripts read.
+#include "trace/host_trace.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/prog_id.h"
+
+namespace qm {
+namespace {
+
+const char kOpened[] =
+    "document PutAttribute \"Format\" \"HPGL/2\" 2\n"
+    "document PutAttribute \"DocType\" 3 2\n"
+    "document CreateChild 1101 \"Contents\" true\n"
+    "container1 created\n"
+    "container1 CreateChild 1203 0 0\n"
+    "block1 PutAttribute \"TransparentColor\" 16777215 2\n"
+    "block1 AppendLineWidth 0\n"
+    "block1 AppendLineStyle 0\n";
+
+TEST(HostTrace, APageFromItsContainerToItsAttributes) {
+    const std::string expected = std::string(kOpened) +
+                                 "block1 AppendDrawColor1 255 0 0\n"
+                                 "block1 AppendFillColor1 255 0 0\n"
+                                 "block1 AppendLineStyle 0\n"
+                                 "block1 AppendLineWidth 0\n"
+                                 "block1 AppendLayer 2\n"
+                                 "block1 AppendPen 2\n"
+                                 "block1 AppendLine 0 0 40 0\n"
+                                 "block1 AppendCircle 40 0 10 0\n"
+                                 "block1 EndOfData\n"
+                                 "block1 IsEmpty false\n"
+                                 "contents AddChild \"Page 1\" container1 0\n"
+                                 "layers1 created\n"
+                                 "layers1 AddLayer 2 \"Layer no.: 2\" 0x0000FF 1\n"
+                                 "container1 PutAttribute \"Layers\" layers1 2\n"
+                                 "pentable1 created\n"
+                                 "pentable1 AddPen 2 0xFFFFFFFF -1.0 0xFFFFFFFF\n"
+                                 "container1 PutAttribute \"PenTable\" pentable1 2\n"
+                                 "container1 PutAttribute \"NodeID\" \"Page 1\" 2\n"
+                                 "container1 PutAttribute \"Loaded\" true 2\n"
+                                 "container1 PutAttribute \"LpiX\" 1016.0 0\n"
+                                 "container1 PutAttribute \"LpiY\" 1016.0 0\n"
+                                 "container1 PutAttribute \"DirectionY\" true 0\n"
+                                 "container1 PutAttribute \"Default\" true 0\n"
+                                 "container1 PutAttribute \"InitialRotation\" 90.0 0\n"
+                                 "contents PutAttribute \"TotalNodes\" 1 2\n"
+                                 "result S_OK\n";
+    EXPECT_EQ(Trace("IN;RO90;SP2;PU0,0;PD40,0;CI10;"), expected);
+    EXPECT_EQ(LiveObjectCount(), 0);
+}
+
+TEST(HostTrace, Endings) {
+    TraceOptions stop;
+    stop.progress = true;
+    stop.abortAt = 40;
+    const struct {
+        const char* name;
+        std::string plot;
+        TraceOptions options;
+        const char* lastLines;
+    } rows[] = {
+        {"no plot", "plain words", {}, "result E_FAIL\n"},
+        {"nothing drawn",
+         "IN;SP1;PU;PU;PU;PU;PU;",
+         {},
+         "block1 EndOfData\nblock1 IsEmpty true\ncontents PutAttribute \"TotalNodes\" 0 2\n"
+         "result S_OK\n"},
+        {"aborted", "IN;SP1;PU;PU;PU;PU;PU;" + std::string(200, ';'), stop,
+         "progress 38\nprogress 39\nprogress 40\nblock1 EndOfData\nblock1 IsEmpty true\n"
+         "contents PutAttribute \"TotalNodes\" 0 2\nresult E_ABORT\n"},
+        {"the second page has everything anew",
+         "IN;SP1;PU;PU;PU;PU;PD1,1;PG;",
+         {},
+         "pentable1 AddPen 1 0xFFFFFFFF -1.0 0xFFFFFFFF\n"
+         "container1 PutAttribute \"PenTable\" pentable1 2\n"
+         "container1 PutAttribute \"NodeID\" \"Page 1\" 2\n"
+         "container1 PutAttribute \"Loaded\" true 2\n"
+         "container1 PutAttribute \"LpiX\" 1016.0 0\n"
+         "container1 PutAttribute \"LpiY\" 1016.0 0\n"
+         "container1 PutAttribute \"DirectionY\" true 0\n"
+         "container1 PutAttribute \"Default\" true 0\n"
+         "container2 created\n"
+         "container2 CreateChild 1203 10000 0\n"
+         "block2 PutAttribute \"TransparentColor\" 16777215 2\n"
+         "block2 AppendDrawColor1 0 0 0\nblock2 AppendFillColor1 0 0 0\n"
+         "block2 EndOfData\nblock2 IsEmpty true\n"
+         "contents PutAttribute \"TotalNodes\" 1 2\nresult S_OK\n"},
+    };
+    for (const auto& row : rows) {
+        const std::string trace = Trace(row.plot, row.options);
+        const std::string_view expected = row.lastLines;
+        const std::size_t start = trace.size() - std::min(trace.size(), expected.size());
+        EXPECT_EQ(trace.substr(start), expected) << row.name;
+    }
+    EXPECT_EQ(LiveObjectCount(), 0);
+}
+
+TEST(HostTrace, ProgressLinesStandAmongTheCalls) {
+    TraceOptions options;
+    options.progress = true;
+    const std::string plot = "IN;SP1;PU;PU;PU;PU;PD1,1;" + std::string(300, ';') + "PD2,2;";
+    const std::string trace = Trace(plot, options);
+    EXPECT_LT(trace.find("AppendLine 0 0 1 1\n"), trace.find("progress 50\n"));
+    EXPECT_LT(trace.find("progress 50\n"), trace.find("AppendLine 1 1 2 2\n"));
+}
+
+TEST(TraceHost, PutsProgIdsBack) {
+    constexpr CLSID kOther = {
+        0x5d0f4f0e, 0x9d0c, 0x4c58, {0x8a, 0x8b, 0x41, 0xc0, 0x24, 0x0e, 0x70, 0x99}};
+    RegisterProgId(L"Tessel.QmLayers", kOther);
+    {
+        const TraceHost host([](std::string_view) { return S_OK; });
+        CLSID inside{};
+        EXPECT_EQ(CLSIDFromProgID(L"Tessel.QmLayers", &inside), S_OK);
+        EXPECT_FALSE(inside == kOther);
+    }
+    CLSID found{};
+    EXPECT_EQ(CLSIDFromProgID(L"Tessel.QmLayers", &found), S_OK);
+    EXPECT_TRUE(found == kOther);
+    EXPECT_TRUE(FAILED(CLSIDFromProgID(L"Tessel.QmContainer", &found)));
+    UnregisterProgId(L"Tessel.QmLayers");
+}
+
+TEST(TraceHost, StatusNames) {
+    EXPECT_EQ(StatusName(S_OK), "S_OK");
+    EXPECT_EQ(StatusName(E_OUTOFMEMORY), "E_OUTOFMEMORY");
+    EXPECT_EQ(StatusName(CONNECT_E_CANNOTCONNECT), "0x80040202");
+}
+
+}  // namespace
+}  // namespace qm
