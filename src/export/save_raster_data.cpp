@@ -110,6 +110,7 @@ HRESULT CQmSaveRasterData::AddScanline1(LONG, LONG startLine, LONG lines, LONG b
 HRESULT CQmSaveRasterData::EndObject() noexcept {
     const GlobalBlock bitmap = std::move(bitmap_);
     if (!bitmap) return E_FAIL;
+    // Quirk: the HP-GL/2 export takes pictures and drops them without a word.
     if (!settings_.rasterMode) return S_OK;
     const HRESULT status = Guarded([&]() -> HRESULT {
         const GlobalView view(bitmap.Get());
