@@ -43,8 +43,7 @@ HRESULT HandOut(const ExportSettings& settings, IUnknown** object) noexcept {
 }  // namespace
 
 CQmSaveStructure::CQmSaveStructure(const ExportSettings& parent) : settings_(parent) {
-    settings_.settings.Reset();
-    settings_.transform = PlotTransform();
+    settings_.settings.Reset();  // stays with the document's own structure
 }
 
 // Quirk: always S_OK, also when the page advance could not be written; the next sink's write tells.
