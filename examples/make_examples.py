@@ -321,23 +321,27 @@ def gear(cx, cy, teeth, radius):
 
 
 def detail():
-    """One drawing twice: whole in user units, and enlarged behind a soft-clip window."""
+    """One drawing twice: whole in user units, and enlarged behind a soft-clip window, which cuts lines and areas.
+
+    Circles are drawn as arcs, because a window does not cut CI; the bore is part of the gear's one outline, because it
+    does not cut areas of several outlines either.
+    """
     plot = Plot("detail", 297, 210)
-    plot.pens({1: (0.35, 0, 0, 0), 2: (0.18, 190, 60, 0), 3: (0.13, 60, 120, 190)})
+    plot.pens({1: (0.35, 0, 0, 0), 2: (0.18, 190, 60, 0), 3: (0.13, 205, 222, 240)})
+    outline, bore = gear(0, 0, 24, 90), ring(0, 0, 20, 72)
+    area = outline + outline[:1] + bore + bore[:1]
     for p1, p2, window in (((20, 60), (130, 170), None), ((-150, -230), (410, 330), (150, 40, 277, 167))):
-        plot.add(f"IP{pairs([p1, p2])};SC-100,100,-100,100;")
-        outline = gear(0, 0, 24, 90)
         if window:
-            plot.add("SC;").pen(1).box(window[0], window[1], window[2] - window[0], window[3] - window[1])
-            plot.add(f"IW{pairs([window[:2], window[2:]])};SC-100,100,-100,100;")
-        text = ",".join(f"{x:.2f},{y:.2f}" for x, y in outline + outline[:1])
-        first = f"{outline[0][0]:.2f},{outline[0][1]:.2f}"
-        plot.pen(3).add(f"PU{first};PM0;PD{text};PM1;PU0,0;CI20;PM2;FT3,3,30;FP;")
-        plot.pen(1).add(f"PU{first};PD{text};PU0,0;CI20;")
+            plot.pen(1).box(window[0], window[1], window[2] - window[0], window[3] - window[1])
+            plot.add(f"IW{pairs([window[:2], window[2:]])};")
+        plot.add(f"IP{pairs([p1, p2])};SC-100,100,-100,100;")
+        first, *rest = (f"{x:.2f},{y:.2f}" for x, y in area)
+        plot.pen(3).add(f"PU{first};PM0;PD{','.join(rest)};PM2;FT1;FP;")
+        first, *rest = (f"{x:.2f},{y:.2f}" for x, y in outline + outline[:1])
+        plot.pen(1).add(f"PU{first};PD{','.join(rest)};PU20,0;AA0,0,360;")
         for radius in (60, 75):
-            plot.pen(2, "5,4").add(f"PU0,0;CI{radius};")
-        plot.pen(2, "5,4").add("PU-98,0;PD98,0;PU0,-98;PD0,98;PU;")
-        plot.add("IW;SC;")
+            plot.pen(2, "5,4").add(f"PU{radius},0;AA0,0,360;")
+        plot.add("PU-98,0;PD98,0;PU0,-98;PD0,98;PU;IW;SC;")
     plot.pen(1).label(75, 178, "GEAR, 24 TEETH", 4, 4).label(213.5, 172, "DETAIL 5:1", 4, 4)
     plot.save("detail.plt")
 
