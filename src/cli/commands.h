@@ -12,6 +12,11 @@ namespace qm::cli {
 
 using Action = std::function<int()>;
 
+void AddConvertCommand(CLI::App& app, Action& action);
+void AddDetectCommand(CLI::App& app, Action& action);
+void AddInfoCommand(CLI::App& app, Action& action);
 void AddOpsCommand(CLI::App& app, Action& action);
+void AddReplayCommand(CLI::App& app, Action& action);
+void AddTraceCommand(CLI::App& app, Action& action);
 
 }  // namespace qm::cli

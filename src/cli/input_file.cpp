@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "cli/interruption.h"
 #include "common/tool_error.h"
 
 namespace qm::cli {
@@ -69,6 +70,7 @@ std::size_t InputFile::Read(void* buffer, std::size_t size) {
         const ssize_t done = read(file_, buffer, size);
         if (done >= 0) return static_cast<std::size_t>(done);
         if (errno != EINTR) throw SystemError(name_, "read");
+        ThrowIfInterrupted();
     }
 }
 

@@ -17,13 +17,19 @@ constexpr const char* kDescription =
     "they draw";
 
 // 0 for --help and --version, which arrive as exceptions too.
-int ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
+int ReportParseError(const CLI::App& app, const CLI::ParseError& error, const char* first) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
         return app.exit(error);
     }
     const auto used = app.get_subcommands();
     const std::string name = used.empty() ? "" : used.front()->get_name() + " ";
-    std::cerr << "qmplot: " << error.what() << "; see qmplot " << name << "--help\n";
+    std::cerr << "qmplot: ";
+    if (used.empty() && first != nullptr && *first != '-') {
+        std::cerr << first << " is not a command";
+    } else {
+        std::cerr << error.what();
+    }
+    std::cerr << "; see qmplot " << name << "--help\n";
     return qm::kExitUsage;
 }
 
@@ -33,11 +39,15 @@ int Run(int argc, char** argv) {
     app.require_subcommand(1);
     app.footer("'-' as FILE reads standard input. qmplot COMMAND --help tells more of a command.");
     qm::cli::Action action;
-    qm::cli::AddOpsCommand(app, action);
+    for (const auto add :
+         {qm::cli::AddDetectCommand, qm::cli::AddInfoCommand, qm::cli::AddConvertCommand,
+          qm::cli::AddOpsCommand, qm::cli::AddTraceCommand, qm::cli::AddReplayCommand}) {
+        add(app, action);
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return ReportParseError(app, error);
+        return ReportParseError(app, error, argc > 1 ? argv[1] : nullptr);
     }
     return action();
 }

@@ -18,8 +18,10 @@ constexpr auto kDelay = std::chrono::seconds(1);
 ProgressBar::ProgressBar(std::string label)
     : label_(std::move(label)), terminal_(isatty(STDERR_FILENO) == 1) {}
 
-ProgressBar::~ProgressBar() {
+void ProgressBar::Hide() {
     if (visible_) std::fputs("\r\033[K", stderr);
+    visible_ = false;
+    shown_ = -1;
 }
 
 void ProgressBar::Show(int percent) {

@@ -12,11 +12,12 @@ class ProgressBar {
     explicit ProgressBar(std::string label);
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
-    // Takes the bar off the screen.
-    ~ProgressBar();
+    ~ProgressBar() { Hide(); }
 
     // `percent` 0 to 100.
     void Show(int percent);
+    // Takes the bar off the screen, for instance for a message.
+    void Hide();
 
   private:
     std::string label_;

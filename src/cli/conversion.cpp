@@ -1,0 +1,84 @@
+#include "cli/conversion.h"
+
+#include <memory>
+#include <utility>
+
+#include "cli/interruption.h"
+#include "cli/output_file.h"
+#include "cli/plots.h"
+#include "common/tool_error.h"
+#include "host/page_summary.h"
+
+namespace qm::cli {
+
+namespace {
+
+// "plan.svg" becomes "plan-2.svg".
+std::string NumberedName(const std::string& path, std::size_t number) {
+    return std::string(path).insert(path.rfind('.'), "-" + std::to_string(number));
+}
+
+struct NumberedPage {
+    std::size_t number;  // from 1, empty pages counted
+    PlotPage page;
+};
+
+std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string& input,
+                                       const ConversionOptions& options,
+                                       const ConversionReports& reports) {
+    const std::size_t count = plot.pages.size();
+    const auto only = static_cast<std::size_t>(options.page);
+    if (only > count && count > 0) {
+        throw ToolError(input + ": has no page " + std::to_string(only) + ", its last one is " +
+                        std::to_string(count));
+    }
+    std::vector<NumberedPage> pages;
+    for (std::size_t number = 1; number <= count; ++number) {
+        if (only != 0 && number != only) continue;
+        const PlotPage& page = plot.pages[number - 1];
+        if (Summarise(page.Drawing()).extent.empty) {
+            reports.note(input + ": page " + std::to_string(number) +
+                         " shows nothing and is not written");
+        } else {
+            pages.push_back({number, page});
+        }
+    }
+    if (count == 0) reports.note(input + ": draws nothing, nothing is written");
+    return pages;
+}
+
+}  // namespace
+
+void Convert(const std::string& input, const std::string& output, const ConversionOptions& options,
+             const ConversionReports& reports) {
+    const OutputFormat& format = FormatFor(output);
+    const InputFile file(input);
+    const OpenedPlot plot = LoadPlot(file, [&](int percent) {
+        reports.progress(percent);
+        return true;
+    });
+    const auto pages = PagesToWrite(plot, file.Name(), options, reports);
+    if (pages.empty()) return;
+
+    // No file gets its name before the last one is complete.
+    std::vector<std::unique_ptr<OutputFile>> files;
+    const auto write = [&](const std::string& path, const std::vector<PageSource>& content) {
+        ThrowIfInterrupted();
+        files.push_back(std::make_unique<OutputFile>(path));
+        format.write(content, options.write, *files.back());
+        files.back()->Finish();
+    };
+    if (format.manyPages) {
+        std::vector<PageSource> all;
+        for (const NumberedPage& page : pages) all.push_back(SourceOf(page.page));
+        write(output, all);
+    } else {
+        const bool one = options.page != 0 || plot.pages.size() == 1;
+        for (const NumberedPage& page : pages) {
+            write(one ? output : NumberedName(output, page.number), {SourceOf(page.page)});
+        }
+    }
+    for (const auto& written : files) written->Commit();
+}
+
+}  // namespace qm::cli

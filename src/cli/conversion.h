@@ -1,0 +1,27 @@
+// Conversion: one plot file to one file, or to one file a page.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "cli/output_format.h"
+
+namespace qm::cli {
+
+struct ConversionOptions {
+    int page = 0;  // 0: all pages, else the only one, from 1
+    PageOptions write;
+};
+
+// What a conversion says besides failing; called on the converting thread.
+struct ConversionReports {
+    std::function<void(int percent)> progress;
+    std::function<void(const std::string& message)> note;
+};
+
+// Reads `input` and writes `output`, all of its files or none. The components of the calling thread
+// must be registered. Throws ToolError.
+void Convert(const std::string& input, const std::string& output, const ConversionOptions& options,
+             const ConversionReports& reports);
+
+}  // namespace qm::cli

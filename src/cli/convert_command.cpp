@@ -1,0 +1,162 @@
+// qmplot convert FILE OUT, qmplot convert -o DIR FILE...: plots as pictures and documents.
+#include <atomic>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include "cli/commands.h"
+#include "cli/components.h"
+#include "cli/conversion.h"
+#include "cli/interruption.h"
+#include "cli/progress_bar.h"
+#include "common/tool_error.h"
+
+namespace qm::cli {
+
+namespace {
+
+constexpr int kMaxJobs = 256;
+constexpr int kMaxPage = 1000000;
+constexpr double kMinDpi = 1.0;
+constexpr double kMaxDpi = 10000.0;
+
+struct ConvertOptions {
+    std::vector<std::string> files;
+    std::string folder;  // empty: FILE OUT
+    std::string ending;  // of the files in the folder
+    int jobs = 1;
+    ConversionOptions conversion;
+};
+
+struct Job {
+    std::string input;
+    std::string output;
+};
+
+int ConvertOne(const Job& job, const ConversionOptions& options) {
+    const Components components;
+    ProgressBar bar(job.input);
+    const ConversionReports reports{
+        [&](int percent) { bar.Show(percent); },
+        [](const std::string& note) { std::cerr << "qmplot: " << note << '\n'; }};
+    Convert(job.input, job.output, options, reports);
+    return kExitSuccess;
+}
+
+// DIR/NAME.svg for each file; two files must not meet in one.
+std::vector<Job> JobsInto(const ConvertOptions& options) {
+    std::vector<Job> jobs;
+    std::map<std::string, std::string> inputOf;
+    for (const std::string& input : options.files) {
+        const std::filesystem::path name =
+            input == "-" ? "standard-input" : std::filesystem::path(input).filename();
+        const std::string output =
+            (std::filesystem::path(options.folder) / name.stem()).string() + '.' + options.ending;
+        const auto [other, isNew] = inputOf.emplace(output, input);
+        if (!isNew) {
+            throw ToolError(input + ": would be written to " + output + ", as " + other->second +
+                            "; convert one of them to another folder");
+        }
+        jobs.push_back({input, output});
+    }
+    return jobs;
+}
+
+// Takes jobs until there are none; every thread is an apartment with components of its own.
+class JobRunner {
+  public:
+    JobRunner(const std::vector<Job>& jobs, const ConversionOptions& options)
+        : jobs_(jobs), options_(options) {}
+
+    int Run(int threads) {
+        std::vector<std::thread> others;
+        for (int i = 1; i < threads; ++i) others.emplace_back([this] { Work(); });
+        Work();
+        for (std::thread& other : others) other.join();
+        return status_;
+    }
+
+  private:
+    void Work() {
+        const Components components;
+        const ConversionReports reports{[](int) {},
+                                        [this](const std::string& note) { Say(note, 0); }};
+        for (std::size_t i; (i = next_++) < jobs_.size() && !Interrupted();) {
+            try {
+                Convert(jobs_[i].input, jobs_[i].output, options_, reports);
+            } catch (const ToolError& error) {
+                Say(error.what(), error.Status());
+            } catch (const std::bad_alloc&) {
+                Say(jobs_[i].input + ": out of memory", kExitUsage);
+            }
+            const std::lock_guard<std::mutex> lock(mutex_);
+            bar_.Show(static_cast<int>(++done_ * 100 / jobs_.size()));
+        }
+    }
+    void Say(const std::string& message, int status) {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        bar_.Hide();
+        std::cerr << "qmplot: " << message << '\n';
+        status_ = std::max(status_, status);
+    }
+
+    const std::vector<Job>& jobs_;
+    const ConversionOptions& options_;
+    std::atomic<std::size_t> next_{0};
+    std::mutex mutex_;  // guards what follows
+    ProgressBar bar_{"converting"};
+    std::size_t done_ = 0;
+    int status_ = kExitSuccess;
+};
+
+int ConvertMany(const ConvertOptions& options) {
+    const std::vector<Job> jobs = JobsInto(options);
+    FormatFor(jobs.front().output);  // says at once when there is none
+    std::error_code failure;
+    std::filesystem::create_directories(options.folder, failure);
+    if (failure) throw SystemError(options.folder, "made", failure.value());
+    const int threads = std::min<int>(options.jobs, static_cast<int>(jobs.size()));
+    return JobRunner(jobs, options.conversion).Run(threads);
+}
+
+int RunConvert(const ConvertOptions& options) {
+    WatchForInterruption();
+    if (!options.folder.empty()) return ConvertMany(options);
+    if (options.files.size() != 2) {
+        throw ToolError("convert takes FILE OUT, or -o DIR and any number of files");
+    }
+    return ConvertOne({options.files[0], options.files[1]}, options.conversion);
+}
+
+}  // namespace
+
+void AddConvertCommand(CLI::App& app, Action& action) {
+    CLI::App* command = app.add_subcommand(
+        "convert", "Convert a plot; the ending of OUT chooses the format: " + WritableEndings());
+    const auto options = std::make_shared<ConvertOptions>();
+    command->add_option("FILE", options->files, "FILE OUT, or with -o any number of files")
+        ->required()
+        ->type_name("");
+    auto* folder = command->add_option("-o,--output", options->folder, "Write into this folder");
+    folder->type_name("DIR");
+    command->add_option("--to", options->ending, "Format of the files in DIR")
+        ->default_val("svg")
+        ->type_name("ENDING")
+        ->needs(folder);
+    command->add_option("-j,--jobs", options->jobs, "Files converted at once")
+        ->check(CLI::Range(1, kMaxJobs))
+        ->type_name("N")
+        ->needs(folder);
+    command->add_option("--page", options->conversion.page, "Only this page, from 1")
+        ->check(CLI::Range(1, kMaxPage))
+        ->type_name("N");
+    command->add_option("--dpi", options->conversion.write.dpi, "Dots per inch of png")
+        ->check(CLI::Range(kMinDpi, kMaxDpi))
+        ->type_name("N");
+    command->callback([=, &action] { action = [=] { return RunConvert(*options); }; });
+}
+
+}  // namespace qm::cli

@@ -1,0 +1,108 @@
+#include "cli/output_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include "cli/interruption.h"
+#include "common/tool_error.h"
+
+namespace qm::cli {
+
+namespace {
+
+constexpr mode_t kFileMode = 0666;  // cut by the umask
+
+// A name in the folder of `target` that nobody else uses.
+std::string NameBeside(const std::string& target) {
+    static std::atomic<unsigned> count{0};
+    return target + ".part" + std::to_string(getpid()) + "-" + std::to_string(++count);
+}
+
+// Where a link points to is replaced, not the link.
+std::string FinalName(const std::string& path) {
+    std::error_code failure;
+    const auto resolved = std::filesystem::canonical(path, failure);
+    return failure ? path : resolved.string();
+}
+
+}  // namespace
+
+OutputFile::OutputFile(std::string path) : path_(std::move(path)) {
+    struct stat status {};
+    if (path_ == "-") {
+        file_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+        path_ = "standard output";
+    } else if (stat(path_.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        file_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
+    } else {
+        OpenBeside();
+    }
+    if (file_ < 0) throw SystemError(path_, "written");
+    buffer_.reserve(kBufferBytes);
+}
+
+OutputFile::~OutputFile() {
+    if (file_ >= 0) close(file_);
+    if (!temporary_.empty()) unlink(temporary_.c_str());
+}
+
+void OutputFile::OpenBeside() {
+    target_ = FinalName(path_);
+    const std::size_t slash = target_.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : target_.substr(0, slash + 1);
+    file_ = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kFileMode);
+    // Old kernels and some file systems know no files without names.
+    if (file_ >= 0 || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL)) return;
+    temporary_ = NameBeside(target_);
+    file_ = open(temporary_.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kFileMode);
+    if (file_ < 0) temporary_.clear();
+}
+
+void OutputFile::Write(std::string_view bytes) {
+    if (buffer_.size() + bytes.size() > kBufferBytes) Flush();
+    buffer_ += bytes;
+}
+
+void OutputFile::Flush() {
+    ThrowIfInterrupted();
+    for (std::string_view rest = buffer_; !rest.empty();) {
+        const ssize_t done = write(file_, rest.data(), rest.size());
+        if (done < 0 && errno == EINTR) continue;
+        if (done < 0) throw SystemError(path_, "written");
+        rest.remove_prefix(static_cast<std::size_t>(done));
+    }
+    buffer_.clear();
+}
+
+void OutputFile::Finish() {
+    Flush();
+    buffer_.shrink_to_fit();
+    if (!target_.empty() && temporary_.empty()) LinkBeside();
+    // Network file systems report a full disk here.
+    if (close(std::exchange(file_, -1)) != 0) throw SystemError(path_, "written");
+}
+
+// An unnamed file cannot take the place of another one at once, so it gets a name beside it first.
+void OutputFile::LinkBeside() {
+    const std::string name = NameBeside(target_);
+    const std::string source = "/proc/self/fd/" + std::to_string(file_);
+    if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        throw SystemError(path_, "written");
+    }
+    temporary_ = name;
+}
+
+void OutputFile::Commit() {
+    if (temporary_.empty()) return;
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) throw SystemError(path_, "written");
+    temporary_.clear();
+}
+
+}  // namespace qm::cli

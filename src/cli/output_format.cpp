@@ -1,0 +1,51 @@
+#include "cli/output_format.h"
+
+#include <algorithm>
+
+#include "common/tool_error.h"
+
+namespace qm::cli {
+
+namespace {
+
+using Pages = std::vector<PageSource>;
+
+constexpr OutputFormat kFormats[] = {
+    {"svg", false,
+     [](const Pages& pages, const PageOptions& options, OutputSink& sink) {
+         WriteSvg(pages.front(), options, sink);
+     }},
+    {"pdf", true, WritePdf},
+    {"png", false,
+     [](const Pages& pages, const PageOptions& options, OutputSink& sink) {
+         WritePng(pages.front(), options, sink);
+     }},
+};
+
+char LowerCase(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+}  // namespace
+
+const OutputFormat& FormatFor(const std::string& path) {
+    const std::size_t dot = path.find_last_of("./");
+    std::string ending;
+    if (dot != std::string::npos && path[dot] == '.') ending = path.substr(dot + 1);
+    std::transform(ending.begin(), ending.end(), ending.begin(), LowerCase);
+    for (const OutputFormat& format : kFormats) {
+        if (format.ending == ending) return format;
+    }
+    throw ToolError(path + ": no format has this ending; use one of " + WritableEndings());
+}
+
+std::string WritableEndings() {
+    std::string endings;
+    for (const OutputFormat& format : kFormats) {
+        endings += endings.empty() ? "." : " .";
+        endings += format.ending;
+    }
+    return endings;
+}
+
+}  // namespace qm::cli

@@ -1,0 +1,64 @@
+// qmplot replay SCRIPT OUT: an export filter driven by a text script.
+#include <iostream>
+#include <memory>
+
+#include "cli/commands.h"
+#include "cli/input_file.h"
+#include "cli/output_file.h"
+#include "cli/replay.h"
+#include "cli/sink_stream.h"
+#include "common/tool_error.h"
+
+namespace qm::cli {
+
+namespace {
+
+struct ReplayOptions {
+    std::string script;
+    std::string output;
+    std::string format = "hpgl";
+};
+
+std::string ReadAll(InputFile& file) {
+    std::string text(file.Size(), '\0');
+    std::size_t done = 0;
+    while (done < text.size()) {
+        const std::size_t count = file.Read(&text[done], text.size() - done);
+        if (count == 0) break;
+        done += count;
+    }
+    text.resize(done);
+    return text;
+}
+
+int Replay(const ReplayOptions& options) {
+    InputFile file(options.script);
+    const std::string script = ReadAll(file);
+    OutputFile output(options.output);
+    const auto stream = MakeObject<SinkStream>(output);
+    if (!stream) throw std::bad_alloc();
+    const auto format = options.format == "hprtl" ? ReplayFormat::kHprtl : ReplayFormat::kHpgl;
+    const int status = ReplayScript(script, file.Name(), format, stream.Get(), std::cerr);
+    stream->ThrowFailure();
+    output.Finish();
+    output.Commit();
+    return status;
+}
+
+}  // namespace
+
+void AddReplayCommand(CLI::App& app, Action& action) {
+    CLI::App* command =
+        app.add_subcommand("replay", "Drive an export filter from a script and write its plot");
+    const auto options = std::make_shared<ReplayOptions>();
+    command->add_option("SCRIPT", options->script, "The script")->required()->type_name("");
+    command->add_option("OUT", options->output, "The plot file to write")
+        ->required()
+        ->type_name("");
+    command->add_option("--format", options->format, "hpgl (HP-GL/2) or hprtl (HP-RTL)")
+        ->check(CLI::IsMember({"hpgl", "hprtl"}))
+        ->type_name("FORMAT");
+    command->callback([=, &action] { action = [=] { return Replay(*options); }; });
+}
+
+}  // namespace qm::cli

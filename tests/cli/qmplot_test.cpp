@@ -1,0 +1,236 @@
+// The tool as scripts meet it: exit statuses, what stands on which stream, which files exist
+// afterwards. Each case runs the program in an empty folder of its own.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Detection wants several commands in a row.
+constexpr const char* kPlot = "IN;SP1;PU0,0;PD1000,0,1000,500;PU;PA0,0;PD300,300;PU;SP0;";
+constexpr const char* kThreePages = "IN;SP1;PD400,0;PG;PU;SP2;PD0,400;PG;SP3;PD800,800;";
+constexpr const char* kText = "Dear reader, this is no plot.\n";
+
+std::string LongPlot() {
+    std::string plot = "IN;SP1;PU0,0;PD1000,0;PU;PA0,0;PD";
+    for (int i = 0; i < 50000; ++i) plot += "10,20,30,40,";
+    return plot + "0,0;PU;SP0;";
+}
+
+struct Result {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+class QmplotTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        std::string name = (fs::temp_directory_path() / "qmplot-test-XXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder_ = name;
+        Put("a.plt", kPlot);
+        Put("pages.plt", kThreePages);
+        Put("letter.txt", kText);
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    void Put(const std::string& name, const std::string& bytes) const {
+        std::ofstream(folder_ / name, std::ios::binary) << bytes;
+    }
+    std::string Get(const std::string& name) const {
+        std::ifstream file(folder_ / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    // Names in the folder beside those that SetUp and the streams of Run put there.
+    std::set<std::string> NewNames() const {
+        static const std::set<std::string> kOld = {"a.plt", "pages.plt", "letter.txt", ".out",
+                                                   ".err"};
+        std::set<std::string> names;
+        for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
+            const std::string name = entry.path().lexically_relative(folder_).string();
+            if (kOld.count(name) == 0) names.insert(name);
+        }
+        return names;
+    }
+    // `arguments` as a shell reads them.
+    Result Run(const std::string& arguments) const { return RunShell(QM_QMPLOT " " + arguments); }
+    Result RunShell(const std::string& line) const {
+        const std::string command =
+            "cd '" + folder_.string() + "' && { " + line + "; } >.out 2>.err";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Get(".out"), Get(".err")};
+    }
+
+    fs::path folder_;
+};
+
+struct Case {
+    const char* name;
+    const char* arguments;
+    int status;
+    const char* out;      // standard output, whole; null: not looked at
+    const char* message;  // part of standard error; null: nothing may stand there
+};
+
+void PrintTo(const Case& row, std::ostream* stream) { *stream << row.arguments; }
+
+// clang-format off
+const Case kCases[] = {
+    {"Version", "--version", 0, "qmplot 1.0.0\n", nullptr},
+    {"Help", "--help", 0, nullptr, nullptr},
+    {"CommandHelp", "convert --help", 0, nullptr, nullptr},
+    {"NoCommand", "", 2, "", "subcommand is required"},
+    {"UnknownCommand", "draw a.plt", 2, "", "draw"},
+    {"UnknownOption", "ops --fast a.plt", 2, "", "--fast"},
+    {"MissingArgument", "trace", 2, "", "qmplot trace --help"},
+    {"NumberOutOfRange", "convert -o out -j 0 a.plt", 2, "", "0"},
+
+    {"DetectPlot", "detect a.plt", 0, "a.plt: HPGL/2\n", nullptr},
+    {"DetectStandardInput", "detect - <a.plt", 0, "-: HPGL/2\n", nullptr},
+    {"DetectPipe", "detect /dev/stdin <a.plt", 0, "/dev/stdin: HPGL/2\n", nullptr},
+    {"DetectSeveral", "detect a.plt letter.txt pages.plt", 1,
+     "a.plt: HPGL/2\nletter.txt: not a plot file\npages.plt: HPGL/2\n", nullptr},
+    {"DetectGoesOn", "detect none.plt letter.txt a.plt", 2,
+     "letter.txt: not a plot file\na.plt: HPGL/2\n", "none.plt: cannot be read: No such file"},
+
+    {"OpsStandardInput", "ops - <letter.txt", 0, nullptr, nullptr},
+    {"OpsMissingFile", "ops none.plt", 2, "", "none.plt: cannot be read: No such file"},
+    {"OpsFolder", "ops .", 2, "", "Is a directory"},
+    {"OpsDiskFull", "ops a.plt >/dev/full", 2, "", "standard output: cannot be written: No space left"},
+
+    {"TraceNoPlot", "trace letter.txt", 1, "result E_FAIL\n", nullptr},
+    {"InfoNoPlot", "info letter.txt", 1, "", "letter.txt: not a plot file"},
+    {"InfoEmpty", "info /dev/null", 1, "", "/dev/null: not a plot file"},
+
+    {"ConvertNoPlot", "convert letter.txt a.svg", 1, "", "letter.txt: not a plot file"},
+    {"ConvertUnknownEnding", "convert a.plt a.bmp", 2, "", "use one of .svg"},
+    {"ConvertOneName", "convert a.plt", 2, "", "FILE OUT"},
+    {"ConvertMissingFolder", "convert a.plt no/a.svg", 2, "", "no/a.svg: cannot be written: No such file"},
+    {"ConvertMissingPage", "convert pages.plt a.svg --page 4", 2, "", "pages.plt: has no page 4"},
+    {"ConvertDiskFull", "convert a.plt full.svg", 2, "", "No space left"},
+    {"ConvertSameName", "convert -o . a.plt ./a.plt", 2, "", "./a.plt: would be written to"},
+    {"ConvertToWithoutFolder", "convert --to png a.plt a.svg", 2, "", "--to"},
+};
+// clang-format on
+
+class QmplotCases : public QmplotTest, public testing::WithParamInterface<Case> {};
+
+TEST_P(QmplotCases, EndsAsTold) {
+    const Case& row = GetParam();
+    fs::create_symlink("/dev/full", folder_ / "full.svg");
+    const Result result = Run(row.arguments);
+    EXPECT_EQ(result.status, row.status) << result.err;
+    if (row.out != nullptr) {
+        EXPECT_EQ(result.out, row.out);
+    }
+    if (row.message == nullptr) {
+        EXPECT_EQ(result.err, "");
+    } else {
+        EXPECT_NE(result.err.find(row.message), std::string::npos) << result.err;
+    }
+    EXPECT_EQ(NewNames(), std::set<std::string>{"full.svg"});
+}
+
+INSTANTIATE_TEST_SUITE_P(Qmplot, QmplotCases, testing::ValuesIn(kCases),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+struct Conversion {
+    const char* name;
+    const char* arguments;
+    std::set<std::string> files;
+};
+
+void PrintTo(const Conversion& row, std::ostream* stream) { *stream << row.arguments; }
+
+const Conversion kConversions[] = {
+    {"OnePage", "convert a.plt a.svg", {"a.svg"}},
+    {"FromStandardInput", "convert - a.svg <a.plt", {"a.svg"}},
+    {"PageEach", "convert pages.plt a.SVG", {"a-1.SVG", "a-2.SVG", "a-3.SVG"}},
+    {"OnlyOnePage", "convert pages.plt b.png --page 2 --dpi 50", {"b.png"}},
+    {"PagesInOneFile", "convert pages.plt a.pdf", {"a.pdf"}},
+    {"IntoFolder",
+     "convert -o out -j 2 --to svg a.plt pages.plt",
+     {"out", "out/a.svg", "out/pages-1.svg", "out/pages-2.svg", "out/pages-3.svg"}},
+};
+
+class QmplotConversions : public QmplotTest, public testing::WithParamInterface<Conversion> {};
+
+TEST_P(QmplotConversions, WriteTheseFiles) {
+    const Result result = Run(GetParam().arguments);
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(NewNames(), GetParam().files);
+    for (const std::string& name : GetParam().files) {
+        if (fs::is_directory(folder_ / name)) continue;
+        EXPECT_GT(Get(name).size(), 100U) << name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Qmplot, QmplotConversions, testing::ValuesIn(kConversions),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(QmplotTest, FailedConversionsOfManyLeaveTheOthers) {
+    const Result result = Run("convert -o out letter.txt a.plt none.plt");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find("letter.txt: not a plot file"), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("none.plt: cannot be read"), std::string::npos) << result.err;
+    EXPECT_EQ(NewNames(), (std::set<std::string>{"out", "out/a.svg"}));
+}
+
+TEST_F(QmplotTest, AFileStaysAsItWasWhenTheConversionFails) {
+    Put("old.svg", "old");
+    EXPECT_EQ(Run("convert letter.txt old.svg").status, 1);
+    EXPECT_EQ(Get("old.svg"), "old");
+    EXPECT_EQ(Run("convert a.plt old.svg").status, 0);
+    EXPECT_NE(Get("old.svg"), "old");
+    EXPECT_EQ(NewNames(), std::set<std::string>{"old.svg"});
+}
+
+// The pipe's writer stays open, so the program waits for input when the signal comes.
+TEST_F(QmplotTest, InterruptionLeavesNothingBehind) {
+    const Result result =
+        RunShell("sleep 2 | " QM_QMPLOT " convert - a.svg & sleep 0.3; kill -INT $!; wait $!");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("interrupted"), std::string::npos) << result.err;
+    EXPECT_EQ(NewNames(), std::set<std::string>{});
+}
+
+TEST_F(QmplotTest, AReaderMayCloseItsPipe) {
+    Put("long.plt", LongPlot());
+    const Result result = Run("ops long.plt | head -n 1");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out, "SetLineWidth 0\n");
+}
+
+TEST_F(QmplotTest, TraceTellsProgressAndObeysAbort) {
+    Put("long.plt", LongPlot());
+    const Result result =
+        Run("trace --progress --abort-at 50 long.plt | grep -e progress -e result");
+    EXPECT_EQ(result.out.find("progress 1\n"), 0U) << result.out;
+    EXPECT_NE(result.out.find("progress 50\nresult E_ABORT\n"), std::string::npos) << result.out;
+    EXPECT_EQ(Run("trace --abort-at 50 long.plt >/dev/null").status, 1);
+    EXPECT_EQ(Run("trace --abort-at 101 long.plt >/dev/null").status, 0);
+}
+
+// Whole plots, as `qmplot ops` and `qmplot trace` print them.
+TEST_F(QmplotTest, PrintsGoldenLines) {
+    const fs::path golden = QM_GOLDEN;
+    for (const char* command : {"ops", "trace"}) {
+        const Result result = Run(command + (" '" + (golden / "sheet.plt").string() + "'"));
+        std::ifstream file(golden / (std::string("sheet.") + command));
+        const std::string expected{std::istreambuf_iterator<char>(file), {}};
+        EXPECT_EQ(result.out, expected) << command;
+        EXPECT_EQ(result.status, 0);
+    }
+}
+
+}  // namespace
