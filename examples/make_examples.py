@@ -96,8 +96,8 @@ def floor_plan():
     plot.pen(1).box(70, 60, 230, 180)
     for name, (x, y, w, h) in rooms.items():
         plot.pen(1).box(x, y, w, h)
-        plot.pen(5).label(x + w / 2, y + h / 2 + 2, name, 3.6, 5)
-        plot.label(x + w / 2, y + h / 2 - 5, f"{w * h / 100:.1f} m2", 2.8, 5)
+        plot.pen(5).label(x + w / 2, y + h / 2 - 8, name, 3.6, 5)
+        plot.label(x + w / 2, y + h / 2 - 14, f"{w * h / 100:.1f} m2", 2.8, 5)
     for cx, cy, dx, dy, sweep in ((120, 158, 18, 0, 90), (208, 110, 0, 18, 90), (190, 158, 16, 0, 90),
                                   (245, 158, 18, 0, 90), (72.5, 100, 0, 20, -90)):
         plot.pen(2).line((cx, cy), (cx + dx, cy + dy)).arc(cx, cy, cx + dx, cy + dy, sweep)
@@ -105,9 +105,9 @@ def floor_plan():
         plot.pen(2).box(x, y, w, h)
         along = w > h
         plot.line((x, y + h / 2), (x + w, y + h / 2)) if along else plot.line((x + w / 2, y), (x + w / 2, y + h))
-    plot.pen(3).box(90, 75, 60, 25).box(90, 95, 60, 5).box(165, 78, 24, 16).box(90, 170, 40, 50).box(92, 208, 16, 10)
-    plot.box(112, 208, 16, 10).box(215, 70, 70, 15).circle(225, 77, 4).circle(238, 77, 4).box(175, 165, 20, 45)
-    plot.circle(212, 175, 5).box(240, 205, 45, 22).circle(262, 198, 6)
+    plot.pen(3).box(90, 123, 60, 25).box(90, 143, 60, 5).box(105, 76, 30, 12).box(78, 172, 28, 50).box(79, 212, 12, 8)
+    plot.box(93, 212, 12, 8).box(215, 70, 70, 15).circle(225, 77, 4).circle(238, 77, 4).box(174, 214, 45, 18)
+    plot.circle(212, 170, 5).box(240, 212, 45, 20).circle(262, 207, 5)
     plot.pen(4)
     for x0, x1 in ((70, 208), (208, 300)):
         plot.line((x0, 45), (x1, 45))
@@ -207,7 +207,7 @@ def sheets():
 
 
 def height_at(x, y):
-    """The landscape of the two maps: three hills and a valley; 0 to about 100 metres."""
+    """The landscape of the map: three hills and a valley; 0 to about 100 metres."""
     hills = ((60, 120, 95, 38), (190, 80, 75, 45), (150, 160, 55, 30), (120, 95, -45, 26))
     return 12 + x / 40 + sum(h * math.exp(-((x - cx) ** 2 + (y - cy) ** 2) / (2 * r * r)) for cx, cy, h, r in hills)
 
@@ -280,37 +280,6 @@ def contours():
     plot.save("contours.plt")
 
 
-def packbits(row):
-    out, i = bytearray(), 0
-    while i < len(row):
-        run = 1
-        while run < 128 and i + run < len(row) and row[i + run] == row[i]:
-            run += 1
-        out += bytes([(257 - run) & 255, row[i]])
-        i += run
-    return bytes(out)
-
-
-def relief():
-    """A raster picture of 8-bit palette indices, with a frame and a legend drawn as vectors over it."""
-    tints = [(120, 180, 120), (160, 200, 130), (200, 215, 140), (235, 225, 150), (235, 205, 130), (220, 175, 105),
-             (200, 145, 90), (180, 120, 80), (160, 100, 75), (225, 220, 215)]
-    plot = Plot("relief", 297, 210)
-    columns, rows, dots = 510, 330, 50.8  # 0.5 mm a dot
-    raster = "\x1b%0A\x1b*v6W" + bytes([0, 1, 8, 8, 8, 8]).decode("latin-1")
-    for i, (red, green, blue) in enumerate(tints):
-        raster += f"\x1b*v{red}a{green}b{blue}c{i}I"
-    raster += f"\x1b*t51R\x1b*r{columns}s{rows}T\x1b&a{round(20 / 25.4 * 720)}h{round(185 / 25.4 * 720)}V\x1b*r1A\x1b*b2M"
-    for r in range(rows):
-        heights = (height_at(c * 0.5, (rows - r) * 0.5) for c in range(columns))
-        packed = packbits(bytes(max(0, min(len(tints) - 1, int((h - 10) / 10))) for h in heights))
-        raster += f"\x1b*b{len(packed)}W" + packed.decode("latin-1")
-    plot.add(raster + "\x1b*rC\x1b%0B")
-    plot.pens({1: (0.35, 0, 0, 0)})
-    plot.pen(1).box(20, 20, 255, 165).label(20, 190, "RELIEF", 5)
-    plot.save("relief.plt")
-
-
 def gear(cx, cy, teeth, radius):
     points = []
     for i in range(teeth):
@@ -330,7 +299,7 @@ def detail():
     plot.pens({1: (0.35, 0, 0, 0), 2: (0.18, 190, 60, 0), 3: (0.13, 205, 222, 240)})
     outline, bore = gear(0, 0, 24, 90), ring(0, 0, 20, 72)
     area = outline + outline[:1] + bore + bore[:1]
-    for p1, p2, window in (((20, 60), (130, 170), None), ((-150, -230), (410, 330), (150, 40, 277, 167))):
+    for p1, p2, window in (((20, 60), (130, 170), None), ((-305, -177), (255, 383), (150, 40, 277, 167))):
         if window:
             plot.pen(1).box(window[0], window[1], window[2] - window[0], window[3] - window[1])
             plot.add(f"IW{pairs([window[:2], window[2:]])};")
@@ -347,5 +316,5 @@ def detail():
 
 
 if __name__ == "__main__":
-    for make in (floor_plan, chart, sheets, contours, relief, detail):
+    for make in (floor_plan, chart, sheets, contours, detail):
         make()
