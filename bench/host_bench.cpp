@@ -1,10 +1,11 @@
-// Speed of the embedded host: a line appended through the build interface, and played back. The
-// bytes counted are those of the plot text such a line stands for, so that the figures compare with
-// interpret_bench.
+// Speed of the embedded host and of the SVG writer: lines appended through the build interface,
+// played back, and written. The bytes counted are those of the plot text such a line stands for, so
+// that the figures compare with interpret_bench.
 #include <benchmark/benchmark.h>
 
 #include "host/display_list_player.h"
 #include "host/drawing_block.h"
+#include "render/page_writers.h"
 
 namespace {
 
@@ -64,5 +65,28 @@ void PlayBack(benchmark::State& state) {
     state.counters["list bytes/line"] = static_cast<double>(block->Drawing().UsedBytes()) / kLines;
 }
 BENCHMARK(PlayBack)->Unit(benchmark::kMillisecond);
+
+class NullSink final : public OutputSink {
+  public:
+    void Write(std::string_view text) override { bytes += text.size(); }
+    std::size_t bytes = 0;
+};
+
+void Svg(benchmark::State& state) {
+    const ComPtr<DrawingBlock> block = MakeObject<DrawingBlock>();
+    Fill(*block);
+    PageSource page;
+    page.drawing = &block->Drawing();
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        NullSink sink;
+        WriteSvg(page, {}, sink);
+        bytes = sink.bytes;
+    }
+    state.SetItemsProcessed(state.iterations() * kLines);
+    state.SetBytesProcessed(state.iterations() * kLines * kPlotBytesPerLine);
+    state.counters["svg bytes/line"] = static_cast<double>(bytes) / kLines;
+}
+BENCHMARK(Svg)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -14,8 +14,6 @@ namespace {
 
 // Cairo outlines a path as a whole, which takes more than linear time.
 constexpr std::size_t kMaxStrokePoints = 500;
-// Cairo drops what is wholly transparent; this is the least it keeps and no eye sees.
-constexpr double kAlmostClear = 0.004;
 
 void SetMatrix(cairo_t* context, const PageFrame& frame, double scale) {
     cairo_matrix_t matrix;
@@ -42,6 +40,9 @@ cairo_line_cap_t CairoCap(LineCap cap) {
     if (cap == LineCap::kRound) return CAIRO_LINE_CAP_ROUND;
     return cap == LineCap::kButt ? CAIRO_LINE_CAP_BUTT : CAIRO_LINE_CAP_SQUARE;
 }
+
+// Of a character in UTF-8.
+bool IsCharacterStart(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
 
 double PathLength(PointSpan points) {
     double length = 0.0;
@@ -241,25 +242,24 @@ void CairoPainter::Picture(const DrawingStyle&, const BoxI& box, std::int32_t ra
 
 void CairoPainter::Text(const DrawingStyle&, const BoxI& box, std::string_view text) {
     const TextPlace place = PlaceOfText(box, text);
-    if (!settings_.texts || !place.shown) return;
+    const auto letters = std::count_if(text.begin(), text.end(), IsCharacterStart);
+    if (!settings_.texts || !place.shown || letters == 0) return;
+    if (!invisible_) invisible_ = MakeInvisibleFont();
     const std::string zeroTerminated(text);
     cairo_save(context_);
     cairo_set_operator(context_, CAIRO_OPERATOR_OVER);
-    cairo_set_source_rgba(context_, 1.0, 1.0, 1.0, kAlmostClear);
+    cairo_set_source_rgb(context_, 1.0, 1.0, 1.0);
     const Matrix& m = place.toDrawing;
     cairo_matrix_t matrix;
     cairo_matrix_init(&matrix, m.a, m.b, m.c, m.d, m.e, m.f);
     cairo_transform(context_, &matrix);
-    cairo_select_font_face(context_, "sans-serif", CAIRO_FONT_SLANT_NORMAL,
-                           CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_scale(context_,
+                place.length / (place.fontSize * kInvisibleAdvance * static_cast<double>(letters)),
+                1.0);
+    cairo_set_font_face(context_, invisible_.get());
     cairo_set_font_size(context_, place.fontSize);
-    cairo_text_extents_t extents;
-    cairo_text_extents(context_, zeroTerminated.c_str(), &extents);
-    if (extents.x_advance > 0.0) {
-        cairo_scale(context_, place.length / extents.x_advance, 1.0);
-        cairo_move_to(context_, 0.0, 0.0);
-        cairo_show_text(context_, zeroTerminated.c_str());
-    }
+    cairo_move_to(context_, 0.0, 0.0);
+    cairo_show_text(context_, zeroTerminated.c_str());
     cairo_restore(context_);
     cairo_new_path(context_);
 }

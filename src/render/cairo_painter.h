@@ -6,6 +6,7 @@
 
 #include "host/display_list_player.h"
 #include "render/cairo_handles.h"
+#include "render/cairo_invisible_font.h"
 #include "render/page_frame.h"
 
 namespace qm {
@@ -52,6 +53,7 @@ class CairoPainter final : public DisplayListVisitor {
     cairo_t* context_;
     PainterSettings settings_;
     std::map<std::int32_t, FillPattern> patterns_;
+    CairoFont invisible_;  // made for the first text
     bool clipped_ = false;
 };
 
