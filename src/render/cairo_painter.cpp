@@ -41,9 +41,6 @@ cairo_line_cap_t CairoCap(LineCap cap) {
     return cap == LineCap::kButt ? CAIRO_LINE_CAP_BUTT : CAIRO_LINE_CAP_SQUARE;
 }
 
-// Of a character in UTF-8.
-bool IsCharacterStart(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
-
 double PathLength(PointSpan points) {
     double length = 0.0;
     for (std::size_t i = 1; i < points.count; ++i) {
@@ -242,10 +239,8 @@ void CairoPainter::Picture(const DrawingStyle&, const BoxI& box, std::int32_t ra
 
 void CairoPainter::Text(const DrawingStyle&, const BoxI& box, std::string_view text) {
     const TextPlace place = PlaceOfText(box, text);
-    const auto letters = std::count_if(text.begin(), text.end(), IsCharacterStart);
-    if (!settings_.texts || !place.shown || letters == 0) return;
+    if (!settings_.texts || !place.shown) return;
     if (!invisible_) invisible_ = MakeInvisibleFont();
-    const std::string zeroTerminated(text);
     cairo_save(context_);
     cairo_set_operator(context_, CAIRO_OPERATOR_OVER);
     cairo_set_source_rgb(context_, 1.0, 1.0, 1.0);
@@ -253,13 +248,9 @@ void CairoPainter::Text(const DrawingStyle&, const BoxI& box, std::string_view t
     cairo_matrix_t matrix;
     cairo_matrix_init(&matrix, m.a, m.b, m.c, m.d, m.e, m.f);
     cairo_transform(context_, &matrix);
-    cairo_scale(context_,
-                place.length / (place.fontSize * kInvisibleAdvance * static_cast<double>(letters)),
-                1.0);
     cairo_set_font_face(context_, invisible_.get());
-    cairo_set_font_size(context_, place.fontSize);
-    cairo_move_to(context_, 0.0, 0.0);
-    cairo_show_text(context_, zeroTerminated.c_str());
+    cairo_set_font_size(context_, RoundedFontSize(place.fontSize));
+    ShowSpread(context_, text, place.length);
     cairo_restore(context_);
     cairo_new_path(context_);
 }

@@ -4,6 +4,7 @@
 
 #include <ocidl.h>
 #include <ole2.h>
+#include <olectl.h>
 
 #include "platform/com_object.h"
 #include "platform/prog_id.h"

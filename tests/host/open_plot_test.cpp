@@ -3,6 +3,8 @@
 #include "host/open_plot.h"
 
 #include <gtest/gtest.h>
+#include <objbase.h>
+#include <shlwapi.h>
 
 #include <thread>
 
@@ -106,8 +108,6 @@ TEST_F(OpenPlotTest, NeedsTheFilterAndTheHostClasses) {
     EXPECT_EQ(Open("IN;", {}, plot), REGDB_E_CLASSNOTREG);
 }
 
-#ifndef _WIN32
-// Natively only: on Windows the ProgIDs are keys of the registry.
 TEST_F(OpenPlotTest, ProgIdsOutliveOtherThreads) {
     CLSID clsid;
     std::thread([] { const HostClasses other; }).join();
@@ -115,6 +115,5 @@ TEST_F(OpenPlotTest, ProgIdsOutliveOtherThreads) {
     classes_.reset();
     EXPECT_TRUE(FAILED(ClassIdFromProgId(L"Tessel.QmLayers", &clsid)));
 }
-#endif
 
 }  // namespace

@@ -196,7 +196,9 @@ TEST(PngPage, SaysWhatFitsWhenTooLarge) {
 TEST(PdfPages, AreSheetsOfTheirOwnSizeWithTexts) {
     DisplayList wide;
     wide.AppendLine({0, 0}, {4064, 1016});
-    wide.AppendText({{0, 0}, {400, 100}}, "find me");
+    wide.AppendText({{0, 0}, {400, 101}}, "find me");
+    wide.AppendText({{0, 200}, {900, 303}}, "too");   // shares the font
+    wide.AppendText({{0, 400}, {400, 500}}, "\xc3");  // no UTF-8
     DisplayList high;
     high.AppendLine({0, 0}, {1016, 4064});
     MemorySink sink;
@@ -206,7 +208,9 @@ TEST(PdfPages, AreSheetsOfTheirOwnSizeWithTexts) {
     EXPECT_EQ(sink.text.rfind("%PDF-", 0), 0U);
     EXPECT_NE(sink.text.find("/MediaBox [ 0 0 288 72 ]"), std::string::npos);
     EXPECT_NE(sink.text.find("/MediaBox [ 0 0 72 288 ]"), std::string::npos);
-    EXPECT_NE(sink.text.find("/Subtype /Type3"), std::string::npos);
+    const std::size_t font = sink.text.find("/Subtype /Type3");
+    EXPECT_NE(font, std::string::npos);
+    EXPECT_EQ(sink.text.find("/Subtype /Type3", font + 1), std::string::npos);
     FullSink full;
     EXPECT_THROW(WritePdf({SourceOf(wide)}, options, full), ToolError);
 }

@@ -41,9 +41,10 @@ std::map<std::string, std::string> Chunks(const std::string& png) {
 std::string Inflated(const std::string& data, std::size_t bytes) {
     std::string result(bytes + 1, '?');
     auto size = static_cast<uLongf>(result.size());
-    EXPECT_EQ(uncompress(reinterpret_cast<Bytef*>(result.data()), &size,
-                         reinterpret_cast<const Bytef*>(data.data()), data.size()),
-              Z_OK);
+    EXPECT_EQ(
+        uncompress(reinterpret_cast<Bytef*>(result.data()), &size,
+                   reinterpret_cast<const Bytef*>(data.data()), static_cast<uLong>(data.size())),
+        Z_OK);
     result.resize(size);
     return result;
 }
