@@ -1,6 +1,7 @@
 # Helpers that every folder's CMakeLists uses, so that one place holds the flags.
 #   qm_library(name SOURCES ... LIBS ...)   a static library of one src/ folder
-#   qm_test(name SOURCES ... LIBS ...)      a GoogleTest program whose cases ctest lists one by one
+#   qm_test(name SOURCES ... LIBS ... PROPERTIES ...)
+#                                           a GoogleTest program whose cases ctest lists one by one, with ctest properties
 
 add_library(qm_flags INTERFACE)
 target_include_directories(qm_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
@@ -36,9 +37,10 @@ function(qm_library name)
 endfunction()
 
 function(qm_test name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS;PROPERTIES" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
     target_link_libraries(${name} PRIVATE qm_flags ${arg_LIBS} GTest::gtest_main)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
+        PROPERTIES ${arg_PROPERTIES})
 endfunction()

@@ -1,5 +1,5 @@
 // The exported functions of the archive library; archive_api.h describes them. exports.map and
-// QmZipx.def name them for the two linkers.
+// exports.def name them for the two linkers.
 #include <algorithm>
 #include <map>
 #include <mutex>

@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "platform/com_ptr.h"
+#include "platform/prog_id.h"
 
 namespace qm {
 
@@ -67,7 +68,7 @@ template <typename T>
 ComPtr<T> CreateHostObject(const wchar_t* progId) noexcept {
     ComPtr<T> object;
     CLSID clsid;
-    if (SUCCEEDED(CLSIDFromProgID(progId, &clsid))) {
+    if (SUCCEEDED(ClassIdFromProgId(progId, &clsid))) {
         CoCreateInstance(clsid, nullptr, CLSCTX_ALL, __uuidof(T), object.PutVoid());
     }
     return object;

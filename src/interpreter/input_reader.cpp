@@ -104,9 +104,7 @@ void InputReader::UngetChar() {
     --cursor_;
     // Quirk: a pushed-back stale byte is lost; the ';' follows.
     if (staleAvailable_ && cursor_ == block_) end_ = block_;
-    // A 0xCD that came behind line ends is looked at for framing when it is read again.
-    const bool maybeRecord = framedInput && cursor_ < end_ && *cursor_ == kFramingByte;
-    limit_ = std::min(limit_, maybeRecord ? cursor_ : end_);
+    limit_ = std::min(limit_, end_);
 }
 
 void InputReader::UngetChars(int count) {
@@ -119,8 +117,7 @@ std::uint8_t InputReader::SkipRecordHeader(std::uint8_t first) {
     if (end_ - cursor_ <= kRecordLookAhead) return first;
     if (std::memcmp(cursor_, kRecordStart, sizeof kRecordStart) != 0) return first;
     cursor_ += kRecordRest;
-    // Only the byte that is returned counts as progress, not the header that was read over.
-    anchor_ += kRecordRest + 1;
+    anchor_ += kRecordRest;  // the record's bytes do not count as progress
     std::uint8_t c = *cursor_++;
     if (c == 0x01) {
         c = *cursor_++;

@@ -145,7 +145,7 @@ ComPtr<IStream> StreamOf(std::string_view bytes) {
 // One class and its ProgID, put back as they were at the end.
 struct TraceHost::Registration {
     Registration(const TraceClass& entry, IUnknown* factory) : progId(entry.progId) {
-        replaced = SUCCEEDED(CLSIDFromProgID(progId, &previous));
+        replaced = SUCCEEDED(ClassIdFromProgId(progId, &previous));
         RegisterProgId(progId, entry.clsid);
         CoRegisterClassObject(entry.clsid, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                               &cookie);

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,8 +25,10 @@ struct Item {
 class Folder {
   public:
     Folder() {
-        std::string name = (std::filesystem::temp_directory_path() / "qmzipXXXXXX").string();
-        path_ = mkdtemp(name.data());
+        std::random_device random;
+        do {
+            path_ = std::filesystem::temp_directory_path() / ("qmzip" + std::to_string(random()));
+        } while (!std::filesystem::create_directory(path_));
     }
     ~Folder() { std::filesystem::remove_all(path_); }
     Folder(const Folder&) = delete;
@@ -53,13 +55,13 @@ inline void WriteAll(const std::filesystem::path& path, std::string_view bytes) 
 }
 
 inline void MakeZip(const std::filesystem::path& path, const std::vector<Item>& items) {
-    zip_t* zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+    zip_t* zip = zip_open(path.u8string().c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
     for (const Item& item : items) {
         zip_source_t* source = zip_source_buffer(zip, item.content.data(), item.content.size(), 0);
         const zip_int64_t index = zip_file_add(zip, item.name.c_str(), source, ZIP_FL_ENC_UTF_8);
         const auto entry = static_cast<zip_uint64_t>(index);
         zip_set_file_compression(zip, entry, item.deflate ? ZIP_CM_DEFLATE : ZIP_CM_STORE, 9);
-        if (item.encrypt) zip_file_set_encryption(zip, entry, ZIP_EM_AES_256, "secret");
+        if (item.encrypt) zip_file_set_encryption(zip, entry, ZIP_EM_TRAD_PKWARE, "secret");
     }
     ASSERT_EQ(zip_close(zip), 0);
 }

@@ -11,16 +11,26 @@ namespace {
 using testing_zip::Item;
 using testing_zip::MakeZip;
 
+// The folder that GetTempPathW answers; an empty path means the system's own.
+void SetTemporaryFolder(const std::filesystem::path& path) {
+#ifdef _WIN32
+    static const std::wstring original = _wgetenv(L"TMP");
+    SetEnvironmentVariableW(L"TMP", path.empty() ? original.c_str() : path.c_str());
+#else
+    path.empty() ? unsetenv("TMPDIR") : setenv("TMPDIR", path.c_str(), 1);
+#endif
+}
+
 class ArchiveImportTest : public ImportTest {
   protected:
     void SetUp() override {
         ImportTest::SetUp();
         // Extracted files land in a folder of the test's own, where leftovers show.
-        setenv("TMPDIR", temporary_.Path().c_str(), 1);
+        SetTemporaryFolder(temporary_.Path());
     }
     void TearDown() override {
         EXPECT_EQ(temporary_.Files(), 0U) << "a temporary file was left";
-        unsetenv("TMPDIR");
+        SetTemporaryFolder({});
         ImportTest::TearDown();
     }
     HRESULT OpenZip(const std::vector<Item>& items) {
@@ -84,7 +94,7 @@ TEST_F(ArchiveImportTest, FailuresOfTheLoadLeaveNoFile) {
     refused_ = {{"block1 IsEmpty false", E_UNEXPECTED}};
     EXPECT_EQ(GetNode(), E_FAIL);
     EXPECT_EQ(temporary_.Files(), 0U);
-    setenv("TMPDIR", (temporary_ / "absent").c_str(), 1);
+    SetTemporaryFolder(temporary_ / "absent");
     EXPECT_EQ(GetNode(), E_FAIL) << "no folder for temporary files";
 }
 

@@ -118,29 +118,6 @@ TEST(InputReader, FramingRecordsAreRemoved) {
     }
 }
 
-TEST(InputReader, AFramingRecordBehindALineEndIsRemovedWhenItIsReadAgain) {
-    const std::string record = "\xCD\xCA\x10\x02"s + std::string(16, 'r');
-    PlotReader reader("A\n" + record + "CD" + Padding(40));
-    reader.input.StartProgress(1 << 20);  // no step ends here, so bytes are taken the fast way
-    reader.input.EnableFraming();
-    EXPECT_EQ(reader.Read(2), "A\xCD");
-    reader.input.UngetChar();
-    EXPECT_EQ(reader.Read(2), "CD");
-}
-
-TEST(InputReader, ARemovedFramingRecordDoesNotCountAsProgress) {
-    const std::string record = "\xCD\xCA\x10\x02"s + std::string(16, 'r');
-    for (const char* separator : {"", "\x01"}) {
-        PlotReader reader("AB" + record + separator + Padding(990 - 22));
-        reader.input.StartProgress(990);
-        reader.input.EnableFraming();
-        reader.Read(9);  // A, B and seven bytes behind the record
-        EXPECT_TRUE(reader.progress.empty());
-        reader.Read(1);
-        EXPECT_EQ(reader.progress.size(), 1U);
-    }
-}
-
 TEST(InputReader, CountedReadsStopAtTheEndOfInput) {
     PlotReader reader("0123456789");
     std::uint8_t bytes[64];

@@ -2,6 +2,7 @@
 #include "trace/host_trace.h"
 
 #include <gtest/gtest.h>
+#include <olectl.h>
 
 #include <algorithm>
 
@@ -114,13 +115,13 @@ TEST(TraceHost, PutsProgIdsBack) {
     {
         const TraceHost host([](std::string_view) { return S_OK; });
         CLSID inside{};
-        EXPECT_EQ(CLSIDFromProgID(L"Tessel.QmLayers", &inside), S_OK);
+        EXPECT_EQ(ClassIdFromProgId(L"Tessel.QmLayers", &inside), S_OK);
         EXPECT_FALSE(inside == kOther);
     }
     CLSID found{};
-    EXPECT_EQ(CLSIDFromProgID(L"Tessel.QmLayers", &found), S_OK);
+    EXPECT_EQ(ClassIdFromProgId(L"Tessel.QmLayers", &found), S_OK);
     EXPECT_TRUE(found == kOther);
-    EXPECT_TRUE(FAILED(CLSIDFromProgID(L"Tessel.QmContainer", &found)));
+    EXPECT_TRUE(FAILED(ClassIdFromProgId(L"Tessel.QmContainer", &found)));
     UnregisterProgId(L"Tessel.QmLayers");
 }
 

@@ -1,0 +1,39 @@
+# qm_libzip: the zip library of the archive library. Natively Debian's package libzip-dev through pkg-config; for Windows,
+# where Debian has no binary, a static library made from the same source package, with zlib alone.
+include_guard()
+
+if(NOT WIN32)
+    find_package(PkgConfig REQUIRED)
+    pkg_check_modules(libzip REQUIRED IMPORTED_TARGET GLOBAL libzip)
+    add_library(qm_libzip INTERFACE)
+    target_link_libraries(qm_libzip INTERFACE PkgConfig::libzip)
+    return()
+endif()
+
+include(DebianSource)
+include(ExternalProject)
+debian_source(libzip lib/zip.h)
+set(libzip_root ${CMAKE_BINARY_DIR}/libzip)
+# Its project is not made to be a part of another one, so it is built and installed by itself.
+set(libzip_off)
+foreach(feature COMMONCRYPTO GNUTLS MBEDTLS OPENSSL WINDOWS_CRYPTO BZIP2 LZMA)
+    list(APPEND libzip_off -DENABLE_${feature}=OFF)
+endforeach()
+ExternalProject_Add(libzip_build
+    SOURCE_DIR ${libzip_SOURCE}
+    PREFIX ${libzip_root}
+    CMAKE_ARGS
+        -DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE} -DCMAKE_BUILD_TYPE=Release
+        -DCMAKE_C_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER} -DCMAKE_C_FLAGS=-w
+        -DCMAKE_INSTALL_PREFIX=${libzip_root} -DCMAKE_INSTALL_LIBDIR=lib
+        -DBUILD_SHARED_LIBS=OFF -DBUILD_TOOLS=OFF -DBUILD_REGRESS=OFF -DBUILD_EXAMPLES=OFF -DBUILD_DOC=OFF
+        ${libzip_off}
+    BUILD_BYPRODUCTS ${libzip_root}/lib/libzip.a
+    LOG_CONFIGURE ON LOG_BUILD ON LOG_INSTALL ON LOG_OUTPUT_ON_FAILURE ON)
+
+find_package(ZLIB REQUIRED)
+file(MAKE_DIRECTORY ${libzip_root}/include)
+add_library(qm_libzip INTERFACE)
+add_dependencies(qm_libzip libzip_build)
+target_include_directories(qm_libzip SYSTEM INTERFACE ${libzip_root}/include)
+target_link_libraries(qm_libzip INTERFACE ${libzip_root}/lib/libzip.a ZLIB::ZLIB)
