@@ -187,11 +187,12 @@ TEST(Builder, WithoutAHostNothingHappens) {
 
 TEST(Builder, ReadsStreamsAndFilesAlike) {
     TemporaryFile file = TemporaryFile::Create(L"qmt");
-    const FileHandle target(CreateFileW(file.Path().c_str(), GENERIC_WRITE, 0, nullptr,
-                                        CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    DWORD written = 0;
-    ASSERT_TRUE(WriteFile(target.Get(), "abcdef", 6, &written, nullptr));
-
+    {
+        const FileHandle target(CreateFileW(file.Path().c_str(), GENERIC_WRITE, 0, nullptr,
+                                            CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        DWORD written = 0;
+        ASSERT_TRUE(WriteFile(target.Get(), "abcdef", 6, &written, nullptr));
+    }
     HPGLReader fromFile(FileHandle::OpenForReading(file.Path().c_str()));
     HPGLReader fromStream{MemoryStream("abcdef")};
     fromStream.SeekData(0, 0);
