@@ -13,7 +13,7 @@ namespace qm {
 namespace {
 
 // Cairo outlines a path as a whole, which takes more than linear time.
-constexpr std::size_t kMaxStrokePoints = 500;
+constexpr std::size_t kMaxStrokePoints = 100;
 
 void SetMatrix(cairo_t* context, const PageFrame& frame, double scale) {
     cairo_matrix_t matrix;
