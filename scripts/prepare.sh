@@ -41,7 +41,8 @@ install_packages() {
     done
     [ ${#missing[@]} -gt 0 ] || return 0
 
-    local install=(apt-get install --yes --no-install-recommends "${missing[@]}")
+    local install=(apt-get install --yes --no-install-recommends -o DPkg::Lock::Timeout=120
+        "${missing[@]}")
     if [ "$(id -u)" -ne 0 ]; then
         if command -v sudo >/dev/null && { sudo -n true 2>/dev/null || { [ -t 0 ] && sudo -v; }; }; then
             as_root=(sudo)

@@ -53,8 +53,8 @@ std::vector<Job> JobsInto(const ConvertOptions& options) {
     for (const std::string& input : options.files) {
         const std::filesystem::path name =
             input == "-" ? "standard-input" : std::filesystem::path(input).filename();
-        const std::string output =
-            (std::filesystem::path(options.folder) / name.stem()).string() + '.' + options.ending;
+        std::string output = (std::filesystem::path(options.folder) / name.stem()).string();
+        output.append(".").append(options.ending);
         const auto [other, isNew] = inputOf.emplace(output, input);
         if (!isNew) {
             throw ToolError(input + ": would be written to " + output + ", as " + other->second +

@@ -69,8 +69,8 @@ class VectorWriter {
     // ------------------------------------------------------------ primitives, mapped
     HRESULT Line(PlotPoint from, PlotPoint to) noexcept;
     HRESULT Circle(PlotPoint centre, std::int32_t radius, bool filled) noexcept;
-    // `points`: Count() and operator[] giving PlotPoint; nothing is written for none. Filled: closed
-    // and filled. Else an open line.
+    // `points`: Count() and operator[] giving PlotPoint; nothing is written for none. Filled:
+    // closed and filled. Else an open line.
     template <typename Points>
     HRESULT Polygon(const Points& points, bool filled) const noexcept;
     // One filled area of several rings: `rings` gives the points of ring i as Polygon takes them.

@@ -81,7 +81,8 @@ Detector::Verdict Detector::TakeLetter(std::uint8_t first) {
 
 Detector::Verdict Detector::TakePair(std::uint8_t first, std::uint8_t second) {
     const auto is = [first, second](const char* name) {
-        return first == name[0] && second == name[1];
+        return first == static_cast<std::uint8_t>(name[0]) &&
+               second == static_cast<std::uint8_t>(name[1]);
     };
     if (is("PE")) {
         ++run_;

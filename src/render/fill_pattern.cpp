@@ -16,7 +16,8 @@ bool IsDrawable(const FillPattern& pattern) {
         return false;
     }
     const std::int32_t stride = (pattern.width + 15) / 16 * 2;
-    return pattern.bits.size >= static_cast<std::size_t>(stride * pattern.height);
+    return pattern.bits.size >=
+           static_cast<std::size_t>(stride) * static_cast<std::size_t>(pattern.height);
 }
 
 TextPlace PlaceOfText(const BoxI& box, std::string_view text) {

@@ -322,7 +322,7 @@ std::string SvgWriter::PatternId(const DrawingStyle& style) {
     const std::string id = "p" + std::to_string(style.fillIndex) + '-' +
                            std::to_string(style.fillColour) + '-' + std::to_string(key);
     const auto [known, isNew] = patternIds_.emplace(id, patternIds_.size() + 1);
-    const std::string name = "pattern" + std::to_string(known->second);
+    std::string name = "pattern" + std::to_string(known->second);
     if (isNew) DefinePattern(name, found->second, style.fillColour);
     return name;
 }

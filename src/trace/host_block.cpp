@@ -24,7 +24,8 @@ std::string Describe(const BYTE* dib, LONG size) {
 
 }  // namespace
 
-TracedBlock::TracedBlock(std::shared_ptr<HostLog> log) : TracedObject(log, log->Number("block")) {}
+TracedBlock::TracedBlock(const std::shared_ptr<HostLog>& log)
+    : TracedObject(log, log->Number("block")) {}
 
 HRESULT TracedBlock::PutAttribute(BSTR name, VARIANT value, LONG flags) noexcept {
     return Call("PutAttribute", name, value, flags);

@@ -9,7 +9,7 @@ namespace qm {
 
 class TracedBlock final : public TracedObject<IQmBuildVectorData, IQmAttributes> {
   public:
-    explicit TracedBlock(std::shared_ptr<HostLog> log);
+    explicit TracedBlock(const std::shared_ptr<HostLog>& log);
 
     HRESULT STDMETHODCALLTYPE PutAttribute(BSTR name, VARIANT value, LONG flags) noexcept override;
     // Nothing is kept: E_INVALIDARG, as for any absent attribute.

@@ -25,7 +25,7 @@ std::string NodeName(HostLog& log, TracedNode::Kind kind) {
 
 // --- Nodes ---------------------------------------------------------------------------------------
 
-TracedNode::TracedNode(std::shared_ptr<HostLog> log, Kind kind)
+TracedNode::TracedNode(const std::shared_ptr<HostLog>& log, Kind kind)
     : TracedObject(log, NodeName(*log, kind)), kind_(kind) {}
 
 void* TracedNode::FindInterface(REFIID riid) noexcept {
@@ -91,7 +91,7 @@ HRESULT TracedNode::GetChild(SHORT type, VARIANT name, IUnknown** child) noexcep
 
 // --- Layers and pens -----------------------------------------------------------------------------
 
-TracedLayers::TracedLayers(std::shared_ptr<HostLog> log)
+TracedLayers::TracedLayers(const std::shared_ptr<HostLog>& log)
     : TracedObject(log, log->Number("layers")) {}
 
 HRESULT TracedLayers::AddLayer(LONG number, BSTR name, ULONG color, LONG visible) noexcept {
@@ -105,7 +105,7 @@ HRESULT TracedLayers::GetLayer(LONG /*index*/, LONG* /*number*/, BSTR* /*name*/,
     return E_NOTIMPL;
 }
 
-TracedPenTable::TracedPenTable(std::shared_ptr<HostLog> log)
+TracedPenTable::TracedPenTable(const std::shared_ptr<HostLog>& log)
     : TracedObject(log, log->Number("pentable")) {}
 
 HRESULT TracedPenTable::AddPen(LONG pen, ULONG color, DOUBLE width, ULONG style) noexcept {

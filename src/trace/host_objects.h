@@ -18,7 +18,7 @@ class TracedNode final : public TracedObject<IQmDocument> {
     // next number.
     enum class Kind { kDocument, kContents, kContainer };
 
-    TracedNode(std::shared_ptr<HostLog> log, Kind kind);
+    TracedNode(const std::shared_ptr<HostLog>& log, Kind kind);
 
     HRESULT STDMETHODCALLTYPE PutAttribute(BSTR name, VARIANT value, LONG flags) noexcept override;
     // Nothing is kept: E_INVALIDARG, as for any absent attribute.
@@ -47,7 +47,7 @@ class TracedNode final : public TracedObject<IQmDocument> {
 
 class TracedLayers final : public TracedObject<IQmLayers> {
   public:
-    explicit TracedLayers(std::shared_ptr<HostLog> log);
+    explicit TracedLayers(const std::shared_ptr<HostLog>& log);
 
     HRESULT STDMETHODCALLTYPE AddLayer(LONG number, BSTR name, ULONG color,
                                        LONG visible) noexcept override;
@@ -59,7 +59,7 @@ class TracedLayers final : public TracedObject<IQmLayers> {
 
 class TracedPenTable final : public TracedObject<IQmPenTable> {
   public:
-    explicit TracedPenTable(std::shared_ptr<HostLog> log);
+    explicit TracedPenTable(const std::shared_ptr<HostLog>& log);
 
     HRESULT STDMETHODCALLTYPE AddPen(LONG pen, ULONG color, DOUBLE width,
                                      ULONG style) noexcept override;

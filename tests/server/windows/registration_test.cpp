@@ -162,7 +162,8 @@ TEST_F(Unregistration, LeavesTheFiltersOfOthers) {
 
 // The exit code of the system's own program for registration, which wants a full path.
 int RegSvr32(const std::wstring& options) {
-    return _wsystem((L"regsvr32.exe " + options + L" \"" + qm::Utf8ToWide(ModulePath()) + L"\"").c_str());
+    return _wsystem(
+        (L"regsvr32.exe " + options + L" \"" + qm::Utf8ToWide(ModulePath()) + L"\"").c_str());
 }
 
 TEST_F(Unregistration, RegSvr32) {
