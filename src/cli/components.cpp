@@ -4,25 +4,12 @@
 
 #include "common/tool_error.h"
 #include "import/qm_filter_hpgl.h"
-#include "platform/com_object.h"
+#include "server/class_factory.h"
 
 namespace qm::cli {
 
-namespace {
-
-class FilterFactory final : public ComObject<IClassFactory> {
-  public:
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid,
-                                             void** object) noexcept override {
-        return CreateQmFilterHPGL(outer, riid, object);
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
-};
-
-}  // namespace
-
 Components::Components() {
-    const auto factory = MakeObject<FilterFactory>();
+    const auto factory = MakeObject<ClassFactory>(&CreateQmFilterHPGL);
     if (!factory) throw std::bad_alloc();
     const HRESULT status =
         SUCCEEDED(host_.Status())
