@@ -55,10 +55,11 @@ void AppendArgument(std::string& line, AsWord value) {
 
 void AppendArgument(std::string& line, AsPairs value) {
     line += " :";
-    for (LONG i = 0; i < value.count; ++i) {
-        AppendArgument(line, value.values[2 * i]);
+    const LONG* pair = value.values;
+    for (LONG i = 0; i < value.count; ++i, pair += 2) {
+        AppendArgument(line, pair[0]);
         line += ',';
-        AppendInteger(line, value.values[2 * i + 1]);
+        AppendInteger(line, pair[1]);
     }
 }
 
