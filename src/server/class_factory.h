@@ -25,6 +25,7 @@ HRESULT MakeComponent(IUnknown* outer, REFIID riid, void** object) noexcept {
     if (!IsEqualGUID(riid, __uuidof(IUnknown))) return CLASS_E_NOAGGREGATION;
     // Owned through its inner IUnknown: a ComPtr to T would count on the outer object.
     return Guarded([&] {
+        // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): Guarded handles it.
         *object = &(new Aggregated<T>(*outer))->Inner();
         return S_OK;
     });

@@ -185,7 +185,9 @@ ComPtr<IQmDocument> TraceHost::MakeDocument() const {
 }
 
 ComPtr<IQmDataObject> MakeDataObject(ComPtr<IUnknown> storage, std::wstring_view storageName) {
-    return MakeObject<MemoryObject>(std::move(storage), storageName);
+    ComPtr<IQmDataObject> object;
+    object.Attach(MakeObject<MemoryObject>(std::move(storage), storageName).Detach());
+    return object;
 }
 
 // --- One import ----------------------------------------------------------------------------------
