@@ -1,7 +1,7 @@
 // One page of the host's document: making its container and drawing block, and finishing it with
 // its layers, pen table and attributes.
 //
-// CreatePage, IsPageEmpty, FinishPage; EndPage and the end of the file share them. Test:
+// CreatePage, CloseBlock, FinishPage; EndPage and the end of the file share them. Test:
 // tests/import/hpgl_reader_test.cpp.
 #pragma once
 

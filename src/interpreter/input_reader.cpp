@@ -140,6 +140,11 @@ void InputReader::CompleteProgressStep() {
 // or starts a record.
 void InputReader::UpdateLimit() {
     limit_ = end_;
+    if (aborted) {
+        // Buffered bytes must not be taken without a look at the flag.
+        limit_ = cursor_;
+        return;
+    }
     if (progressPercent_ < kLastPercent) {
         // One below the cursor when every read completes a step: so a byte that is pushed back and
         // read again completes one too.

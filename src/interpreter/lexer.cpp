@@ -87,7 +87,8 @@ Scan ScanReal(LookAhead& look, double& result) {
     return Scan::kNumber;
 }
 
-double ReadFraction(InputReader& input, double value) {
+// False when an abort cut off further digits.
+bool ReadFraction(InputReader& input, double& value) {
     double factor = 1.0;
     std::uint8_t c = input.GetCooked();
     while (IsDigit(c) && !input.Over()) {
@@ -96,11 +97,11 @@ double ReadFraction(InputReader& input, double value) {
         c = input.GetCooked();
     }
     input.UngetChar();
-    return value;
+    return !IsDigit(c);
 }
 
-// The byte-wise reader of reals. An aborted input repeats one byte for ever; were it a digit, a
-// list of numbers would never end.
+// The byte-wise reader of reals. Nothing is a number once the input is aborted: neither the digits
+// that the abort cut off from the rest, nor the byte that an ended input repeats for ever.
 bool ReadReal(InputReader& input, double& result) {
     SkipSeparators(input);
     if (input.aborted) return false;
@@ -117,11 +118,12 @@ bool ReadReal(InputReader& input, double& result) {
         digits = digits * 10 + (c - static_cast<std::uint32_t>('0'));
         c = input.GetCooked();
     }
+    if (IsDigit(c)) return false;
     double value = FromDigits(digits);
-    if (c == '.') {
-        value = ReadFraction(input, value);
-    } else {
+    if (c != '.') {
         input.UngetChar();
+    } else if (!ReadFraction(input, value)) {
+        return false;
     }
     result = WithSign(value, negative);
     return true;
@@ -144,6 +146,7 @@ bool ReadInteger(InputReader& input, std::int32_t& value) {
         digits = digits * 10 + (c - static_cast<std::uint32_t>('0'));
         c = input.GetCooked();
     }
+    if (IsDigit(c)) return false;
     input.UngetChar();
     value = static_cast<std::int32_t>(negative ? 0U - digits : digits);
     return true;

@@ -113,6 +113,24 @@ TEST(Lexer, AnAbortEndsAListOfNumbers) {
     }
 }
 
+TEST(Lexer, AnAbortNeverDrawsWhatThePlotDoesNotSay) {
+    std::string plot = "SP1;PD";
+    for (int i = 100; i < 500; ++i) plot += std::to_string(i) + ",-" + std::to_string(i) + ".75,";
+    PlotReader whole(plot);
+    whole.Interpret();
+    for (std::int32_t percent = 1; percent < 100; ++percent) {
+        PlotReader reader(plot);
+        reader.abortAt = percent;
+        reader.Interpret();
+        EXPECT_EQ(reader.progress.back(), percent);
+        ASSERT_LT(reader.lines.size(), whole.lines.size());
+        const std::vector<std::string> drawn(
+            whole.lines.begin(),
+            whole.lines.begin() + static_cast<std::ptrdiff_t>(reader.lines.size()));
+        EXPECT_EQ(reader.lines, drawn) << percent;
+    }
+}
+
 TEST(Lexer, MissingParametersLeaveTheirSlots) {
     PlotReader reader("1,2,3;4;");
     EXPECT_EQ(reader.GetParams(3), 3);

@@ -1,4 +1,4 @@
-// PlotReader: an interpreter over a plot in memory whose operations go nowhere, for tests of
+// PlotReader: an interpreter over a plot in memory whose operations are only listed, for tests of
 // reading itself.
 #pragma once
 
@@ -22,7 +22,8 @@ class PlotReader : public OperationRecorder {
                   done += count;
                   return count;
               },
-              static_cast<std::uint32_t>(plot.size()), [](std::string_view) {}) {}
+              static_cast<std::uint32_t>(plot.size()),
+              [this](std::string_view line) { lines.emplace_back(line); }) {}
 
     int ReportProgress(std::int32_t percent) override {
         progress.push_back(percent);
@@ -36,6 +37,7 @@ class PlotReader : public OperationRecorder {
         return bytes;
     }
 
+    std::vector<std::string> lines;
     std::vector<std::int32_t> progress;
     std::int32_t abortAt = 1000;
 };
