@@ -23,12 +23,12 @@ HRESULT MakeComponent(IUnknown* outer, REFIID riid, void** object) noexcept {
         return made ? made->QueryInterface(riid, object) : E_OUTOFMEMORY;
     }
     if (!IsEqualGUID(riid, __uuidof(IUnknown))) return CLASS_E_NOAGGREGATION;
-    // Owned through its inner IUnknown: a ComPtr to T would count on the outer object.
-    return Guarded([&] {
-        // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): Guarded handles it.
-        *object = &(new Aggregated<T>(*outer))->Inner();
-        return S_OK;
-    });
+    // Its one reference goes to the outer object as the inner IUnknown. A ComPtr that let go of it
+    // would count on the outer object instead.
+    auto* const part = MakeObject<Aggregated<T>>(*outer).Detach();
+    if (part == nullptr) return E_OUTOFMEMORY;
+    *object = &part->Inner();
+    return S_OK;
 }
 
 class ClassFactory final : public ComObject<IClassFactory> {
