@@ -70,6 +70,7 @@ void Convert(const std::string& input, const std::string& output, const Conversi
     };
     if (format.manyPages) {
         std::vector<PageSource> all;
+        all.reserve(pages.size());
         for (const NumberedPage& page : pages) all.push_back(SourceOf(page.page));
         write(output, all);
     } else {

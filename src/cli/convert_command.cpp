@@ -57,8 +57,12 @@ std::vector<Job> JobsInto(const ConvertOptions& options) {
         output.append(".").append(options.ending);
         const auto [other, isNew] = inputOf.emplace(output, input);
         if (!isNew) {
-            throw ToolError(input + ": would be written to " + output + ", as " + other->second +
-                            "; convert one of them to another folder");
+            throw ToolError(std::string(input)
+                                .append(": would be written to ")
+                                .append(output)
+                                .append(", as ")
+                                .append(other->second)
+                                .append("; convert one of them to another folder"));
         }
         jobs.push_back({input, output});
     }

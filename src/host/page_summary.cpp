@@ -131,8 +131,10 @@ Extent ArcExtent(const ArcShape& arc) {
     const double to = std::max<double>(arc.start, end);
     add(from);
     add(to);
-    for (double degrees = std::ceil(from / 90.0) * 90.0; degrees < to; degrees += 90.0) {
-        add(degrees);
+    const double firstQuarter = std::ceil(from / 90.0);
+    for (int quarter = 0; quarter < 4; ++quarter) {
+        const double degrees = (firstQuarter + quarter) * 90.0;
+        if (degrees < to) add(degrees);
     }
     return box;
 }

@@ -113,6 +113,16 @@ void QuarterNibbles(const BitmapTarget& target, const RowBand& band, bool revers
     }
 }
 
+// One byte, or three with red and blue exchanged.
+template <std::size_t kBytes>
+void CopyPixel(const Byte* from, Byte* to) {
+    to[0] = from[kBytes - 1];
+    if (kBytes == 3) {
+        to[1] = from[1];
+        to[2] = from[0];
+    }
+}
+
 // Whole bytes a pixel (`kBytes` 1, or 3 with red and blue exchanged), quarter turn. Quirk: 270
 // degrees is the mapping of 90 without the last column, whose stored row stays zero.
 template <std::size_t kBytes>
@@ -127,11 +137,7 @@ void QuarterPixels(const BitmapTarget& target, const RowBand& band, std::int64_t
                 Byte* to = target.rows + static_cast<std::size_t>(x) * stride +
                            static_cast<std::size_t>(band.first + top) * kBytes;
                 for (std::int64_t y = top; y < bottom; ++y, from += band.stride, to += kBytes) {
-                    to[0] = from[kBytes - 1];
-                    if (kBytes == 3) {
-                        to[1] = from[1];
-                        to[2] = from[0];
-                    }
+                    CopyPixel<kBytes>(from, to);
                 }
             }
         }

@@ -67,9 +67,11 @@ EscapeList AllEscapes() { return {kEscapes, sizeof(kEscapes) / sizeof(kEscapes[0
 EscapeHandler FindEscapeHandler(std::uint8_t intro, std::uint8_t group, std::uint8_t letter) {
     bool named = false;
     for (const Escape& escape : kEscapes) {
-        if (escape.group[0] != intro || escape.group[1] != group) continue;
+        const auto first = static_cast<std::uint8_t>(escape.group[0]);
+        const auto second = static_cast<std::uint8_t>(escape.group[1]);
+        if (first != intro || second != group) continue;
         named = true;
-        if (escape.letter == letter) return escape.handler;
+        if (static_cast<std::uint8_t>(escape.letter) == letter) return escape.handler;
     }
     return !named && letter == 'W' ? escapes::SkipData : escapes::Ignore;
 }

@@ -2,9 +2,7 @@
 #include "interpreter/hpgl_read.h"
 #include "raster/escape_table.h"
 
-namespace qm {
-
-namespace escapes {
+namespace qm::escapes {
 
 // ESC*l#O: one field with MC; later vectors see it too.
 void MergeMode(HPGLRead& reader, EscapeValue value) {
@@ -27,5 +25,4 @@ void PrinterReset(HPGLRead& reader) {
     raster.currentRow = 0;
 }
 
-}  // namespace escapes
-}  // namespace qm
+}  // namespace qm::escapes
