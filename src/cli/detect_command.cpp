@@ -11,8 +11,8 @@
 #include "cli/standard_output.h"
 #include "common/tool_error.h"
 #include "host/document_node.h"
+#include "platform/status_name.h"
 #include "platform/text.h"
-#include "trace/host_log.h"
 
 namespace qm::cli {
 

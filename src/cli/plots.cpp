@@ -3,8 +3,8 @@
 #include "cli/interruption.h"
 #include "common/tool_error.h"
 #include "host/data_object.h"
+#include "platform/status_name.h"
 #include "platform/text.h"
-#include "trace/host_log.h"
 
 namespace qm::cli {
 

@@ -19,6 +19,7 @@
 #include "host/data_object.h"
 #include "host/layers.h"
 #include "host/pen_table.h"
+#include "platform/status_name.h"
 #include "platform/text.h"
 
 namespace qm {
@@ -37,27 +38,6 @@ class ReplaySettings final : public ComObject<IQmAttributes> {
   private:
     AttributeMap values_;
 };
-
-std::string StatusName(HRESULT status) {
-    static constexpr std::pair<HRESULT, const char*> kNames[] = {
-        {S_FALSE, "S_FALSE"},
-        {E_ABORT, "E_ABORT"},
-        {E_FAIL, "E_FAIL"},
-        {E_INVALIDARG, "E_INVALIDARG"},
-        {E_NOINTERFACE, "E_NOINTERFACE"},
-        {E_NOTIMPL, "E_NOTIMPL"},
-        {E_OUTOFMEMORY, "E_OUTOFMEMORY"},
-        {E_POINTER, "E_POINTER"},
-        {STG_E_MEDIUMFULL, "STG_E_MEDIUMFULL"},
-        {STG_E_WRITEFAULT, "STG_E_WRITEFAULT"},
-    };
-    for (const auto& [value, name] : kNames) {
-        if (value == status) return name;
-    }
-    char text[11];
-    std::snprintf(text, sizeof(text), "0x%08X", static_cast<unsigned>(status));
-    return text;
-}
 
 // An object of the walk, from its creation to its `end`.
 struct Sink {

@@ -83,25 +83,4 @@ std::string_view HostLog::NameOf(IUnknown* object) const {
     return found == names_.end() ? "?" : std::string_view(found->second);
 }
 
-std::string StatusName(HRESULT status) {
-    static constexpr std::pair<HRESULT, const char*> kNames[] = {
-        {S_OK, "S_OK"},
-        {S_FALSE, "S_FALSE"},
-        {E_ABORT, "E_ABORT"},
-        {E_FAIL, "E_FAIL"},
-        {E_INVALIDARG, "E_INVALIDARG"},
-        {E_NOINTERFACE, "E_NOINTERFACE"},
-        {E_NOTIMPL, "E_NOTIMPL"},
-        {E_OUTOFMEMORY, "E_OUTOFMEMORY"},
-        {E_POINTER, "E_POINTER"},
-        {E_UNEXPECTED, "E_UNEXPECTED"},
-    };
-    for (const auto& [value, name] : kNames) {
-        if (value == status) return name;
-    }
-    std::string text;
-    AppendHexNumber(text, static_cast<std::uint32_t>(status), 8);
-    return text;
-}
-
 }  // namespace qm

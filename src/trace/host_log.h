@@ -124,7 +124,4 @@ class TracedObject : public ComObject<Interfaces...> {
     std::string name_;
 };
 
-// "S_OK", "E_FAIL", "E_ABORT", ...; any other status as 0x and eight digits.
-std::string StatusName(HRESULT status);
-
 }  // namespace qm

@@ -9,6 +9,7 @@
 #include "import/qm_filter_hpgl.h"
 #include "platform/bstr.h"
 #include "platform/prog_id.h"
+#include "platform/status_name.h"
 #include "platform/variant.h"
 #include "trace/host_objects.h"
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "platform/prog_id.h"
+#include "platform/status_name.h"
 
 namespace qm {
 namespace {
