@@ -6,7 +6,7 @@
 namespace qm {
 
 struct JobState {
-    std::int32_t jobResolution = 300;  // dots per inch, never 0
+    std::int32_t jobResolution = 300;  // dots per inch as given, even negative; never 0
     bool jobLanguagePCL = false;
     bool jobLanguageHPGL = false;
 };

@@ -11,9 +11,9 @@ PolygonBuffer::PolygonBuffer() { vertices.reserve(kCapacity + 1); }
 
 void PolygonBuffer::Append(PointD point, bool drawn) {
     if (vertices.size() >= kCapacity) return;
-    if (drawn && !startPending_) {
+    if (drawn && !startFixed_) {
         startPoint = point;
-        startPending_ = true;
+        startFixed_ = true;
     }
     vertices.push_back({point, subPolygonNumber, drawn});
 }
@@ -24,7 +24,7 @@ void PolygonBuffer::Start(PointD pen) {
         vertices.assign(1, {pen, 0, true});
         startPoint = pen;
     }
-    startPending_ = true;
+    startFixed_ = true;
 }
 
 void PolygonBuffer::Close(bool penDown) {
@@ -32,7 +32,7 @@ void PolygonBuffer::Close(bool penDown) {
         vertices.push_back({startPoint, subPolygonNumber, penDown});
     }
     mode = false;
-    startPending_ = false;
+    startFixed_ = false;
 }
 
 void PolygonBuffer::Clear() {

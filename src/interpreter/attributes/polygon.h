@@ -43,7 +43,7 @@ class PolygonBuffer {
     std::vector<PolygonVertex> vertices;
 
   private:
-    bool startPending_ = false;  // the start point is fixed
+    bool startFixed_ = false;  // the start point is fixed
 };
 
 // Ends the current sub-polygon and begins the next at the pen position (PM1; a circle does it on
