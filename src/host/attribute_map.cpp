@@ -1,6 +1,7 @@
 #include "host/attribute_map.h"
 
 #include <algorithm>
+
 #include "platform/com_object.h"
 
 namespace qm {
