@@ -26,7 +26,7 @@ if(QM_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 if(QM_FUZZ)
-    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow -fno-sanitize-recover=all)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
