@@ -39,6 +39,11 @@ class ReplaySettings final : public ComObject<IQmAttributes> {
     AttributeMap values_;
 };
 
+// A line's syntax, for messages.
+std::string Usage(const std::string& name, std::string_view arguments) {
+    return arguments.empty() ? name : name + ' ' + std::string(arguments);
+}
+
 // An object of the walk, from its creation to its `end`.
 struct Sink {
     ComPtr<IUnknown> object;  // null: the structure refused it
@@ -89,6 +94,7 @@ class Replay {
     void OpenDocument();
     void PutAttribute(IQmAttributes& object, const Bstr& name, const Variant& value);
     IQmSaveStructure& Structure();
+    IQmSaveStructure& FreeStructure();
     Variant AttributeValue(std::string_view name, Arguments& arguments);
     void Report(std::string_view call, HRESULT status);
 
@@ -125,7 +131,7 @@ void Replay::Run(const ScriptLine& line) {
     for (const Keyword& keyword : Keywords()) {
         if (keyword.name != name) continue;
         if (!keyword.setsUp) OpenDocument();
-        const std::string usage = name + " " + std::string(keyword.arguments);
+        const std::string usage = Usage(name, keyword.arguments);
         Arguments arguments(line, usage);
         (this->*keyword.handler)(arguments);
         arguments.End();
@@ -178,12 +184,21 @@ void Replay::OpenDocument() {
     sinks_.push_back(std::move(root));
 }
 
-// The structure that a line is for. An object it refused just before is done with.
+// The innermost structure, also while one of its sinks is open: sinks hold no objects, so it is
+// then the one below. An object it refused just before is done with.
 IQmSaveStructure& Replay::Structure() {
     if (!sinks_.back().object) sinks_.pop_back();
+    auto innermost = sinks_.rbegin();
+    if (innermost->kind != SinkKind::kStructure) ++innermost;
+    return *static_cast<IQmSaveStructure*>(innermost->object.Get());
+}
+
+// The innermost structure, which can make an object as no sink is open.
+IQmSaveStructure& Replay::FreeStructure() {
+    IQmSaveStructure& structure = Structure();
     if (sinks_.back().kind != SinkKind::kStructure)
         throw ScriptError("the sink of the last object is still open, an end is missing");
-    return *static_cast<IQmSaveStructure*>(sinks_.back().object.Get());
+    return structure;
 }
 
 Variant Replay::AttributeValue(std::string_view name, Arguments& arguments) {
@@ -205,7 +220,7 @@ void Replay::Object(Arguments& arguments) {
     const LONG type = arguments.Integer();
     const LONG index = arguments.Left() > 0 ? arguments.Integer() : 0;
     Sink sink;
-    Report("CreateObject", Structure().CreateObject(type, index, sink.object.Put()));
+    Report("CreateObject", FreeStructure().CreateObject(type, index, sink.object.Put()));
     if (sink.object) sink.kind = KindOf(sink.object);
     sinks_.push_back(std::move(sink));
 }
@@ -235,7 +250,7 @@ void Replay::Call(const ScriptLine& line) {
     if (call == nullptr)
         throw ScriptError(IsCall(name) ? "the open object has no " + name
                                        : "no such call: " + name);
-    const std::string usage = name + " " + std::string(call->arguments);
+    const std::string usage = Usage(name, call->arguments);
     Arguments arguments(line, usage);
     Report(name, call->invoke(sink.object.Get(), arguments));
 }

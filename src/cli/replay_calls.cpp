@@ -58,6 +58,14 @@ HRESULT Plain(IUnknown* sink, Arguments& arguments) {
     return CallPlain(Method, sink, arguments);
 }
 
+// A method without parameters in the place of one that hosts give some: a script may write them,
+// they are not read.
+template <auto Method>
+HRESULT Bare(IUnknown* sink, Arguments& arguments) {
+    arguments.Skip();
+    return CallPlain(Method, sink, arguments);
+}
+
 // ---------------------------------------------------------------- Methods with arrays and objects
 
 // Bytes of `rows` rows of `rowBytes`, 0 for negative counts.
@@ -199,48 +207,48 @@ constexpr ScriptCall kSharedVectorCalls[] = {
     {"AppendPolyPolygon",      "RINGS FILLED COUNT ... : X,Y ...", AppendPolyPolygon<I, N>},
     {"AppendBezier",           "COUNT : X,Y ...",                  AppendBezier<I, N>},
     {"AppendDrawMode",         "MODE",                             Plain<&I::AppendDrawMode>},
-    {"StartClipRegion",        "",                                 Plain<&I::StartClipRegion>},
-    {"AppendClipRegion",       "",                                 Plain<&I::AppendClipRegion>},
-    {"EndClipRegion",          "",                                 Plain<&I::EndClipRegion>},
-    {"AppendTextElement",      "",                                 Plain<&I::AppendTextElement>},
-    {"AppendDib",              "",                                 Plain<&I::AppendDib>},
+    {"StartClipRegion",        "...",                              Bare<&I::StartClipRegion>},
+    {"AppendClipRegion",       "...",                              Bare<&I::AppendClipRegion>},
+    {"EndClipRegion",          "...",                              Bare<&I::EndClipRegion>},
+    {"AppendTextElement",      "...",                              Bare<&I::AppendTextElement>},
+    {"AppendDib",              "...",                              Bare<&I::AppendDib>},
     {"AppendLogFont",          "HEIGHT ESCAPEMENT \"FACE\"",       AppendLogFont<I>},
     {"AppendText",             "X Y \"TEXT\"",                     Plain<&I::AppendText>},
     {"AppendLineWeight",       "WEIGHT",                           Plain<&I::AppendLineWeight>},
-    {"AppendLineAttributes",   "",                                 Plain<&I::AppendLineAttributes>},
-    {"AppendLineDash",         "",                                 Plain<&I::AppendLineDash>},
-    {"AppendMarkupObject",     "",                                 Plain<&I::AppendMarkupObject>},
-    {"AppendSubBlock",         "",                                 Plain<&I::AppendSubBlock>},
-    {"AppendSubBlockEnd",      "",                                 Plain<&I::AppendSubBlockEnd>},
-    {"AppendSubBlockAttribute","",                                 Plain<&I::AppendSubBlockAttribute>},
-    {"AppendSubBlockExtraData","",                                 Plain<&I::AppendSubBlockExtraData>},
+    {"AppendLineAttributes",   "...",                              Bare<&I::AppendLineAttributes>},
+    {"AppendLineDash",         "...",                              Bare<&I::AppendLineDash>},
+    {"AppendMarkupObject",     "...",                              Bare<&I::AppendMarkupObject>},
+    {"AppendSubBlock",         "...",                              Bare<&I::AppendSubBlock>},
+    {"AppendSubBlockEnd",      "...",                              Bare<&I::AppendSubBlockEnd>},
+    {"AppendSubBlockAttribute","...",                              Bare<&I::AppendSubBlockAttribute>},
+    {"AppendSubBlockExtraData","...",                              Bare<&I::AppendSubBlockExtraData>},
     {"DefineFillPattern",      "INDEX WIDTH HEIGHT HEX",           DefineFillPattern<I>},
     {"AppendFillStyle",        "STYLE INDEX",                      Plain<&I::AppendFillStyle>},
-    {"AppendEntity",           "",                                 Plain<&I::AppendEntity>},
+    {"AppendEntity",           "...",                              Bare<&I::AppendEntity>},
     {"GetInterfaceVersion",    "",                                 GetInterfaceVersion<I>},
-    {"AppendVectorTextStart",  "",                                 Plain<&I::AppendVectorTextStart>},
-    {"AppendVectorTextEnd",    "",                                 Plain<&I::AppendVectorTextEnd>},
+    {"AppendVectorTextStart",  "...",                              Bare<&I::AppendVectorTextStart>},
+    {"AppendVectorTextEnd",    "...",                              Bare<&I::AppendVectorTextEnd>},
 };
 
 constexpr ScriptCall kVectorCalls[] = {
     {"AppendDrawColor1", "RED GREEN BLUE",                      Plain<&IQmSaveVectorData::AppendDrawColor1>},
     {"AppendDrawColor2", "COLOR",                               Plain<&IQmSaveVectorData::AppendDrawColor2>},
-    {"AppendDrawColor3", "",                                    Plain<&IQmSaveVectorData::AppendDrawColor3>},
+    {"AppendDrawColor3", "...",                                 Bare<&IQmSaveVectorData::AppendDrawColor3>},
     {"AppendFillColor1", "RED GREEN BLUE",                      Plain<&IQmSaveVectorData::AppendFillColor1>},
     {"AppendFillColor2", "COLOR",                               Plain<&IQmSaveVectorData::AppendFillColor2>},
     {"AppendFillColor3", "",                                    Plain<&IQmSaveVectorData::AppendFillColor3>},
-    {"AppendArc1",       "",                                    Plain<&IQmSaveVectorData::AppendArc1>},
-    {"AppendArc2",       "",                                    Plain<&IQmSaveVectorData::AppendArc2>},
+    {"AppendArc1",       "...",                                 Bare<&IQmSaveVectorData::AppendArc1>},
+    {"AppendArc2",       "...",                                 Bare<&IQmSaveVectorData::AppendArc2>},
     {"AppendArc3",       "CX CY RX RY ROTATION START SPAN",     Plain<&IQmSaveVectorData::AppendArc3>},
 };
 
 constexpr ScriptCall kVectorRealCalls[] = {
     {"AppendDrawColor",     "RED GREEN BLUE",                  Plain<&IQmSaveVectorDataD::AppendDrawColor>},
-    {"AppendDrawColorBack", "",                                Plain<&IQmSaveVectorDataD::AppendDrawColorBack>},
+    {"AppendDrawColorBack", "...",                             Bare<&IQmSaveVectorDataD::AppendDrawColorBack>},
     {"AppendFillColor",     "RED GREEN BLUE",                  Plain<&IQmSaveVectorDataD::AppendFillColor>},
     {"AppendFillColorBack", "",                                Plain<&IQmSaveVectorDataD::AppendFillColorBack>},
     {"AppendArc",           "CX CY RX RY ROTATION START SPAN", Plain<&IQmSaveVectorDataD::AppendArc>},
-    {"AppendMeta",          "",                                Plain<&IQmSaveVectorDataD::AppendMeta>},
+    {"AppendMeta",          "...",                             Bare<&IQmSaveVectorDataD::AppendMeta>},
 };
 
 constexpr ScriptCall kRasterCalls[] = {

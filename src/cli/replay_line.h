@@ -3,8 +3,8 @@
 //   ParseLine("AppendText 10 20 \"a \\\"b\\\"\"  # label", 3)  ->  AppendText, 10, 20, "a "b""
 //
 // Values are separated by blanks; '#' outside quotes starts a comment. A quoted string is UTF-8
-// with
-// \", \\ and \xHH (the character of that number). Anything that does not fit throws ScriptError.
+// with \", \\ and \xHH (the character of that number). Anything that does not fit throws
+// ScriptError.
 // Test: tests/export/replay_test.cpp; the syntax for users: docs/replay.md.
 #pragma once
 
@@ -51,6 +51,8 @@ class Arguments {
     std::size_t Left() const noexcept { return values_.size() - next_; }
     // Values are left over: throws.
     void End() const;
+    // Takes the values that are left, whatever they are.
+    void Skip() noexcept { next_ = values_.size(); }
 
     // Decimal, or 0x and up to eight digits.
     LONG Integer();

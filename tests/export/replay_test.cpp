@@ -14,6 +14,9 @@ TEST(ReplayScript, LinesAndValues) {
               expected);
     // A last line without an end, and a sink without one.
     EXPECT_EQ(Exported("object 1203 7\nAppendPen 1").bytes, "BPINSP1;TR0;\r\nLT0;\r\nPU;PG;");
+    // Attributes are the structure's while a sink is open; some methods take whatever a host gives.
+    EXPECT_EQ(VectorText("attribute NodeID\nAppendDib 1 : 2,3 \"x\"\nAppendLine 0 0 1 1"),
+              "\r\nPG;\r\nPU0,0PD1,1;\r\n");
     // The end of the document's structure does not end the document.
     EXPECT_EQ(Exported("end\nEndObject\nattribute NodeID").bytes,
               "BPINSP1;TR0;\r\n\r\nPG;\r\nPU;PG;");
@@ -29,6 +32,7 @@ TEST(ReplayScript, UnreadableScriptsSayWhere) {
         {"\n\nAppendPen 1", "3: the open object has no AppendPen"},
         {"object 1206\nAppendArc3 0 0 1 1 0 0 0", "2: the open object has no AppendArc3"},
         {sink + "object 1203", "2: the sink of the last object is still open, an end is missing"},
+        {sink + "end 1", "2: end: the end of the line expected, \"1\" found"},
         {"object 1204\nfrob", "2: no such call: frob"},
         {sink + "AppendPen", "2: AppendPen NUMBER: a 32-bit integer expected, the line ends"},
         {sink + "AppendPen 1 2", "2: AppendPen NUMBER: the end of the line expected, \"2\" found"},
