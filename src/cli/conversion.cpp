@@ -24,7 +24,7 @@ struct NumberedPage {
 };
 
 std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string& input,
-                                       const ConversionOptions& options,
+                                       const ConversionOptions& options, bool picturesStay,
                                        const ConversionReports& reports) {
     const std::size_t count = plot.pages.size();
     const auto only = static_cast<std::size_t>(options.page);
@@ -36,12 +36,16 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
     for (std::size_t number = 1; number <= count; ++number) {
         if (only != 0 && number != only) continue;
         const PlotPage& page = plot.pages[number - 1];
-        if (Summarise(page.Drawing()).extent.empty) {
-            reports.note(input + ": page " + std::to_string(number) +
-                         " shows nothing and is not written");
-        } else {
-            pages.push_back({number, page});
+        const PageSummary summary = Summarise(page.Drawing());
+        const std::string name = input + ": page " + std::to_string(number);
+        if (summary.extent.empty) {
+            reports.note(name + " shows nothing and is not written");
+            continue;
         }
+        if (summary.pictures > 0 && !picturesStay) {
+            reports.note(name + " has pictures, which HP-GL/2 does not hold; --rtl keeps them");
+        }
+        pages.push_back({number, page});
     }
     if (count == 0) reports.note(input + ": draws nothing, nothing is written");
     return pages;
@@ -57,26 +61,27 @@ void Convert(const std::string& input, const std::string& output, const Conversi
         reports.progress(percent);
         return true;
     });
-    const auto pages = PagesToWrite(plot, file.Name(), options, reports);
+    const bool picturesStay = format.holdsPictures || options.write.plot.rtl;
+    const auto pages = PagesToWrite(plot, file.Name(), options, picturesStay, reports);
     if (pages.empty()) return;
 
     // No file gets its name before the last one is complete.
     std::vector<std::unique_ptr<OutputFile>> files;
-    const auto write = [&](const std::string& path, const std::vector<PageSource>& content) {
+    const auto write = [&](const std::string& path, const std::vector<PlotPage>& content) {
         ThrowIfInterrupted();
         files.push_back(std::make_unique<OutputFile>(path));
         format.write(content, options.write, *files.back());
         files.back()->Finish();
     };
     if (format.manyPages) {
-        std::vector<PageSource> all;
+        std::vector<PlotPage> all;
         all.reserve(pages.size());
-        for (const NumberedPage& page : pages) all.push_back(SourceOf(page.page));
+        for (const NumberedPage& page : pages) all.push_back(page.page);
         write(output, all);
     } else {
         const bool one = options.page != 0 || plot.pages.size() == 1;
         for (const NumberedPage& page : pages) {
-            write(one ? output : NumberedName(output, page.number), {SourceOf(page.page)});
+            write(one ? output : NumberedName(output, page.number), {page.page});
         }
     }
     for (const auto& written : files) written->Commit();

@@ -10,7 +10,7 @@ namespace qm::cli {
 
 struct ConversionOptions {
     int page = 0;  // 0: all pages, else the only one, from 1
-    PageOptions write;
+    WriteOptions write;
 };
 
 // What a conversion says besides failing; called on the converting thread.

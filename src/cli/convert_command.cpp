@@ -157,9 +157,19 @@ void AddConvertCommand(CLI::App& app, Action& action) {
     command->add_option("--page", options->conversion.page, "Only this page, from 1")
         ->check(CLI::Range(1, kMaxPage))
         ->type_name("N");
-    command->add_option("--dpi", options->conversion.write.dpi, "Dots per inch of png")
+    WriteOptions& write = options->conversion.write;
+    command
+        ->add_option_function<double>(
+            "--dpi", [&write](double dpi) { write.page.dpi = write.plot.rtlDpi = dpi; },
+            "Dots per inch of png (150 if not given) and of plt with --rtl (300)")
         ->check(CLI::Range(kMinDpi, kMaxDpi))
         ->type_name("N");
+    auto* rtl = command->add_flag("--rtl", write.plot.rtl,
+                                  "plt: HP-RTL, each page as a picture, instead of HP-GL/2");
+    command->add_option("--bits", write.plot.bits, "plt with --rtl: bits of a dot, 24 if not given")
+        ->check(CLI::IsMember({1, 8, 24}))
+        ->type_name("1|8|24")
+        ->needs(rtl);
     command->callback([=, &action] { action = [=] { return RunConvert(*options); }; });
 }
 

@@ -8,17 +8,27 @@ namespace qm::cli {
 
 namespace {
 
-using Pages = std::vector<PageSource>;
+using Pages = std::vector<PlotPage>;
+
+void WriteAllAsPdf(const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+    std::vector<PageSource> sources;
+    for (const PlotPage& page : pages) sources.push_back(SourceOf(page));
+    WritePdf(sources, options.page, sink);
+}
 
 constexpr OutputFormat kFormats[] = {
-    {"svg", false,
-     [](const Pages& pages, const PageOptions& options, OutputSink& sink) {
-         WriteSvg(pages.front(), options, sink);
+    {"svg", false, true,
+     [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+         WriteSvg(SourceOf(pages.front()), options.page, sink);
      }},
-    {"pdf", true, WritePdf},
-    {"png", false,
-     [](const Pages& pages, const PageOptions& options, OutputSink& sink) {
-         WritePng(pages.front(), options, sink);
+    {"pdf", true, true, WriteAllAsPdf},
+    {"png", false, true,
+     [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+         WritePng(SourceOf(pages.front()), options.page, sink);
+     }},
+    {"plt", true, false,
+     [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+         WritePlot(pages, options.page, options.plot, sink);
      }},
 };
 

@@ -5,22 +5,29 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/plot_writer.h"
 #include "render/page_writers.h"
 
 namespace qm::cli {
 
+struct WriteOptions {
+    PageOptions page;
+    PlotOptions plot;
+};
+
 struct OutputFormat {
     std::string_view ending;  // lower case, without dot
     bool manyPages;           // one file holds all pages
+    bool holdsPictures;       // else only when pages are written as pictures (PlotOptions::rtl)
     // Writes `pages` (exactly one unless manyPages). Throws ToolError.
-    void (*write)(const std::vector<PageSource>& pages, const PageOptions& options,
+    void (*write)(const std::vector<PlotPage>& pages, const WriteOptions& options,
                   OutputSink& sink);
 };
 
 // By the ending of `path`, ignoring the case of A to Z. Throws ToolError for an ending nobody
 // writes.
 const OutputFormat& FormatFor(const std::string& path);
-// ".svg .pdf .png", for messages.
+// ".svg .pdf .png .plt", for messages.
 std::string WritableEndings();
 
 }  // namespace qm::cli

@@ -1,0 +1,56 @@
+#include "cli/plot_writer.h"
+
+#include <algorithm>
+#include <new>
+#include <string>
+
+#include "cli/sink_stream.h"
+#include "common/numbers.h"
+#include "common/tool_error.h"
+#include "export/save_filter.h"
+#include "host/data_object.h"
+#include "host/document_walker.h"
+#include "render/page_bitmap.h"
+#include "trace/host_log.h"
+
+namespace qm::cli {
+
+namespace {
+
+ComPtr<IQmFilterSave> MakeSaveFilter(bool rtl) {
+    ComPtr<IQmFilterSave> filter;
+    if (rtl) {
+        filter.Attach(MakeObject<CQmFilterSaveHPRTL>().Detach());
+    } else {
+        filter.Attach(MakeObject<CQmFilterSaveHPGL>().Detach());
+    }
+    if (!filter) throw std::bad_alloc();
+    return filter;
+}
+
+// The picture has a whole number of dots per inch in the file, so it is drawn with one.
+PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
+    const int dpi = std::max(1, RoundToInt32(options.rtlDpi));
+    page.dpi = dpi;
+    return [page, dpi, bits = options.bits](const PlotPage& source) {
+        return PageBitmap{DrawBitmap(SourceOf(source), page, bits), dpi};
+    };
+}
+
+}  // namespace
+
+void WritePlot(const std::vector<PlotPage>& pages, const PageOptions& page,
+               const PlotOptions& options, OutputSink& sink) {
+    const auto filter = MakeSaveFilter(options.rtl);
+    const auto stream = MakeObject<SinkStream>(sink);
+    const auto target = MakeObject<DataObject>(ComPtr<IStream>(stream.Get()), std::wstring());
+    if (!stream || !target) throw std::bad_alloc();
+    const HRESULT status = SaveDocument(*filter.Get(), target.Get(), nullptr, pages,
+                                        options.rtl ? DrawerOf(page, options) : PageDrawer());
+    stream->ThrowFailure();
+    if (status == E_OUTOFMEMORY) throw std::bad_alloc();
+    if (FAILED(status))
+        throw ToolError("the plot cannot be saved: " + std::string(StatusName(status)));
+}
+
+}  // namespace qm::cli
