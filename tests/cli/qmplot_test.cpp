@@ -118,6 +118,9 @@ const Case kCases[] = {
     {"ConvertMissingPage", "convert pages.plt a.svg --page 4", 2, "", "pages.plt: has no page 4"},
     {"ConvertDiskFull", "convert a.plt full.svg", 2, "", "No space left"},
     {"ConvertSameName", "convert -o . a.plt ./a.plt", 2, "", "./a.plt: would be written to"},
+    {"ConvertOddDepth", "convert a.plt b.plt --rtl --bits 4", 2, "", "--bits"},
+    {"ConvertDepthOfVectors", "convert a.plt b.plt --bits 8", 2, "", "--rtl"},
+    {"ConvertPlotDiskFull", "convert a.plt full.plt", 2, "", "No space left"},
     {"ConvertToWithoutFolder", "convert --to png a.plt a.svg", 2, "", "--to"},
 };
 // clang-format on
@@ -126,7 +129,8 @@ class QmplotCases : public QmplotTest, public testing::WithParamInterface<Case> 
 
 TEST_P(QmplotCases, EndsAsTold) {
     const Case& row = GetParam();
-    fs::create_symlink("/dev/full", folder_ / "full.svg");
+    const std::set<std::string> full = {"full.svg", "full.plt"};
+    for (const std::string& name : full) fs::create_symlink("/dev/full", folder_ / name);
     const Result result = Run(row.arguments);
     EXPECT_EQ(result.status, row.status) << result.err;
     if (row.out != nullptr) {
@@ -137,7 +141,7 @@ TEST_P(QmplotCases, EndsAsTold) {
     } else {
         EXPECT_NE(result.err.find(row.message), std::string::npos) << result.err;
     }
-    EXPECT_EQ(NewNames(), std::set<std::string>{"full.svg"});
+    EXPECT_EQ(NewNames(), full);
 }
 
 INSTANTIATE_TEST_SUITE_P(Qmplot, QmplotCases, testing::ValuesIn(kCases),
@@ -157,6 +161,8 @@ const Conversion kConversions[] = {
     {"PageEach", "convert pages.plt a.SVG", {"a-1.SVG", "a-2.SVG", "a-3.SVG"}},
     {"OnlyOnePage", "convert pages.plt b.png --page 2 --dpi 50", {"b.png"}},
     {"PagesInOneFile", "convert pages.plt a.pdf", {"a.pdf"}},
+    {"Plot", "convert pages.plt b.plt", {"b.plt"}},
+    {"RasterPlot", "convert pages.plt b.plt --rtl --dpi 50 --bits 8", {"b.plt"}},
     {"IntoFolder",
      "convert -o out -j 2 --to svg a.plt pages.plt",
      {"out", "out/a.svg", "out/pages-1.svg", "out/pages-2.svg", "out/pages-3.svg"}},
@@ -177,6 +183,18 @@ TEST_P(QmplotConversions, WriteTheseFiles) {
 
 INSTANTIATE_TEST_SUITE_P(Qmplot, QmplotConversions, testing::ValuesIn(kConversions),
                          [](const auto& test) { return std::string(test.param.name); });
+
+// What is drawn 300 dots an inch becomes a picture of that many, and its plot a plot again.
+TEST_F(QmplotTest, SavedPlotsOpenAgain) {
+    EXPECT_EQ(Run("convert a.plt v.plt").status, 0);
+    EXPECT_EQ(Run("ops v.plt | grep -c ^Line").out, "4\n");
+    EXPECT_EQ(Run("convert a.plt r.plt --rtl --bits 1").status, 0);
+    const Result info = Run("info r.plt");
+    EXPECT_NE(info.out.find("1 bits a dot"), std::string::npos) << info.out;
+    const Result again = Run("convert r.plt w.plt");
+    EXPECT_EQ(again.status, 0);
+    EXPECT_NE(again.err.find("page 1 has pictures"), std::string::npos) << again.err;
+}
 
 TEST_F(QmplotTest, FailedConversionsOfManyLeaveTheOthers) {
     const Result result = Run("convert -o out letter.txt a.plt none.plt");

@@ -1,0 +1,111 @@
+// Pages as bitmaps: the colours that each depth keeps.
+#include "render/page_bitmap.h"
+
+#include <gtest/gtest.h>
+
+#include "common/packed_bitmap.h"
+#include "common/tool_error.h"
+#include "host/display_list.h"
+
+namespace {
+
+using namespace qm;
+
+// A sheet of 64 x `height` dots, a dot a plotter unit, filled as `colourAt(x, y)` says.
+template <typename ColourAt>
+DisplayList Stripes(std::int32_t height, const ColourAt& colourAt) {
+    DisplayList list;
+    for (std::int32_t x = 0; x < 64; ++x) {
+        for (std::int32_t y = 0; y < height; ++y) {
+            list.AppendColour(RecordKind::kFillColour, colourAt(x, y));
+            list.AppendRectangle({{x, y}, {x + 1, y + 1}}, true);
+        }
+    }
+    return list;
+}
+
+class Bitmap {
+  public:
+    Bitmap(const DisplayList& list, int bits) {
+        PageSource page;
+        page.drawing = &list;
+        PageOptions options;
+        options.dpi = 1016.0;
+        options.marginMillimetres = 0.0;
+        bytes_ = DrawBitmap(page, options, bits);
+        view_ = PackedBitmapView::Parse(bytes_.data(), bytes_.size());
+    }
+    const PackedBitmapView& View() const { return view_.value(); }
+    // 0x00BBGGRR of the dot that holds the drawing's point, y up.
+    std::uint32_t At(std::int32_t x, std::int32_t y) const {
+        std::vector<std::uint8_t> rgb(std::size_t{3} * static_cast<std::size_t>(View().Width()));
+        View().RowToRgb(View().Height() - 1 - y, rgb.data());
+        const auto at = 3 * static_cast<std::size_t>(x);
+        return rgb[at] | std::uint32_t{rgb[at + 1]} << 8 | std::uint32_t{rgb[at + 2]} << 16;
+    }
+
+  private:
+    std::vector<std::uint8_t> bytes_;
+    std::optional<PackedBitmapView> view_;
+};
+
+std::uint32_t ManyColours(std::int32_t x, std::int32_t y) {
+    return static_cast<std::uint32_t>(x * 4 + y * 0x1100 + 0x2F0000);
+}
+
+TEST(PageBitmap, DeepDotsKeepEveryColour) {
+    const Bitmap bitmap(Stripes(5, ManyColours), 24);
+    ASSERT_EQ(bitmap.View().Width(), 64);
+    ASSERT_EQ(bitmap.View().Height(), 5);
+    for (const std::int32_t x : {0, 1, 40, 63}) {
+        EXPECT_EQ(bitmap.At(x, 0), ManyColours(x, 0));
+        EXPECT_EQ(bitmap.At(x, 4), ManyColours(x, 4));
+    }
+}
+
+TEST(PageBitmap, ByteDotsKeepFewColoursAndRoundMany) {
+    const Bitmap few(Stripes(4, ManyColours), 8);  // 256 of them
+    EXPECT_EQ(few.View().Bits(), 8);
+    EXPECT_EQ(few.At(0, 0), ManyColours(0, 0));
+    EXPECT_EQ(few.At(63, 3), ManyColours(63, 3));
+    const Bitmap many(Stripes(5, ManyColours), 8);
+    // Multiples of 51, each the nearest: 0x2F is nearer to 0x33 than to 0, 0xFC to 0xFF.
+    EXPECT_EQ(many.At(0, 0), 0x330000U);
+    EXPECT_EQ(many.At(63, 4), 0x3333FFU);
+}
+
+TEST(PageBitmap, OneBitMixesByLightness) {
+    constexpr std::uint32_t kColours[] = {0x000000, 0xFFFFFF, 0x808080, 0x0000FF};
+    const Bitmap bitmap(Stripes(16, [&](std::int32_t x, std::int32_t) { return kColours[x / 16]; }),
+                        1);
+    ASSERT_EQ(bitmap.View().Bits(), 1);
+    int white[4] = {};
+    for (std::int32_t x = 0; x < 64; ++x) {
+        for (std::int32_t y = 0; y < 16; ++y) white[x / 16] += bitmap.At(x, y) == 0xFFFFFF ? 1 : 0;
+    }
+    // Of 256 dots; red is 0.299 light.
+    EXPECT_EQ(white[0], 0);
+    EXPECT_EQ(white[1], 256);
+    EXPECT_EQ(white[2], 128);
+    EXPECT_EQ(white[3], 76);
+}
+
+TEST(PageBitmap, TooLargePagesNameTheResolution) {
+    DisplayList list;
+    list.AppendLine({0, 0}, {1016 * 1000, 0});
+    PageSource page;
+    page.drawing = &list;
+    page.name = "Page 1";
+    PageOptions options;
+    options.dpi = 300.0;
+    try {
+        DrawBitmap(page, options, 1);
+        FAIL() << "drawn";
+    } catch (const ToolError& error) {
+        EXPECT_NE(std::string(error.what()).find("too large for HP-RTL; use 32 dots"),
+                  std::string::npos)
+            << error.what();
+    }
+}
+
+}  // namespace
