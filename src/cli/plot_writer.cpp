@@ -10,8 +10,8 @@
 #include "export/save_filter.h"
 #include "host/data_object.h"
 #include "host/document_walker.h"
+#include "platform/status_name.h"
 #include "render/page_bitmap.h"
-#include "trace/host_log.h"
 
 namespace qm::cli {
 
@@ -49,8 +49,7 @@ void WritePlot(const std::vector<PlotPage>& pages, const PageOptions& page,
                                         options.rtl ? DrawerOf(page, options) : PageDrawer());
     stream->ThrowFailure();
     if (status == E_OUTOFMEMORY) throw std::bad_alloc();
-    if (FAILED(status))
-        throw ToolError("the plot cannot be saved: " + std::string(StatusName(status)));
+    if (FAILED(status)) throw ToolError("the plot cannot be saved: " + StatusName(status));
 }
 
 }  // namespace qm::cli

@@ -4,7 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <iomanip>
+#include <algorithm>
+#include <limits>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -15,20 +16,12 @@
 #include "host/display_list_player.h"
 #include "host/host_classes.h"
 #include "import/qm_filter_hpgl.h"
+#include "server/class_factory.h"
 #include "tests/export/exported.h"
 
 namespace {
 
 using namespace qm;
-
-class ImportFactory final : public ComObject<IClassFactory> {
-  public:
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid,
-                                             void** object) noexcept override {
-        return CreateQmFilterHPGL(outer, riid, object);
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
-};
 
 // What a page shows, a primitive a line, in one way for shapes that are the same picture:
 // rectangles are polygons, points on the spot do not lengthen a path, and the dot that the thinnest
@@ -122,7 +115,7 @@ class DocumentWalkerTest : public testing::Test {
         before_ = LiveObjectCount();
         classes_ = std::make_unique<HostClasses>();
         ASSERT_EQ(classes_->Status(), S_OK);
-        const auto factory = MakeObject<ImportFactory>();
+        const auto factory = MakeObject<ClassFactory>(&CreateQmFilterHPGL);
         ASSERT_EQ(CoRegisterClassObject(CLSID_QmFilterHPGL, factory.Get(), CLSCTX_INPROC_SERVER,
                                         REGCLS_MULTIPLEUSE, &cookie_),
                   S_OK);
