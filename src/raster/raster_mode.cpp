@@ -49,10 +49,9 @@ void TakePenPosition(HPGLRead& reader) {
 void TakePlotSize(HPGLRead& reader) {
     PageState& page = reader.page;
     if (!page.plotSizeGiven || !page.plotLandscape || reader.coordinates.rotation == 0) return;
-    // Dots of the job's resolution, which is the raster's own until an escape changes it.
-    const double offset = page.rasterYOffset;
-    reader.raster.positionB =
-        RoundToInt32(offset * reader.raster.resolution / reader.job.jobResolution);
+    // Quirk: dots of the job's resolution are taken for dots of the raster's, also when an escape
+    // has changed that.
+    reader.raster.positionB = page.rasterYOffset;
     page.plotSizeGiven = false;
 }
 

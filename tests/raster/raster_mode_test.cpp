@@ -156,10 +156,10 @@ TEST(RasterMode, PositionsAndTurns) {
         {"in user units",
          kJob + "IP0,0,100,100;SC0,10,0,10;\033%0A\033*t1016R\033*b20y30Y\033*p-40X\033%1BPD0,0",
          {"Line 30 40 0 0"}},
-        {"a new plot size moves to its top again",
+        {"a new plot size moves again, in dots of the job",
          "RO90;PS200,100;\033*t1016R" + kEight + "\033%0BPS508,100;\033%0A" + kRows,
          {"Raster 0 200 9 198 0 0 8x3x1" + kWhiteBlack + kStored,
-          "Raster 0 508 9 506 0 0 8x3x1" + kWhiteBlack + kStored}},
+          "Raster 0 150 9 148 0 0 8x3x1" + kWhiteBlack + kStored}},
     });
 }
 
