@@ -69,6 +69,7 @@ void Convert(const std::string& input, const std::string& output, const Conversi
     std::vector<std::unique_ptr<OutputFile>> files;
     const auto write = [&](const std::string& path, const std::vector<PlotPage>& content) {
         ThrowIfInterrupted();
+        if (reports.claim) reports.claim(path);
         files.push_back(std::make_unique<OutputFile>(path));
         format.write(content, options.write, *files.back());
         files.back()->Finish();

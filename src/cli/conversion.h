@@ -17,6 +17,9 @@ struct ConversionOptions {
 struct ConversionReports {
     std::function<void(int percent)> progress;
     std::function<void(const std::string& message)> note;
+    // A file is about to be written. Throws when another conversion of this run writes it: page 1
+    // of "plan" meets "plan-1". May be empty.
+    std::function<void(const std::string& output)> claim;
 };
 
 // Reads `input` and writes `output`, all of its files or none. The components of the calling thread

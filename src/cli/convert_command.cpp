@@ -41,9 +41,20 @@ int ConvertOne(const Job& job, const ConversionOptions& options) {
     ProgressBar bar(job.input);
     const ConversionReports reports{
         [&](int percent) { bar.Show(percent); },
-        [](const std::string& note) { std::cerr << "qmplot: " << note << '\n'; }};
+        [](const std::string& note) { std::cerr << "qmplot: " << note << '\n'; },
+        {}};
     Convert(job.input, job.output, options, reports);
     return kExitSuccess;
+}
+
+ToolError MeetsAnother(const std::string& input, const std::string& output,
+                       const std::string& other) {
+    return ToolError(std::string(input)
+                         .append(": would be written to ")
+                         .append(output)
+                         .append(", as ")
+                         .append(other)
+                         .append("; convert one of them to another folder"));
 }
 
 // DIR/NAME.svg for each file; two files must not meet in one.
@@ -54,16 +65,10 @@ std::vector<Job> JobsInto(const ConvertOptions& options) {
         const std::filesystem::path name =
             input == "-" ? "standard-input" : std::filesystem::path(input).filename();
         std::string output = (std::filesystem::path(options.folder) / name.stem()).string();
-        output.append(".").append(options.ending);
+        if (options.ending.rfind('.', 0) != 0) output += '.';
+        output += options.ending;
         const auto [other, isNew] = inputOf.emplace(output, input);
-        if (!isNew) {
-            throw ToolError(std::string(input)
-                                .append(": would be written to ")
-                                .append(output)
-                                .append(", as ")
-                                .append(other->second)
-                                .append("; convert one of them to another folder"));
-        }
+        if (!isNew) throw MeetsAnother(input, output, other->second);
         jobs.push_back({input, output});
     }
     return jobs;
@@ -80,15 +85,21 @@ class JobRunner {
         for (int i = 1; i < threads; ++i) others.emplace_back([this] { Work(); });
         Work();
         for (std::thread& other : others) other.join();
+        if (next_ < jobs_.size()) {
+            Say("interrupted, not all files were converted", kExitNotAPlot);
+        }
         return status_;
     }
 
   private:
     void Work() {
         const Components components;
-        const ConversionReports reports{[](int) {},
-                                        [this](const std::string& note) { Say(note, 0); }};
-        for (std::size_t i; (i = next_++) < jobs_.size() && !Interrupted();) {
+        while (!Interrupted()) {
+            const std::size_t i = next_++;
+            if (i >= jobs_.size()) return;
+            const ConversionReports reports{
+                [](int) {}, [this](const std::string& note) { Say(note, 0); },
+                [&](const std::string& output) { Claim(output, jobs_[i].input); }};
             try {
                 Convert(jobs_[i].input, jobs_[i].output, options_, reports);
             } catch (const ToolError& error) {
@@ -99,6 +110,11 @@ class JobRunner {
             const std::lock_guard<std::mutex> lock(mutex_);
             bar_.Show(static_cast<int>(++done_ * 100 / jobs_.size()));
         }
+    }
+    void Claim(const std::string& output, const std::string& input) {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        const auto [other, isNew] = inputOf_.emplace(output, input);
+        if (!isNew) throw MeetsAnother(input, output, other->second);
     }
     void Say(const std::string& message, int status) {
         const std::lock_guard<std::mutex> lock(mutex_);
@@ -112,6 +128,7 @@ class JobRunner {
     std::atomic<std::size_t> next_{0};
     std::mutex mutex_;  // guards what follows
     ProgressBar bar_{"converting"};
+    std::map<std::string, std::string> inputOf_;  // by what is written
     std::size_t done_ = 0;
     int status_ = kExitSuccess;
 };
@@ -158,6 +175,7 @@ void AddConvertCommand(CLI::App& app, Action& action) {
         ->check(CLI::Range(1, kMaxPage))
         ->type_name("N");
     WriteOptions& write = options->conversion.write;
+    write.page.checkpoint = ThrowIfInterrupted;
     command
         ->add_option_function<double>(
             "--dpi", [&write](double dpi) { write.page.dpi = write.plot.rtlDpi = dpi; },

@@ -52,6 +52,9 @@ InputFile::InputFile(const std::string& path)
             Spool();
         } else {
             size_ = static_cast<std::uint64_t>(status.st_size);
+            // Behind the filter's stream a file that cannot be read looks like no plot.
+            char first = 0;
+            if (pread(file_, &first, 1, 0) < 0) throw SystemError(name_, "read");
         }
     } catch (...) {
         close(file_);

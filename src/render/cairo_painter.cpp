@@ -97,6 +97,7 @@ void CairoPainter::AddEllipse(const ArcShape& arc, double from, double to) {
 }
 
 void CairoPainter::Stroke(const DrawingStyle& style, bool dot) {
+    if (settings_.checkpoint) settings_.checkpoint();
     if (!SetBlend(style)) return cairo_new_path(context_);
     SetSource(style.drawColour);
     const double hairline = settings_.hairline / settings_.dotsPerUnit;
@@ -189,6 +190,7 @@ void CairoPainter::SetFillSource(const DrawingStyle& style) {
 }
 
 void CairoPainter::Fill(const DrawingStyle& style) {
+    if (settings_.checkpoint) settings_.checkpoint();
     if (!SetBlend(style)) return cairo_new_path(context_);
     SetFillSource(style);
     cairo_fill(context_);

@@ -2,6 +2,7 @@
 // Test: tests/render/cairo_test.cpp.
 #pragma once
 
+#include <functional>
 #include <map>
 
 #include "host/display_list_player.h"
@@ -12,12 +13,13 @@
 namespace qm {
 
 struct PainterSettings {
-    double dotsPerUnit = 1.0;         // device dots (PNG) or points (PDF) a plotter unit
-    double hairline = 1.0;            // width of pens of width 0, in dots or points
-    bool widenThinPens = false;       // no pen thinner than the hairline
-    bool texts = false;               // invisible texts that can be searched
-    bool whiteIsClear = true;         // white dots of pictures
-    double maxPictureSide = 32767.0;  // dots a picture is reduced to; 0: to the dots it covers
+    double dotsPerUnit = 1.0;          // device dots (PNG) or points (PDF) a plotter unit
+    double hairline = 1.0;             // width of pens of width 0, in dots or points
+    bool widenThinPens = false;        // no pen thinner than the hairline
+    bool texts = false;                // invisible texts that can be searched
+    bool whiteIsClear = true;          // white dots of pictures
+    double maxPictureSide = 32767.0;   // dots a picture is reduced to; 0: to the dots it covers
+    std::function<void()> checkpoint;  // see PageOptions
 };
 
 // Draws through `context`, whose matrix it sets from `frame`. Cairo keeps errors in the context;

@@ -40,6 +40,7 @@ void DrawSheet(cairo_surface_t* surface, const PageSource& page, const PageOptio
     settings.hairline = kHairlinePoints;
     settings.texts = true;
     settings.whiteIsClear = page.whiteIsClear;
+    settings.checkpoint = options.checkpoint;
     const double width = frame.width * settings.dotsPerUnit;
     const double height = frame.height * settings.dotsPerUnit;
     if (!(width <= kMaxSidePoints && height <= kMaxSidePoints)) {

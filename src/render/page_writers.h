@@ -5,6 +5,7 @@
 // cannot show stands in docs/unsupported.md. Tests: tests/render/.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,9 @@ PageSource SourceOf(const PlotPage& page);
 struct PageOptions {
     double dpi = 150.0;              // dots per inch, PNG only
     double marginMillimetres = 5.0;  // paper around the drawing's extent
+    // Called for every stroke and area that Cairo draws, because a large page takes minutes; may be
+    // empty. What it throws ends the writer.
+    std::function<void()> checkpoint;
 };
 
 // Vector formats keep physical sizes. One page a file.

@@ -102,6 +102,8 @@ const Case kCases[] = {
     {"DetectGoesOn", "detect none.plt letter.txt a.plt", 2,
      "letter.txt: not a plot file\na.plt: HPGL/2\n", "none.plt: cannot be read: No such file"},
 
+    {"DetectReadError", "detect /proc/self/mem", 2, "", "/proc/self/mem: cannot be read: Input/output"},
+
     {"OpsStandardInput", "ops - <letter.txt", 0, nullptr, nullptr},
     {"OpsMissingFile", "ops none.plt", 2, "", "none.plt: cannot be read: No such file"},
     {"OpsFolder", "ops .", 2, "", "Is a directory"},
@@ -202,6 +204,16 @@ TEST_F(QmplotTest, FailedConversionsOfManyLeaveTheOthers) {
     EXPECT_NE(result.err.find("letter.txt: not a plot file"), std::string::npos) << result.err;
     EXPECT_NE(result.err.find("none.plt: cannot be read"), std::string::npos) << result.err;
     EXPECT_EQ(NewNames(), (std::set<std::string>{"out", "out/a.svg"}));
+}
+
+// Page 1 of "pages" and the only page of "pages-1" want the same name.
+TEST_F(QmplotTest, PagesDoNotReplaceThoseOfAnotherFile) {
+    Put("pages-1.plt", kPlot);
+    const Result result = Run("convert -o out --to .svg pages.plt pages-1.plt");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find("pages-1.plt: would be written to out/pages-1.svg, as pages.plt"),
+              std::string::npos)
+        << result.err;
 }
 
 TEST_F(QmplotTest, AFileStaysAsItWasWhenTheConversionFails) {
