@@ -2,12 +2,14 @@
 #
 #   install_packages KIND...   installs what scripts/packages lists under these kinds and dpkg does not know
 #   build_targets TARGET...    configures when needed, then builds; prints nothing when all is up to date
+#   build_for_windows TARGET.. the same for the cross build; says so and fails where its tools cannot be had
 #
 # Everything said here goes to standard error: standard output belongs to the program that is run.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build=$root/build/release
+windows_build=$root/build/windows
 
 die() {
     printf '%s: %s\n' "${0##*/}" "$1" >&2
@@ -60,15 +62,46 @@ install_packages() {
 }
 
 build_targets() {
-    mkdir -p "$build"
+    configure_and_build release "$@"
+}
+
+# Packages and sources may be out of reach (no network, no rights, another system); all else that goes wrong is an error.
+build_for_windows() {
+    local log
+    if ! (install_packages windows) || ! command -v x86_64-w64-mingw32-g++-posix >/dev/null; then
+        skip_windows "MinGW-w64 or Wine is missing"
+        return 1
+    fi
+    if [ ! -f "$windows_build/build.ninja" ]; then
+        log=$(cd "$root" && cmake --preset windows 2>&1 </dev/null) || {
+            # What cmake/DebianSource.cmake advises when it cannot download.
+            if ! grep -q "Unpack the source by hand" <<<"$log"; then
+                printf '%s\n' "$log" >&2
+                die "the configuration for Windows failed"
+            fi
+            skip_windows "the sources of the libraries cannot be downloaded"
+            return 1
+        }
+    fi
+    configure_and_build windows "$@"
+}
+
+skip_windows() {
+    echo "SKIPPED: the Windows build and its tests: $1" >&2
+}
+
+configure_and_build() {
+    local preset=$1 folder=$root/build/$1
+    shift
+    mkdir -p "$folder"
     # Two calls at the same time must not build in one folder; the second waits.
-    exec 9>"$build/.lock"
+    exec 9>"$folder/.lock"
     flock 9
-    if [ ! -f "$build/build.ninja" ]; then
-        echo "Building in build/release; the first time takes a few minutes" >&2
-        (cd "$root" && quietly cmake --preset release) || die "the configuration failed"
+    if [ ! -f "$folder/build.ninja" ]; then
+        echo "Building in build/$preset; the first time takes a few minutes" >&2
+        (cd "$root" && quietly cmake --preset "$preset") || die "the configuration failed"
     fi
     # Ninja configures again by itself when a CMakeLists.txt has changed.
-    quietly ninja -C "$build" -j"$(nproc)" "$@" || die "the build failed"
+    quietly ninja -C "$folder" -j"$(nproc)" "$@" || die "the build failed"
     exec 9>&-
 }
