@@ -1,10 +1,11 @@
 // InputFile: the plot named on the command line, open for reading. "-" and other things that cannot
-// be read twice (pipes) are copied to an unnamed temporary file first, so that a gigabyte of them
-// costs no memory.
+// be read twice (pipes) are copied to a temporary file first, so that a gigabyte of them costs no
+// memory. posix/input_file.cpp, windows/input_file.cpp.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace qm::cli {
@@ -32,6 +33,7 @@ class InputFile {
     std::string path_;
     int file_ = -1;
     std::uint64_t size_ = 0;
+    std::shared_ptr<void> copy_;  // deletes the copy where it cannot be without a name
 };
 
 }  // namespace qm::cli

@@ -2,11 +2,11 @@
 //
 // Parses the command line, runs the one subcommand it names and turns every failure into a message
 // and an exit status. Tests: tests/cli/qmplot_test.cpp.
-#include <csignal>
 #include <iostream>
 #include <new>
 
 #include "cli/commands.h"
+#include "cli/standard_output.h"
 #include "cli/version.h"
 #include "common/tool_error.h"
 
@@ -35,6 +35,7 @@ int ReportParseError(const CLI::App& app, const CLI::ParseError& error, const ch
 
 int Run(int argc, char** argv) {
     CLI::App app(kDescription, "qmplot");
+    app.allow_windows_style_options(false);  // "/plots/a.plt" is a path on every system
     app.set_version_flag("--version", std::string("qmplot ") + qm::cli::kVersion);
     app.require_subcommand(1);
     app.footer("'-' as FILE reads standard input. qmplot COMMAND --help tells more of a command.");
@@ -55,8 +56,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A reader that closes its end of the pipe shows as a failed write, see StandardOutput.
-    std::signal(SIGPIPE, SIG_IGN);
+    qm::cli::PrepareStandardStreams();
     try {
         const int status = Run(argc, argv);
         if (std::cout.flush()) return status;

@@ -3,7 +3,7 @@
 // What is written goes to a file beside it, without a name where the file system can do that, and
 // Commit() gives it the name. Without Commit nothing is left behind; a file that stood there before
 // stays as it was. Things that are no regular files (/dev/full, a pipe) and "-", standard output,
-// are written directly.
+// are written directly. posix/output_file.cpp, windows/output_file.cpp.
 #pragma once
 
 #include <cstddef>

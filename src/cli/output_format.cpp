@@ -10,22 +10,26 @@ namespace {
 
 using Pages = std::vector<PlotPage>;
 
+#ifdef QM_WITH_CAIRO
 void WriteAllAsPdf(const Pages& pages, const WriteOptions& options, OutputSink& sink) {
     std::vector<PageSource> sources;
     for (const PlotPage& page : pages) sources.push_back(SourceOf(page));
     WritePdf(sources, options.page, sink);
 }
+#endif
 
 constexpr OutputFormat kFormats[] = {
     {"svg", false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WriteSvg(SourceOf(pages.front()), options.page, sink);
      }},
+#ifdef QM_WITH_CAIRO
     {"pdf", true, true, WriteAllAsPdf},
     {"png", false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePng(SourceOf(pages.front()), options.page, sink);
      }},
+#endif
     {"plt", true, false,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePlot(pages, options.page, options.plot, sink);

@@ -1,5 +1,7 @@
 #include "cli/plots.h"
 
+#include <shlwapi.h>
+
 #include "cli/interruption.h"
 #include "common/tool_error.h"
 #include "host/data_object.h"

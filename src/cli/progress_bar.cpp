@@ -16,7 +16,7 @@ constexpr auto kDelay = std::chrono::seconds(1);
 }  // namespace
 
 ProgressBar::ProgressBar(std::string label)
-    : label_(std::move(label)), terminal_(isatty(STDERR_FILENO) == 1) {}
+    : label_(std::move(label)), terminal_(isatty(STDERR_FILENO) != 0) {}
 
 void ProgressBar::Hide() {
     if (visible_) std::fputs("\r\033[K", stderr);

@@ -10,6 +10,10 @@
 
 namespace qm::cli {
 
+// Once, before anything is written: a reader that closes its end of a pipe shows as a failed write,
+// and bytes stay what they are. posix/standard_output.cpp, windows/standard_output.cpp.
+void PrepareStandardStreams();
+
 class StandardOutput {
   public:
     StandardOutput() { buffer_.reserve(kBufferBytes); }

@@ -3,10 +3,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 
 #include "common/tool_error.h"
 
 namespace qm::cli {
+
+void PrepareStandardStreams() { std::signal(SIGPIPE, SIG_IGN); }
 
 void StandardOutput::Flush() {
     std::string_view rest = buffer_;

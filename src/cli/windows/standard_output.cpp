@@ -1,0 +1,48 @@
+#include "cli/standard_output.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+
+#include "common/tool_error.h"
+
+namespace qm::cli {
+
+void PrepareStandardStreams() {
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    // The progress bar clears its line with an escape sequence.
+    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    if (GetConsoleMode(console, &mode) != FALSE) {
+        SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    }
+}
+
+void StandardOutput::Flush() {
+    constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+    std::string_view rest = buffer_;
+    while (!rest.empty() && !Failed()) {
+        const auto count = static_cast<unsigned>(std::min(rest.size(), kMostAtOnce));
+        const int done = _write(_fileno(stdout), rest.data(), count);
+        if (done >= 0) {
+            rest.remove_prefix(static_cast<std::size_t>(done));
+        } else {
+            const DWORD error = GetLastError();
+            const bool closed = error == ERROR_NO_DATA || error == ERROR_BROKEN_PIPE;
+            cause_ = closed ? EPIPE : errno;
+        }
+    }
+    buffer_.clear();
+}
+
+void StandardOutput::Finish() {
+    Flush();
+    if (Failed() && cause_ != EPIPE) throw SystemError("standard output", "written", cause_);
+}
+
+}  // namespace qm::cli
