@@ -28,6 +28,7 @@ ComPtr<IQmFilterSave> MakeSaveFilter(bool rtl) {
     return filter;
 }
 
+#ifdef QM_WITH_CAIRO
 // The picture has a whole number of dots per inch in the file, so it is drawn with one.
 PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
     const int dpi = std::max(1, RoundToInt32(options.rtlDpi));
@@ -36,6 +37,11 @@ PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
         return PageBitmap{DrawBitmap(SourceOf(source), page, bits), dpi};
     };
 }
+#else
+PageDrawer DrawerOf(const PageOptions&, const PlotOptions&) {
+    throw ToolError("this build of qmplot draws no pictures, which --rtl takes; leave --rtl out");
+}
+#endif
 
 }  // namespace
 
