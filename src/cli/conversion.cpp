@@ -65,13 +65,15 @@ void Convert(const std::string& input, const std::string& output, const Conversi
     const auto pages = PagesToWrite(plot, file.Name(), options, picturesStay, reports);
     if (pages.empty()) return;
 
+    WriteOptions writeOptions = options.write;
+    writeOptions.page.progress = reports.progress;
     // No file gets its name before the last one is complete.
     std::vector<std::unique_ptr<OutputFile>> files;
     const auto write = [&](const std::string& path, const std::vector<PlotPage>& content) {
         ThrowIfInterrupted();
         if (reports.claim) reports.claim(path);
         files.push_back(std::make_unique<OutputFile>(path));
-        format.write(content, options.write, *files.back());
+        format.write(content, writeOptions, *files.back());
         files.back()->Finish();
     };
     if (format.manyPages) {

@@ -15,7 +15,7 @@ struct ConversionOptions {
 
 // What a conversion says besides failing; called on the converting thread.
 struct ConversionReports {
-    std::function<void(int percent)> progress;
+    std::function<void(int percent)> progress;  // of reading, then of drawing each page
     std::function<void(const std::string& message)> note;
     // A file is about to be written. Throws when another conversion of this run writes it: page 1
     // of "plan" meets "plan-1". May be empty.

@@ -1,5 +1,6 @@
 #include "host/display_list_player.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace qm {
@@ -179,7 +180,14 @@ const std::int32_t* Player::PlayStyle(RecordKind kind, std::uint32_t detail,
 
 void Play(const DisplayList& list, DisplayListVisitor& visitor) {
     Player player(visitor);
-    for (std::size_t i = 0; i < list.ChunkCount(); ++i) player.PlayChunk(list.Chunk(i));
+    const std::size_t total = list.UsedBytes();
+    std::size_t done = 0;
+    for (std::size_t i = 0; i < list.ChunkCount(); ++i) {
+        const DisplayList::Words words = list.Chunk(i);
+        player.PlayChunk(words);
+        done += static_cast<std::size_t>(words.end - words.begin) * sizeof(*words.begin);
+        if (total > 0) visitor.Progress(static_cast<int>(std::min(done, total) * 100 / total));
+    }
 }
 
 }  // namespace qm

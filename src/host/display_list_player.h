@@ -59,6 +59,8 @@ class DisplayListVisitor {
     virtual void EndClipRegion() {}
     // A change of one attribute; `style` already holds the new value.
     virtual void StyleChange(const DrawingStyle&, RecordKind) {}
+    // So much of the list (0 to 100, rising) has been read; called now and then.
+    virtual void Progress(int /*percent*/) {}
 };
 
 // Calls `visitor` for every record of `list` in drawing order. What the visitor throws passes

@@ -73,6 +73,7 @@ PageImage DrawPage(const PageSource& page, const PageOptions& options, const Ima
     settings.widenThinPens = true;
     settings.whiteIsClear = page.whiteIsClear;
     settings.checkpoint = options.checkpoint;
+    settings.progress = options.progress;
     settings.maxPictureSide = 0.0;
     if (!look.smooth) cairo_set_antialias(context.get(), CAIRO_ANTIALIAS_NONE);
     CairoPainter painter(context.get(), frame, settings);

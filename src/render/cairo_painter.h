@@ -19,7 +19,8 @@ struct PainterSettings {
     bool texts = false;                // invisible texts that can be searched
     bool whiteIsClear = true;          // white dots of pictures
     double maxPictureSide = 32767.0;   // dots a picture is reduced to; 0: to the dots it covers
-    std::function<void()> checkpoint;  // see PageOptions
+    std::function<void()> checkpoint;  // these two: see PageOptions
+    std::function<void(int percent)> progress;
 };
 
 // Draws through `context`, whose matrix it sets from `frame`. Cairo keeps errors in the context;
@@ -41,6 +42,9 @@ class CairoPainter final : public DisplayListVisitor {
     void Pattern(const FillPattern& pattern) override { patterns_[pattern.index] = pattern; }
     void ClipRegion(PointSpan points) override;
     void EndClipRegion() override;
+    void Progress(int percent) override {
+        if (settings_.progress) settings_.progress(percent);
+    }
 
   private:
     void AddRing(PointSpan points, bool close);

@@ -41,6 +41,7 @@ void DrawSheet(cairo_surface_t* surface, const PageSource& page, const PageOptio
     settings.texts = true;
     settings.whiteIsClear = page.whiteIsClear;
     settings.checkpoint = options.checkpoint;
+    settings.progress = options.progress;
     const double width = frame.width * settings.dotsPerUnit;
     const double height = frame.height * settings.dotsPerUnit;
     if (!(width <= kMaxSidePoints && height <= kMaxSidePoints)) {

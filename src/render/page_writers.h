@@ -35,6 +35,8 @@ struct PageOptions {
     // Called for every stroke and area that Cairo draws, because a large page takes minutes; may be
     // empty. What it throws ends the writer.
     std::function<void()> checkpoint;
+    // Told how much of a page Cairo has drawn, 0 to 100; may be empty.
+    std::function<void(int percent)> progress;
 };
 
 // Vector formats keep physical sizes. One page a file.
