@@ -73,7 +73,11 @@ void Convert(const std::string& input, const std::string& output, const Conversi
         ThrowIfInterrupted();
         if (reports.claim) reports.claim(path);
         files.push_back(std::make_unique<OutputFile>(path));
-        format.write(content, writeOptions, *files.back());
+        try {
+            format.write(content, writeOptions, *files.back());
+        } catch (const PageError& error) {
+            throw ToolError(file.Name() + ": " + error.what(), error.Status());
+        }
         files.back()->Finish();
     };
     if (format.manyPages) {

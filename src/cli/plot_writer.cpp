@@ -55,7 +55,7 @@ void WritePlot(const std::vector<PlotPage>& pages, const PageOptions& page,
                                         options.rtl ? DrawerOf(page, options) : PageDrawer());
     stream->ThrowFailure();
     if (status == E_OUTOFMEMORY) throw std::bad_alloc();
-    if (FAILED(status)) throw ToolError("the plot cannot be saved: " + StatusName(status));
+    if (FAILED(status)) throw PageError("the plot cannot be saved: " + StatusName(status));
 }
 
 }  // namespace qm::cli

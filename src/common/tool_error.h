@@ -27,6 +27,13 @@ class ToolError : public std::runtime_error {
     int status_;
 };
 
+// A page that cannot be written: the message names no file, because writers of pages know none; who
+// does puts it in front.
+class PageError : public ToolError {
+  public:
+    using ToolError::ToolError;
+};
+
 // "FILE: cannot be DONE: No space left on device", with the cause of errno.
 inline ToolError SystemError(const std::string& file, const char* done, int cause = errno) {
     return ToolError(file + ": cannot be " + done + ": " + std::strerror(cause));

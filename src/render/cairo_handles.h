@@ -23,7 +23,7 @@ using CairoPattern = std::unique_ptr<cairo_pattern_t, CairoDeleter>;
 inline void CheckCairo(cairo_status_t status) {
     if (status == CAIRO_STATUS_NO_MEMORY) throw std::bad_alloc();
     if (status != CAIRO_STATUS_SUCCESS) {
-        throw ToolError(std::string("drawing failed: ") + cairo_status_to_string(status));
+        throw PageError(std::string("drawing failed: ") + cairo_status_to_string(status));
     }
 }
 

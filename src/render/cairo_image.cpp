@@ -40,7 +40,7 @@ struct ImageSize {
                           " dots per inch too large for " + format + "; ";
     message += possible >= kLowestDpi ? "use " + Rounded(possible) + " dots per inch or less"
                                       : "write SVG or PDF instead";
-    throw ToolError(message);
+    throw PageError(message);
 }
 
 ImageSize SizeOf(const PageSource& page, const PageFrame& frame, double dpi, const char* format) {

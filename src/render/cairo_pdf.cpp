@@ -45,7 +45,7 @@ void DrawSheet(cairo_surface_t* surface, const PageSource& page, const PageOptio
     const double width = frame.width * settings.dotsPerUnit;
     const double height = frame.height * settings.dotsPerUnit;
     if (!(width <= kMaxSidePoints && height <= kMaxSidePoints)) {
-        throw ToolError((page.name.empty() ? "the page" : page.name) +
+        throw PageError((page.name.empty() ? "the page" : page.name) +
                         " is too large for a PDF; write SVG instead");
     }
     cairo_pdf_surface_set_size(surface, width, height);

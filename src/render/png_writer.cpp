@@ -103,7 +103,7 @@ void PngWriter::Deflate(int flush) {
     int status = Z_OK;
     do {
         status = deflate(&stream, flush);
-        if (status == Z_STREAM_ERROR) throw ToolError("PNG compression failed");
+        if (status == Z_STREAM_ERROR) throw PageError("PNG compression failed");
         const std::size_t ready = kChunkBytes - stream.avail_out;
         if (stream.avail_out == 0 || (flush == Z_FINISH && ready > 0)) {
             WriteChunk("IDAT", {reinterpret_cast<const char*>(deflater_->out.data()), ready});
