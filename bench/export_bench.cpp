@@ -9,12 +9,12 @@
 
 #include "export/pack_bits.h"
 #include "export/save_vector_data.h"
-#include "platform/com_object.h"
+#include "platform/write_only_stream.h"
 
 namespace {
 
 // Takes everything, keeps the count.
-class CountingStream final : public qm::ComObject<IStream> {
+class CountingStream final : public qm::WriteOnlyStream {
   public:
     std::uint64_t Bytes() const { return bytes_; }
 
@@ -22,26 +22,6 @@ class CountingStream final : public qm::ComObject<IStream> {
         bytes_ += size;
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE Read(void*, ULONG, ULONG*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                     ULARGE_INTEGER*) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Commit(DWORD) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Revert() noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER,
-                                           DWORD) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Clone(IStream**) noexcept override { return E_NOTIMPL; }
 
   private:
     std::uint64_t bytes_ = 0;

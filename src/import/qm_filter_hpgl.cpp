@@ -21,7 +21,7 @@ HRESULT Put(IQmDocument& target, std::wstring_view name, const Variant& value) {
     return target.PutAttribute(Bstr(name).Get(), value.Get(), kStructureFlags);
 }
 
-// The page that a node specification names; nothing for a type that names none.
+// The page that the argument of GetNode names; nothing for a type that names none.
 std::optional<std::wstring> PageOf(const VARIANT& node) {
     switch (node.vt) {
         case VT_EMPTY:

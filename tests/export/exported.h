@@ -19,13 +19,13 @@
 
 #include "cli/replay.h"
 #include "export/plot_text.h"
-#include "platform/com_object.h"
+#include "platform/write_only_stream.h"
 
 namespace qm {
 
 // A stream that keeps every write apart. It takes writes up to `room` bytes and answers `full` to
 // the one that does not fit, of which it takes nothing, and to all that follow.
-class RecordingStream final : public ComObject<IStream> {
+class RecordingStream final : public WriteOnlyStream {
   public:
     explicit RecordingStream(std::size_t room = std::numeric_limits<std::size_t>::max(),
                              HRESULT full = STG_E_MEDIUMFULL)
@@ -47,27 +47,6 @@ class RecordingStream final : public ComObject<IStream> {
         writes_.emplace_back(static_cast<const char*>(data), size);
         return S_OK;
     }
-
-    HRESULT STDMETHODCALLTYPE Read(void*, ULONG, ULONG*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                     ULARGE_INTEGER*) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Commit(DWORD) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Revert() noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER,
-                                           DWORD) noexcept override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Clone(IStream**) noexcept override { return E_NOTIMPL; }
 
   private:
     std::size_t room_;

@@ -51,9 +51,9 @@ class ImportTest : public testing::Test {
         return filter_->OpenDocument(data.Get(), host_->MakeDocument().Get(), 0);
     }
     // Name of the node that came back in `node_`.
-    HRESULT GetNode(const Variant& specification = Variant()) {
+    HRESULT GetNode(const Variant& page = Variant()) {
         ComPtr<IUnknown> node;
-        const HRESULT status = filter_->GetNode(specification.Get(), 0, node.Put());
+        const HRESULT status = filter_->GetNode(page.Get(), 0, node.Put());
         node_ = node ? std::string(host_->Log().NameOf(node.Get())) : "";
         return status;
     }
