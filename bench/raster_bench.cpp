@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "bench/null_builder.h"
-#include "raster/rtl_raster.h"
+#include "raster/rows/rtl_raster.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "raster/transfer_blocks.h"
+#include "raster/rows/transfer_blocks.h"
 
 namespace {
 

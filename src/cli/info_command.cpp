@@ -11,6 +11,7 @@
 #include "common/numbers.h"
 #include "common/packed_bitmap.h"
 #include "common/tool_error.h"
+#include "common/units.h"
 #include "host/display_list_player.h"
 #include "host/page_summary.h"
 #include "platform/text.h"

@@ -5,9 +5,9 @@
 #include "cli/commands.h"
 #include "cli/input_file.h"
 #include "cli/output_file.h"
-#include "cli/replay.h"
 #include "cli/sink_stream.h"
 #include "common/tool_error.h"
+#include "replay/replay.h"
 
 namespace qm::cli {
 

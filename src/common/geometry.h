@@ -1,28 +1,37 @@
-// Plain geometry types: points in current units (doubles) and in plotter units (32-bit integers).
+// Plain geometry: points and boxes, in current units as doubles and in plotter units as 32-bit
+// integers.
 #pragma once
 
 #include <cstdint>
 
 namespace qm {
 
-// A point in current units: user units while scaling is on, plotter units otherwise.
-struct PointD {
-    double x = 0.0;
-    double y = 0.0;
+template <typename T>
+struct Point {
+    T x{};
+    T y{};
 };
 
+// In current units: user units while scaling is on, plotter units otherwise.
+using PointD = Point<double>;
+// In plotter units (1/1016 inch), as the drawing operations receive it. The builder and the host
+// pass arrays of it on as pairs of 32-bit integers, so it must stay two of them without padding.
+using PointI = Point<std::int32_t>;
+static_assert(sizeof(PointI) == 2 * sizeof(std::int32_t));
+
+template <typename T>
+bool operator==(Point<T> a, Point<T> b) {
+    return a.x == b.x && a.y == b.y;
+}
 inline PointD operator+(PointD a, PointD b) { return {a.x + b.x, a.y + b.y}; }
 inline PointD operator-(PointD a, PointD b) { return {a.x - b.x, a.y - b.y}; }
 
-// A point in plotter units (1/1016 inch), as the drawing operations receive it. The builder and the
-// host pass arrays of it on as pairs of 32-bit integers, so it must stay two of them without
-// padding.
-struct PointI {
-    std::int32_t x = 0;
-    std::int32_t y = 0;
+// A rectangle between two opposite corners, in no given order.
+template <typename T>
+struct Box {
+    Point<T> a;
+    Point<T> b;
 };
-static_assert(sizeof(PointI) == 2 * sizeof(std::int32_t));
-
-inline bool operator==(PointI a, PointI b) { return a.x == b.x && a.y == b.y; }
+using BoxI = Box<std::int32_t>;
 
 }  // namespace qm

@@ -19,9 +19,6 @@ inline constexpr double kTwoPi = 6.2831853;
 inline constexpr double kRadiansPerDegree = 0.0174532925;
 // Step of a tessellated arc: four degrees in radians, cut like the others.
 inline constexpr double kArcStep = 0.06981317;
-// Plotter units: 1/1016 inch, 40 a millimetre.
-inline constexpr double kUnitsPerInch = 1016.0;
-inline constexpr double kUnitsPerMillimetre = 40.0;
 
 // Truncates toward zero. Values that do not fit (and NaN) give INT32_MIN, the answer of the x86
 // instruction that existing results rely on.

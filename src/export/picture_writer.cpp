@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "common/numbers.h"
+#include "common/units.h"
 #include "export/pack_bits.h"
 #include "export/picture_row.h"
 #include "export/plot_text.h"
@@ -13,8 +14,6 @@ namespace qm {
 namespace {
 
 using namespace std::string_view_literals;
-
-constexpr double kDecipointsPerInch = 720.0;
 
 // The depths that HP-RTL gets, each with its image description (Configure Image Data): colour space
 // RGB, pixel encoding (1 indexed, 3 direct by pixel), bits of an index, bits of each primary, and

@@ -1,6 +1,8 @@
 // See plot_transform.h.
 #include "export/plot_transform.h"
 
+#include "common/units.h"
+
 namespace qm {
 namespace {
 

@@ -8,6 +8,7 @@
 
 #include "common/numbers.h"
 #include "common/packed_bitmap.h"
+#include "common/units.h"
 #include "export/plot_text.h"
 
 namespace qm {

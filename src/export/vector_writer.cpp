@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 
+#include "common/units.h"
 #include "export/font_cell.h"
 #include "platform/bstr.h"
 #include "platform/com_object.h"
@@ -14,7 +15,6 @@ namespace qm {
 namespace {
 
 constexpr LONG kSolidLineType = 9;
-constexpr double kMillimetresPerInch = 25.4;
 constexpr double kCentimetresPerInch = 2.54;
 // One degree, with the digits that existing exports used.
 constexpr double kRadiansPerFontDegree = 0.01745329252;

@@ -42,12 +42,6 @@ enum class RecordKind : std::uint8_t {
     kFillStyle        // detail: kind; index
 };
 
-// A rectangle between two opposite corners, plotter units.
-struct BoxI {
-    PointI a;
-    PointI b;
-};
-
 // Angles in degrees, counter-clockwise from +x; a negative span runs clockwise.
 struct ArcShape {
     PointI centre;

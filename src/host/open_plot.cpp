@@ -1,12 +1,11 @@
 #include "host/open_plot.h"
 
+#include "common/units.h"
 #include "host/host_identity.h"
 
 namespace qm {
 
 namespace {
-
-constexpr double kPlotterUnitsPerInch = 1016.0;
 
 // The drawing block of a page; null when the page is not one of ours.
 ComPtr<DrawingBlock> BlockOf(const DocumentNode& container) {
@@ -63,11 +62,11 @@ HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot
 PlotPage::PlotPage(ComPtr<DocumentNode> container, ComPtr<DrawingBlock> block)
     : container_(std::move(container)),
       block_(std::move(block)),
-      unitsPerInch_(Attributes().Number(L"LpiX", kPlotterUnitsPerInch)),
+      unitsPerInch_(Attributes().Number(L"LpiX", kUnitsPerInch)),
       rotation_(Attributes().Number(L"InitialRotation", 0.0)) {
     if (const Variant* const name = Attributes().Find(L"NodeID")) name_ = name->AsText();
     layers_ = ReadLayers(Attributes().Object<IQmLayers>(L"Layers").Get());
-    if (!(unitsPerInch_ > 0.0)) unitsPerInch_ = kPlotterUnitsPerInch;
+    if (!(unitsPerInch_ > 0.0)) unitsPerInch_ = kUnitsPerInch;
 }
 
 HRESULT OpenPlot(IQmDataObject& source, const ProgressCallback& progress,

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "common/numbers.h"
+#include "common/units.h"
 #include "platform/variant.h"
 
 namespace qm {

@@ -1,5 +1,6 @@
 // The detection pass: HPGLRead::Detect, "is this a plot file?". Tests:
 // tests/interpreter/detect_test.cpp.
+#include "common/units.h"
 #include "interpreter/command_table.h"
 #include "interpreter/envelopes.h"
 #include "interpreter/hpgl_read.h"
@@ -8,7 +9,6 @@ namespace qm {
 
 namespace {
 
-constexpr std::uint8_t kEscape = 27;
 constexpr std::uint8_t kControlSequence = 0x9B;
 constexpr std::uint8_t kFramingByte = 0xCD;
 constexpr int kEnoughInARow = 6;

@@ -5,13 +5,13 @@
 #include <array>
 #include <string>
 
+#include "common/units.h"
 #include "interpreter/lexer.h"
 
 namespace qm {
 
 namespace {
 
-constexpr std::uint8_t kEscape = 27;
 constexpr std::size_t kLineBytes = 98;
 constexpr std::size_t kLineBytesDetecting = 79;
 constexpr std::int32_t kDefaultResolution = 300;

@@ -4,7 +4,7 @@
 
 #include "interpreter/envelopes.h"
 #include "interpreter/hpgl_read.h"
-#include "raster/raster_mode.h"
+#include "interpreter/raster_mode.h"
 
 namespace qm {
 

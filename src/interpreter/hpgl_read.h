@@ -26,7 +26,7 @@
 #include "interpreter/lexer.h"
 #include "interpreter/pages.h"
 #include "interpreter/pen_motion.h"
-#include "raster/raster_state.h"
+#include "raster/rows/raster_state.h"
 
 namespace qm {
 

@@ -1,5 +1,6 @@
 // The interpreting pass: HPGLRead::Interpret, Dispatch. Tests:
 // tests/interpreter/interpret_test.cpp.
+#include "common/units.h"
 #include "interpreter/command_table.h"
 #include "interpreter/envelopes.h"
 #include "interpreter/hpgl_read.h"
@@ -8,7 +9,6 @@ namespace qm {
 
 namespace {
 
-constexpr std::uint8_t kEscape = 27;
 constexpr std::uint8_t kControlZ = 0x1A;
 constexpr std::uint8_t kFramingByte = 0xCD;
 

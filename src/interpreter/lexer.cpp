@@ -5,11 +5,11 @@
 
 #include <array>
 
+#include "common/units.h"
+
 namespace qm {
 
 namespace {
-
-constexpr std::uint8_t kEscape = 27;
 
 bool IsSeparator(std::uint8_t c) { return (c < 33 && c != kEscape) || c == ','; }
 

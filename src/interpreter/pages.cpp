@@ -2,6 +2,7 @@
 #include "interpreter/pages.h"
 
 #include "common/numbers.h"
+#include "common/units.h"
 #include "interpreter/handlers.h"
 #include "interpreter/hpgl_read.h"
 

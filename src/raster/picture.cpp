@@ -4,9 +4,10 @@
 #include <cmath>
 #include <utility>
 
+#include "common/units.h"
 #include "interpreter/hpgl_read.h"
-#include "raster/placement.h"
-#include "raster/rtl_raster.h"
+#include "raster/rows/placement.h"
+#include "raster/rows/rtl_raster.h"
 
 namespace qm {
 

@@ -1,13 +1,12 @@
 // Escapes for the size and the position of pictures; see escape_table.h.
 #include "common/numbers.h"
+#include "common/units.h"
 #include "interpreter/hpgl_read.h"
 #include "raster/escape_table.h"
 
 namespace qm {
 
 namespace {
-
-constexpr double kDecipointsPerInch = 720.0;
 
 void Move(std::int32_t& position, EscapeValue value, std::int32_t dots) {
     position = value.hadSign ? WrapAdd(position, dots) : dots;

@@ -1,5 +1,6 @@
 // See raster_mode.h. Entry, the loop, escape syntax, leaving.
-#include "raster/raster_mode.h"
+#include "interpreter/raster_mode.h"
+#include "common/units.h"
 
 #include <array>
 #include <cstring>
@@ -12,7 +13,6 @@ namespace qm {
 
 namespace {
 
-constexpr std::uint8_t kEscape = 27;
 constexpr std::int32_t kUniversalExit = -12345;
 constexpr std::int32_t kMaskPenMode = 9;
 constexpr std::int32_t kCopyPenMode = 13;

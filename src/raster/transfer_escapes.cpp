@@ -4,8 +4,8 @@
 #include "interpreter/hpgl_read.h"
 #include "raster/escape_table.h"
 #include "raster/picture.h"
-#include "raster/rtl_raster.h"
-#include "raster/transfer_blocks.h"
+#include "raster/rows/rtl_raster.h"
+#include "raster/rows/transfer_blocks.h"
 
 namespace qm {
 

@@ -3,6 +3,7 @@
 
 #include <exception>
 
+#include "common/units.h"
 #include "render/cairo_painter.h"
 #include "render/page_writers.h"
 
@@ -10,7 +11,6 @@ namespace qm {
 
 namespace {
 
-constexpr double kPointsPerInch = 72.0;
 constexpr double kHairlinePoints = 0.25;
 // Cairo's coordinates have 24 bits in front of the point; half of it is left for what sticks out.
 constexpr double kMaxSidePoints = 4000000.0;

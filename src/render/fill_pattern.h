@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "common/numbers.h"
+#include "common/units.h"
 #include "host/display_list.h"
 #include "render/page_frame.h"
 

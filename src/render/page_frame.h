@@ -2,6 +2,7 @@
 // tests/render/page_frame_test.cpp.
 #pragma once
 
+#include "common/units.h"
 #include "host/page_summary.h"
 #include "render/page_writers.h"
 
@@ -23,10 +24,10 @@ struct PageFrame {
     double height = 0.0;
     // From the drawing's coordinates (y up) to the sheet's, page rotation included.
     Matrix toSheet;
-    double unitsPerInch = 1016.0;
+    double unitsPerInch = kUnitsPerInch;
 
-    double WidthMillimetres() const { return width / unitsPerInch * 25.4; }
-    double HeightMillimetres() const { return height / unitsPerInch * 25.4; }
+    double WidthMillimetres() const { return width / unitsPerInch * kMillimetresPerInch; }
+    double HeightMillimetres() const { return height / unitsPerInch * kMillimetresPerInch; }
 };
 
 // The sheet that holds `extent`, turned as the page is, and a margin. A page that shows nothing

@@ -17,9 +17,9 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/replay.h"
 #include "export/plot_text.h"
 #include "platform/write_only_stream.h"
+#include "replay/replay.h"
 
 namespace qm {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "raster/row_decoders.h"
+#include "raster/rows/row_decoders.h"
 
 namespace qm {
 namespace {

@@ -2,7 +2,7 @@
 //
 // Most plots run at 1016 dots per inch, so that a dot is a plotter unit, and behind a job header,
 // which makes pictures stand upright with their top left corner at the raster position.
-#include "raster/raster_mode.h"
+#include "interpreter/raster_mode.h"
 
 #include <gtest/gtest.h>
 

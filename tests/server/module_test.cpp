@@ -1,6 +1,6 @@
 // The component module as a host meets it: DllGetClassObject, opening, progress, abort, saving,
 // unloading. The host's side is the code of docs/integration.md.
-#include "server/module.h"
+#include "server/module/module.h"
 
 #include <gtest/gtest.h>
 #include <shlwapi.h>

@@ -1,6 +1,6 @@
 #include "tests/server/server_host.h"
 
-#include "server/module.h"
+#include "server/module/module.h"
 
 namespace qm {
 

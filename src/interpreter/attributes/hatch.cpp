@@ -14,22 +14,17 @@ namespace {
 constexpr double kTiny = 1e-6;
 constexpr double kHalfTurn = kTwoPi / 2.0;
 
-struct Box {
-    // Quirk: the box starts from these bounds, so an area that lies beyond them altogether gets a
-    // box that reaches back to them.
-    double xMin = 2e7;
-    double yMin = 2e7;
-    double xMax = -2e7;
-    double yMax = -2e7;
-};
+// Quirk: the box starts from these bounds, so an area that lies beyond them altogether gets a box
+// that reaches back to them.
+constexpr Box<double> kNoBox{{2e7, 2e7}, {-2e7, -2e7}};
 
-Box BoundingBox(const std::vector<PointI>& points) {
-    Box box;
+Box<double> BoundingBox(const std::vector<PointI>& points) {
+    Box<double> box = kNoBox;
     for (const PointI p : points) {
-        box.xMin = std::min<double>(box.xMin, p.x);
-        box.yMin = std::min<double>(box.yMin, p.y);
-        box.xMax = std::max<double>(box.xMax, p.x);
-        box.yMax = std::max<double>(box.yMax, p.y);
+        box.a.x = std::min<double>(box.a.x, p.x);
+        box.a.y = std::min<double>(box.a.y, p.y);
+        box.b.x = std::max<double>(box.b.x, p.x);
+        box.b.y = std::max<double>(box.b.y, p.y);
     }
     return box;
 }
@@ -39,23 +34,23 @@ bool IsWhole(double value) { return std::fabs(value - std::round(value)) < kTiny
 // The lines of one family over a box: line k lies where Across() is `first` + k * `step`.
 class Lines {
   public:
-    Lines(const Box& box, HatchFamily family) : step_(family.spacing) {
+    Lines(const Box<double>& box, HatchFamily family) : step_(family.spacing) {
         const double halfTurns = family.angle / kHalfTurn;
         if (std::fabs(family.angle) < kTiny || IsWhole(halfTurns)) {
             direction_ = Direction::kHorizontal;
-            Spread(box.yMin, box.yMax);
+            Spread(box.a.y, box.b.y);
         } else if (IsWhole(halfTurns - 0.5)) {
             direction_ = Direction::kVertical;
-            Spread(box.xMin, box.xMax);
+            Spread(box.a.x, box.b.x);
         } else {
             // An oblique line is named by its x at the box's lower edge; the box casts its upper
             // corners along the lines onto that edge.
             direction_ = Direction::kOblique;
             step_ = std::fabs(family.spacing / std::sin(family.angle));
             cotangent_ = std::cos(family.angle) / std::sin(family.angle);
-            baseline_ = box.yMin;
-            const double cast = (box.yMax - box.yMin) * cotangent_;
-            Spread(std::min(box.xMin, box.xMin - cast), std::max(box.xMax, box.xMax - cast));
+            baseline_ = box.a.y;
+            const double cast = (box.b.y - box.a.y) * cotangent_;
+            Spread(std::min(box.a.x, box.a.x - cast), std::max(box.b.x, box.b.x - cast));
         }
     }
 
@@ -173,7 +168,7 @@ void Sweep(const Lines& lines, const std::vector<Edge>& edges, const SegmentSink
 HatchResult HatchPolygons(const PolygonGroups& area, HatchFamily first, HatchFamily second,
                           const SegmentSink& sink) {
     if (area.points.empty()) return HatchResult::kInvalidArgument;
-    const Box box = BoundingBox(area.points);
+    const Box<double> box = BoundingBox(area.points);
     const auto edgeCount = static_cast<double>(area.points.size() - area.counts.size());
     for (const HatchFamily family : {first, second}) {
         if (family.spacing < kTiny) continue;

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "common/numbers.h"
+#include "common/units.h"
 #include "interpreter/attributes/stroke_font.h"
 #include "interpreter/handlers.h"
 #include "interpreter/hpgl_read.h"

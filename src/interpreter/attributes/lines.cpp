@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "common/numbers.h"
+#include "common/units.h"
 #include "interpreter/handlers.h"
 #include "interpreter/hpgl_read.h"
 
@@ -79,7 +80,7 @@ void SendUserLineType(HPGLRead& reader, const UserLineType& type, double length,
                       std::int32_t mode) {
     std::array<std::int32_t, 20> gaps = type.values;
     if (length > 0.0 && mode == 1 && type.total != 0) {
-        const double factor = length / 25.4 * kUnitsPerInch / type.total;
+        const double factor = length / kMillimetresPerInch * kUnitsPerInch / type.total;
         for (std::int32_t& gap : gaps) gap = TruncateToInt32(gap * factor);
     }
     reader.SetLineType(type.count, gaps.data());

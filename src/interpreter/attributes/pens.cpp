@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "common/numbers.h"
+#include "common/units.h"
 #include "interpreter/handlers.h"
 #include "interpreter/hpgl_read.h"
 

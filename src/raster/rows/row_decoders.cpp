@@ -1,0 +1,94 @@
+// Methods 0 to 3; see row_decoders.h. Method 10 has a file of its own.
+#include "raster/rows/row_decoders.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace qm {
+
+namespace {
+
+void CopySeed(const std::uint8_t* seed, const RowTarget& target) {
+    if (target.offset >= target.size) return;
+    const std::size_t share = target.ShareEnd() - target.offset;
+    std::uint8_t* to = target.row + target.offset;
+    if (seed == nullptr) {
+        std::memset(to, 0, share);
+    } else if (seed != target.row) {
+        std::memcpy(to, seed + target.offset, share);
+    }
+}
+
+}  // namespace
+
+void DecodeUnencoded(ByteSpan data, const RowTarget& target) {
+    if (target.offset >= target.size || data.size == 0) return;
+    const std::size_t size = std::min(data.size, target.size - target.offset);
+    std::memcpy(target.row + target.offset, data.data, size);
+}
+
+void DecodeRunLength(ByteSpan data, const RowTarget& target) {
+    std::size_t at = target.offset;
+    for (std::size_t i = 0; i + 1 < data.size && at < target.size; i += 2) {
+        const std::size_t run = std::size_t{data.data[i]} + 1;
+        const std::size_t fits = std::min(run, target.size - at);
+        std::memset(target.row + at, data.data[i + 1], fits);
+        at += fits;
+    }
+}
+
+void DecodePackBits(ByteSpan data, const RowTarget& target) {
+    if (target.offset >= target.size) return;
+    std::uint8_t* to = target.row + target.offset;
+    std::uint8_t* const end = target.row + target.ShareEnd();
+    const std::uint8_t* from = data.data;
+    const std::uint8_t* const dataEnd = from + data.size;
+    while (from != dataEnd && to != end) {
+        const std::size_t control = *from++;
+        const auto room = static_cast<std::size_t>(end - to);
+        if (control < 128) {
+            const auto there = static_cast<std::size_t>(dataEnd - from);
+            const std::size_t size = std::min({control + 1, room, there});
+            std::memcpy(to, from, size);
+            from += size;
+            to += size;
+        } else if (control > 128) {
+            if (from == dataEnd) return;
+            const std::size_t size = std::min(257 - control, room);
+            std::memset(to, *from++, size);
+            to += size;
+        }
+    }
+}
+
+void DecodeDeltaRow(ByteSpan data, const std::uint8_t* seed, const RowTarget& target) {
+    CopySeed(seed, target);
+    std::size_t at = target.offset;
+    const std::uint8_t* from = data.data;
+    const std::uint8_t* const dataEnd = from + data.size;
+    while (from != dataEnd) {
+        const std::size_t command = *from++;
+        std::size_t offset = command & 31;
+        if (offset == 31) {
+            std::uint8_t more = 255;
+            while (more == 255 && from != dataEnd) {
+                more = *from++;
+                offset += more;
+            }
+        }
+        at += offset;
+        if (at >= target.size) return;
+        const auto there = static_cast<std::size_t>(dataEnd - from);
+        const std::size_t size = std::min({(command >> 5) + 1, target.size - at, there});
+        // Full replacements are the common case of dense data: one 8-byte move each.
+        if (size == 8) {
+            std::memcpy(target.row + at, from, 8);
+        } else {
+            for (std::size_t i = 0; i < size; ++i) target.row[at + i] = from[i];
+        }
+        at += size;
+        from += size;
+    }
+}
+
+}  // namespace qm

@@ -1,0 +1,176 @@
+// See rtl_raster.h.
+#include "raster/rows/rtl_raster.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+namespace qm {
+
+namespace {
+
+constexpr std::int64_t kRowsPerGrowth = 100;
+constexpr int kReplacementDelta = 10;
+
+std::int64_t StoredRowBytes(std::int32_t width, int bits, PlaneKind kind) {
+    std::int64_t planes = 0;
+    if (kind == kThreePlanes || kind == kFourPlanes) planes = kind;
+    if (kind == kEightPlanes) planes = 8;
+    // Eight planes of 1, 9, 17 or 25 pixels, say, are longer than the padded eight-bit row.
+    return std::max(PackedStride(width, bits), planes * PlaneBytes(width));
+}
+
+bool IsQuarter(int angle) { return angle == 90 || angle == 270; }
+
+}  // namespace
+
+CRTLRaster::CRTLRaster(std::int32_t width, std::int32_t height, int bitsPerPixel,
+                       PlaneKind planeKind, WorkBudget* budget)
+    : width_(width),
+      height_(height),
+      bitsPerPixel_(bitsPerPixel),
+      planeKind_(planeKind),
+      budget_(budget),
+      rows_(StoredRowBytes(width, bitsPerPixel, planeKind)) {}
+
+// Quirk: capacity is counted in steps of 100 rows, and each step sets the seed to the row before
+// the requested one. So a row that failed breaks the delta chain only at rows 100, 200, ...
+bool CRTLRaster::GrowTo(std::int32_t row) {
+    if (row < 0 || row >= rows_.RowLimit()) return false;
+    if (row >= capacity_) {
+        capacity_ = (row / kRowsPerGrowth + 1) * kRowsPerGrowth;
+        seedRow_ = std::int64_t{row} - 1;
+    }
+    return true;
+}
+
+int CRTLRaster::AddRow(std::int32_t row, ByteSpan data, int method, std::size_t offset,
+                       std::size_t count, bool advanceSeed) {
+    const std::size_t rowBytes = RowBytes();
+    if (rowBytes == 0 || !GrowTo(row)) return 0;
+    if ((method < 0 || method > 3) && method != kReplacementDelta) return 0;
+    if (!Afford(1, count == 0 ? rowBytes : std::min(count, rowBytes))) return 0;
+    if (method == kReplacementDelta && row == 0) {
+        if (!Afford(RowCount(), rowBytes)) return 0;
+        rows_.Clear(0, RowCount());
+    }
+    std::uint8_t* target = rows_.Touch(row);
+    if (target == nullptr) return 0;
+    hasRows_ = true;
+    highestRow_ = std::max(highestRow_, row);
+
+    const RowTarget place{target, rowBytes, offset, count == 0 ? rowBytes : count};
+    switch (method) {
+        case 0:
+            DecodeUnencoded(data, place);
+            break;
+        case 1:
+            DecodeRunLength(data, place);
+            break;
+        case 2:
+            DecodePackBits(data, place);
+            break;
+        case 3:
+            DecodeDeltaRow(data, Seed(), place);
+            break;
+        default:
+            DecodeReplacementDeltaRow(data, Seed(), place);
+    }
+    if (advanceSeed) seedRow_ = row;
+    return 1;
+}
+
+std::int32_t CRTLRaster::StorableRows(std::int32_t row, std::int32_t count) const {
+    if (row < 0 || RowBytes() == 0) return 0;
+    const std::int64_t fit = std::min<std::int64_t>(count, rows_.RowLimit() - row);
+    return static_cast<std::int32_t>(std::max<std::int64_t>(fit, 0));
+}
+
+void CRTLRaster::AddEmptyRows(std::int32_t row, std::int32_t count) {
+    const std::int32_t fit = StorableRows(row, count);
+    if (fit == 0 || !Afford(fit, RowBytes())) return;
+    const std::int32_t last = row + fit - 1;
+    GrowTo(last);
+    rows_.Clear(row, fit);
+    hasRows_ = true;
+    highestRow_ = std::max(highestRow_, last);
+    seedRow_ = last;
+}
+
+void CRTLRaster::AddSeedCopies(std::int32_t row, std::int32_t count) {
+    const std::int32_t fit = StorableRows(row, count);
+    if (fit == 0 || !Afford(fit, RowBytes())) return;
+    const std::int32_t last = row + fit - 1;
+    // The growth rule moves the seed to the row before; inside the run that is a copy already.
+    GrowTo(row);
+    const std::int64_t seed = seedRow_;
+    GrowTo(last);
+    if (seed < 0) {
+        rows_.Clear(row, fit);
+    } else if (!rows_.Repeat(seed, row, fit)) {
+        return;
+    }
+    hasRows_ = true;
+    highestRow_ = std::max(highestRow_, last);
+    seedRow_ = last;
+}
+
+// Planes of other depths cannot be merged; their rows go into the bitmap as they are.
+void CRTLRaster::MergePlanes() {
+    if (bitsPerPixel_ != 8) return;
+    std::vector<std::uint8_t> planes(RowBytes());
+    const std::int64_t rowCount = highestRow_;
+    for (std::size_t b = 0; b < rows_.BandCount(rowCount); ++b) {
+        const RowBand band = rows_.Band(b, rowCount);
+        for (std::int64_t i = 0; band.data != nullptr && i < band.count; ++i) {
+            std::uint8_t* row = band.data + static_cast<std::size_t>(i) * band.stride;
+            std::memcpy(planes.data(), row, planes.size());
+            MergePlaneRow(planes.data(), row, width_, planeKind_);
+        }
+    }
+}
+
+std::optional<std::size_t> CRTLRaster::PrepareBitmap(int angle) {
+    // Quirk: the field itself is counted up, so a second call would find one more row.
+    ++highestRow_;
+    if (!hasRows_) return std::nullopt;
+    if (planeKind_ != kNoPlanes) MergePlanes();
+    return IsQuarter(angle) ? PackedBitmapSize(highestRow_, width_, bitsPerPixel_)
+                            : PackedBitmapSize(width_, highestRow_, bitsPerPixel_);
+}
+
+GlobalBlock CRTLRaster::MakeBitmap(int angle) {
+    const auto size = PrepareBitmap(angle);
+    if (!size || !Afford(1, *size)) return {};
+    GlobalBlock block = GlobalBlock::Allocate(*size);
+    const GlobalView view(block.Get());
+    if (view.Data() == nullptr) return {};
+    FillBitmap(view.Data(), angle);
+    return block;
+}
+
+void CRTLRaster::FillBitmap(std::uint8_t* zeroed, int angle) {
+    const std::int32_t rowCount = highestRow_;
+    const bool quarter = IsQuarter(angle);
+    const std::int32_t bitmapWidth = quarter ? rowCount : width_;
+    const std::int32_t bitmapHeight = quarter ? width_ : rowCount;
+    BitmapTarget target;
+    target.rows =
+        WritePackedHeader(zeroed, bitmapWidth, bitmapHeight, bitsPerPixel_, colours_.data());
+    target.width = width_;
+    target.height = rowCount;
+    target.bits = bitsPerPixel_;
+    for (std::size_t b = 0; b < rows_.BandCount(rowCount); ++b) {
+        const RowBand band = rows_.Band(b, rowCount);
+        if (angle == 0) {
+            CopyUpright(target, band);
+        } else {
+            RotateRows(target, band, angle);
+        }
+        rows_.ReleaseBand(b);
+    }
+    rows_.ReleaseAll();
+    hasRows_ = false;
+}
+
+}  // namespace qm

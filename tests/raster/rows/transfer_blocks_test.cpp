@@ -1,0 +1,118 @@
+// Blocks of rows: what an entry stores, where a block ends, and that lying counts stay cheap.
+#include "raster/rows/transfer_blocks.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace qm {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The rows of an upright bitmap of the picture, top first, as hex digits between blanks.
+std::string Rows(CRTLRaster& raster) {
+    const auto size = raster.PrepareBitmap(0);
+    if (!size) return "none";
+    Bytes block(*size, 0);
+    raster.FillBitmap(block.data(), 0);
+    const auto view = PackedBitmapView::Parse(block.data(), block.size());
+    std::string text;
+    for (std::int32_t y = 0; y < view->Height(); ++y) {
+        if (y != 0) text += ' ';
+        for (std::size_t i = 0; i < view->RowBytes(); ++i) {
+            const unsigned byte = view->RowFromTop(y)[i];
+            text += "0123456789abcdef"[byte >> 4];
+            text += "0123456789abcdef"[byte & 15U];
+        }
+    }
+    return text;
+}
+
+TEST(TransferBlocks, AdaptiveEntries) {
+    const struct {
+        const char* name;
+        Bytes block;
+        std::int32_t nextRow;
+        const char* rows;
+    } rows[] = {
+        {"a row a method",
+         {0, 0, 2, 1, 2, 1, 0, 2, 1, 7, 2, 0, 3, 1, 8, 9, 3, 0, 2, 1, 6},
+         4,
+         "0102 0707 0809 0806"},
+        {"three copies", {0, 0, 2, 1, 2, 5, 0, 3}, 4, "0102 0102 0102 0102"},
+        {"empty rows become the seed", {0, 0, 2, 1, 2, 4, 0, 2, 5, 0, 1}, 4, "0102 0000 0000 0000"},
+        {"copies of no seed are empty", {5, 0, 2}, 2, "0000 0000"},
+        {"no rows at all", {4, 0, 0, 5, 0, 0}, 0, "none"},
+        {"delta of one byte: the seed",
+         {0, 0, 2, 1, 2, 3, 0, 1, 0xE0, 5, 0, 1},
+         3,
+         "0102 0102 0102"},
+        {"unknown command ends it", {0, 0, 1, 9, 6, 0, 1, 5, 0, 0, 1, 8}, 1, "0900"},
+        {"high command ends it", {0, 0, 1, 9, 128, 0, 0, 0, 0, 1, 8}, 1, "0900"},
+        {"count beyond the block", {0, 0, 9, 3}, 1, "0300"},
+        {"half an entry", {0, 0, 1, 9, 4, 0}, 1, "0900"},
+    };
+    for (const auto& row : rows) {
+        CRTLRaster raster(16, 0, 1, kNoPlanes);
+        Bytes input = row.block;
+        input.push_back('X');
+        SpanSource source({input.data(), input.size()});
+        const auto size = static_cast<std::int64_t>(row.block.size());
+        EXPECT_EQ(AddAdaptiveBlock(source, size, raster, 0, {}), row.nextRow) << row.name;
+        EXPECT_EQ(source.Left(), 1U) << row.name << ": the counted bytes and no more";
+        EXPECT_EQ(Rows(raster), row.rows) << row.name;
+    }
+}
+
+TEST(TransferBlocks, AdaptiveClaimsAreBounded) {
+    // 100000 entries ask for 6.5 thousand million rows of 4 bytes, first empty, then repeated.
+    Bytes block;
+    for (int i = 0; i < 50000; ++i) block.insert(block.end(), {4, 255, 255});
+    for (int i = 0; i < 50000; ++i) block.insert(block.end(), {5, 255, 255});
+    SpanSource source({block.data(), block.size()});
+    CRTLRaster raster(8, 0, 8, kNoPlanes);
+    const std::int64_t claimed = INT64_C(0x7FFFFFFF);
+    EXPECT_EQ(AddAdaptiveBlock(source, claimed, raster, 0, {}), INT32_MAX);
+    EXPECT_EQ(raster.RowCount(), (1 << 30) / 4) << "2 GiB of 8-byte rows";
+    EXPECT_EQ(raster.AddRow(INT32_MAX, {}, 0, 0, 0, true), 0);
+}
+
+TEST(TransferBlocks, PlainRows) {
+    const struct {
+        const char* name;
+        Bytes block;
+        std::int64_t blockBytes;
+        std::int32_t rows, nextRow;
+        bool valid;
+        const char* stored;
+    } rows[] = {
+        {"two rows and a rest", {0, 0, 0, 12, 1, 2, 3, 4, 5}, 9, 2, 2, true, "0102 0304"},
+        {"wider than the picture",
+         {0, 0, 0, 40, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10},
+         14,
+         2,
+         2,
+         true,
+         "0102 0607"},
+        {"narrower", {0, 0, 0, 1, 1, 2}, 6, 2, 2, true, "0100 0200"},
+        {"less than a row", {0, 0, 1, 0, 1}, 5, 0, 0, true, "none"},
+        {"width 0", {0, 0, 0, 0, 1, 2}, 6, 0, 0, false, "none"},
+        {"no width", {0, 0, 0}, 3, 0, 0, false, "none"},
+        {"input ends", {0, 0, 0, 16, 1, 2, 3}, 2000, 998, 2, true, "0102 0300"},
+        {"lying width", {255, 255, 255, 255, 1, 2, 3}, INT64_C(0x7FFFFFFF), 3, 1, true, "0102"},
+    };
+    for (const auto& row : rows) {
+        CRTLRaster raster(16, 0, 1, kNoPlanes);
+        SpanSource source({row.block.data(), row.block.size()});
+        const auto result = AddPlainBlock(source, row.blockBytes, raster, 0, {});
+        EXPECT_EQ(result.rows, row.rows) << row.name;
+        EXPECT_EQ(result.nextRow, row.nextRow) << row.name;
+        EXPECT_EQ(result.valid, row.valid) << row.name;
+        EXPECT_EQ(source.Left(), 0U) << row.name;
+        EXPECT_EQ(Rows(raster), row.stored) << row.name;
+    }
+}
+
+}  // namespace
+}  // namespace qm
