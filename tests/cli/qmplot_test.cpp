@@ -40,6 +40,7 @@ class QmplotTest : public testing::Test {
         Put("a.plt", kPlot);
         Put("pages.plt", kThreePages);
         Put("letter.txt", kText);
+        Put("empty.plt", "IN;SP1;PU;PU;PU;PU;");
     }
     void TearDown() override { fs::remove_all(folder_); }
 
@@ -52,8 +53,8 @@ class QmplotTest : public testing::Test {
     }
     // Names in the folder beside those that SetUp and the streams of Run put there.
     std::set<std::string> NewNames() const {
-        static const std::set<std::string> kOld = {"a.plt", "pages.plt", "letter.txt", ".out",
-                                                   ".err"};
+        static const std::set<std::string> kOld = {"a.plt",     "pages.plt", "letter.txt",
+                                                   "empty.plt", ".out",      ".err"};
         std::set<std::string> names;
         for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
             const std::string name = entry.path().lexically_relative(folder_).string();
@@ -115,6 +116,8 @@ const Case kCases[] = {
 
     {"ConvertNoPlot", "convert letter.txt a.svg", 1, "", "letter.txt: not a plot file"},
     {"ConvertUnknownEnding", "convert a.plt a.bmp", 2, "", "use one of .svg"},
+    {"ConvertEndingOfAFolder", "convert a.plt b.svg/c", 2, "", "use one of .svg"},
+    {"ConvertPageOfNothing", "convert empty.plt a.svg --page 2", 0, "", "empty.plt: draws nothing"},
     {"ConvertOneName", "convert a.plt", 2, "", "FILE OUT"},
     {"ConvertMissingFolder", "convert a.plt no/a.svg", 2, "", "no/a.svg: cannot be written: No such file"},
     {"ConvertMissingPage", "convert pages.plt a.svg --page 4", 2, "", "pages.plt: has no page 4"},
@@ -199,6 +202,8 @@ TEST_F(QmplotTest, SavedPlotsOpenAgain) {
 }
 
 TEST_F(QmplotTest, FailedConversionsOfManyLeaveTheOthers) {
+    EXPECT_EQ(Run("convert -o out letter.txt a.plt").status, 1);
+    EXPECT_EQ(Run("convert -o out none.plt letter.txt").status, 2);
     const Result result = Run("convert -o out letter.txt a.plt none.plt");
     EXPECT_EQ(result.status, 2);
     EXPECT_NE(result.err.find("letter.txt: not a plot file"), std::string::npos) << result.err;
@@ -218,11 +223,13 @@ TEST_F(QmplotTest, PagesDoNotReplaceThoseOfAnotherFile) {
 
 TEST_F(QmplotTest, AFileStaysAsItWasWhenTheConversionFails) {
     Put("old.svg", "old");
+    fs::create_symlink("old.svg", folder_ / "link.svg");
     EXPECT_EQ(Run("convert letter.txt old.svg").status, 1);
     EXPECT_EQ(Get("old.svg"), "old");
-    EXPECT_EQ(Run("convert a.plt old.svg").status, 0);
+    EXPECT_EQ(Run("convert a.plt link.svg").status, 0);
     EXPECT_NE(Get("old.svg"), "old");
-    EXPECT_EQ(NewNames(), std::set<std::string>{"old.svg"});
+    EXPECT_TRUE(fs::is_symlink(folder_ / "link.svg"));
+    EXPECT_EQ(NewNames(), (std::set<std::string>{"link.svg", "old.svg"}));
 }
 
 // The pipe's writer stays open, so the program waits for input when the signal comes.
@@ -251,14 +258,16 @@ TEST_F(QmplotTest, TraceTellsProgressAndObeysAbort) {
     EXPECT_EQ(Run("trace --abort-at 101 long.plt >/dev/null").status, 0);
 }
 
-// Whole plots, as `qmplot ops` and `qmplot trace` print them.
+// Whole plots, as `qmplot ops`, `qmplot trace` and `qmplot info --texts` print them.
 TEST_F(QmplotTest, PrintsGoldenLines) {
     const fs::path golden = QM_GOLDEN;
-    for (const char* command : {"ops", "trace"}) {
-        const Result result = Run(command + (" '" + (golden / "sheet.plt").string() + "'"));
-        std::ifstream file(golden / (std::string("sheet.") + command));
-        const std::string expected{std::istreambuf_iterator<char>(file), {}};
-        EXPECT_EQ(result.out, expected) << command;
+    for (const auto& file : fs::directory_iterator(golden)) {
+        const std::string command = file.path().extension().string().substr(1);
+        if (command == "plt") continue;
+        const std::string plot = file.path().stem().string() + ".plt";
+        fs::copy_file(golden / plot, folder_ / plot, fs::copy_options::skip_existing);
+        const Result result = Run(command + (command == "info" ? " --texts " : " ") + plot);
+        EXPECT_EQ(result.out, Get(file.path().string())) << file;
         EXPECT_EQ(result.status, 0);
     }
 }

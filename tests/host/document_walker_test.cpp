@@ -218,19 +218,6 @@ TEST_P(Trips, WriteAndReopen) {
 INSTANTIATE_TEST_SUITE_P(DocumentWalker, Trips, testing::ValuesIn(kTrips),
                          [](const auto& test) { return std::string(test.param.name); });
 
-TEST_F(DocumentWalkerTest, PagesAdvanceBeforeEachAndStandTurned) {
-    const OpenedPlot plot = Open("IN;SP1;PU;PU;PU;PU;RO90;PU100,10;PD100,300;PG;SP1;PU0,0;PD0,40;");
-    ASSERT_EQ(plot.pages.size(), 2U);
-    ASSERT_EQ(plot.pages[0].Rotation(), 90.0);
-    const std::string page = "\r\nPG;\r\nMC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.00,1;\r\nPU";
-    // Turned to the left and moved until nothing is left of 0.
-    EXPECT_EQ(Saved(plot.pages),
-              "BPINSP1;TR0;\r\n" + page + "290,100PD0,100;\r\n" + page + "40,0PD0,0;\r\nPU;PG;");
-    const OpenedPlot again = Open(Saved(plot.pages));
-    ASSERT_EQ(again.pages.size(), 2U);
-    EXPECT_EQ(again.pages[0].Rotation(), 0.0);
-}
-
 // Pages put together by hand: what no plot file holds.
 class HandMadePage {
   public:
@@ -247,6 +234,36 @@ class HandMadePage {
     ComPtr<DocumentNode> container_;
     ComPtr<DrawingBlock> block_;
 };
+
+TEST_F(DocumentWalkerTest, PagesAdvanceBeforeEachAndStandTurned) {
+    const OpenedPlot plot = Open("IN;SP1;PU;PU;PU;PU;RO90;PU100,10;PD100,300;PG;SP1;PU0,0;PD0,40;");
+    ASSERT_EQ(plot.pages.size(), 2U);
+    ASSERT_EQ(plot.pages[0].Rotation(), 90.0);
+    const std::string page = "\r\nPG;\r\nMC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.00,1;\r\nPU";
+    // Turned to the left and moved until nothing is left of 0.
+    EXPECT_EQ(Saved(plot.pages),
+              "BPINSP1;TR0;\r\n" + page + "290,100PD0,100;\r\n" + page + "40,0PD0,0;\r\nPU;PG;");
+    const OpenedPlot again = Open(Saved(plot.pages));
+    ASSERT_EQ(again.pages.size(), 2U);
+    EXPECT_EQ(again.pages[0].Rotation(), 0.0);
+}
+
+// Turned about the origin, then moved until nothing is below 0; a line up and a turned ellipse.
+TEST_F(DocumentWalkerTest, PagesOfEveryTurn) {
+    const std::pair<double, const char*> rows[] = {
+        {0.0, "PU100,10PD30,300;"},   {90.0, "PU290,100PD0,30;"},  {180.0, "PU0,290PD70,0;"},
+        {270.0, "PU10,0PD300,70;"},   {-90.0, "PU10,0PD300,70;"},  {-180.0, "PU0,290PD70,0;"},
+        {-270.0, "PU290,100PD0,30;"}, {45.0, "PU100,10PD30,300;"},
+    };
+    for (const auto& [rotation, line] : rows) {
+        HandMadePage page;
+        page.Put(L"InitialRotation", Variant::Double(rotation));
+        page.Put(L"DirectionY", Variant::Boolean(true));
+        page.Block().AppendLine(100, 10, 30, 300);
+        EXPECT_NE(Saved(page.Pages()).find(line), std::string::npos)
+            << rotation << Saved(page.Pages());
+    }
+}
 
 TEST_F(DocumentWalkerTest, PageWithoutDirectionStandsUpright) {
     HandMadePage page;
@@ -296,12 +313,13 @@ TEST_F(DocumentWalkerTest, PicturesAreRasterBlocksThatOnlyRtlKeeps) {
     page.Block().AppendDib(0, 0, 203, 102, static_cast<LONG>(bitmap.size()), bitmap.data(), 204);
     page.Block().AppendDib(0, 0, 9, 9, 4, bitmap.data(), 204);  // broken
     EXPECT_EQ(Saved(page.Pages()), "BPINSP1;TR0;\r\nPU;PG;");
-    // 100 dots per inch: 0.2 x 0.1 inches.
+    // Dots per inch across: 100 and 50; only those count.
+    page.Block().AppendDib(406, 0, 0, 300, static_cast<LONG>(bitmap.size()), bitmap.data(), 204);
+    page.Put(L"InitialRotation", Variant::Double(90.0));
     const std::string rtl = Saved<CQmFilterSaveHPRTL>(page.Pages());
-    const std::size_t at = rtl.find("PS");
-    ASSERT_NE(at, std::string::npos);
-    EXPECT_EQ(rtl.substr(at, 10), "PS203,102;");
-    EXPECT_EQ(rtl.find("PS", at + 1), std::string::npos);
+    const std::size_t first = rtl.find("PS203,102;");
+    EXPECT_LT(first, rtl.find("PS406,203;"));
+    EXPECT_EQ(rtl.find("PS"), first) << rtl.substr(rtl.find("PS"), 20);
 }
 
 struct Turned {

@@ -63,6 +63,37 @@ TEST(PageSummary, CountsByKindPenAndLayer) {
     EXPECT_TRUE(Summarise(list).orderShows);
 }
 
+// Outlines reach half a pen further, areas do not.
+TEST(PageSummary, PenWidthsWidenOutlines) {
+    static constexpr PointI kCorners[] = {{0, 0}, {40, 0}, {40, 20}};
+    static constexpr std::int32_t kLengths[] = {3};
+    // clang-format off
+    const struct {
+        const char* name;
+        void (*append)(DisplayList&);
+        double minX, maxY;
+    } rows[] = {
+        {"line", [](auto& l) { l.AppendLine({0, 0}, {40, 20}); }, -5, 25},
+        {"rectangle", [](auto& l) { l.AppendRectangle({{40, 20}, {0, 0}}, false); }, -5, 25},
+        {"filled rectangle", [](auto& l) { l.AppendRectangle({{40, 20}, {0, 0}}, true); }, 0, 20},
+        {"circle", [](auto& l) { l.AppendCircle({20, 10}, 10, false); }, 5, 25},
+        {"disc", [](auto& l) { l.AppendCircle({20, 10}, 10, true); }, 10, 20},
+        {"arc", [](auto& l) { l.AppendArc({{20, 10}, 20, 10, 0, 180}); }, -5, 25},
+        {"polyline", [](auto& l) { l.AppendPolygon({kCorners, 3}, false); }, -5, 25},
+        {"polygon", [](auto& l) { l.AppendPolygon({kCorners, 3}, true); }, 0, 20},
+        {"rings", [](auto& l) { l.AppendPolyPolygon({kLengths, 1, {kCorners, 3}}, false); }, -5, 25},
+        {"areas", [](auto& l) { l.AppendPolyPolygon({kLengths, 1, {kCorners, 3}}, true); }, 0, 20},
+    };
+    // clang-format on
+    for (const auto& row : rows) {
+        DisplayList list;
+        list.AppendValue(RecordKind::kLineWidth, 10);
+        row.append(list);
+        EXPECT_EQ(Summarise(list).extent.minX, row.minX) << row.name;
+        EXPECT_EQ(Summarise(list).extent.maxY, row.maxY) << row.name;
+    }
+}
+
 TEST(PageSummary, SurvivesTheLargestCoordinates) {
     DisplayList list;
     list.AppendLine({INT32_MIN, INT32_MIN}, {INT32_MAX, INT32_MAX});

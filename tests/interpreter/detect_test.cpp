@@ -28,6 +28,8 @@ TEST(Detect, Table) {
         {"pairs without a handler count", "ASCAEWFSGMAS", 1},
         {"five control bytes end it", "\1\2\3\4\5INSPPUPDPAPU", 0},
         {"four do not", "\1\2\3\4INSPPUPDPAPU", 1},
+        {"tabs are control bytes", "\t\t\t\t\tINSPPUPDPAPU", 0},
+        {"vertical tabs are not", "\v\v\v\v\vINSPPUPDPAPU", 1},
         {"line feeds do not count", std::string(100, '\n') + "INSPPUPDPAPU", 1},
         {"a high byte ends it", "INSPPU\xE4PDPAPU", 0},
         {"a lone 0xCD does not", "INSPPU\xCD PDPAPU", 1},

@@ -29,7 +29,7 @@ std::string Pair(double x, double y) { return Encode(x) + Encode(y); }
 TEST(EncodedPolyline, Numbers) {
     for (const bool sevenBits : {false, true}) {
         for (const int bits : {0, 4}) {
-            const double wanted[] = {0, 1, -1, 31, 32, -4095, 123456, 0.5, -3.25};
+            const double wanted[] = {0, 1, -1, 31, 32, 2048, -4095, 123456, 0.5, -3.25};
             for (const double value : wanted) {
                 if (bits == 0 && value != std::floor(value)) continue;
                 std::string plot = sevenBits ? "PE7" : "PE";

@@ -24,6 +24,7 @@ TEST(Envelopes, AreReadOverUpToTheNextCommand) {
         {"BEG block", "BEG PD1,1;PD E EN ENX END ENDM;" + kDot, kDotDrawn},
         {"BE is no command", "BE" + kDot, kDotDrawn},
         {"vendor block", "*OcePD1,1;**OceABCDEFG" + kDot, kDotDrawn},
+        {"seven bytes behind its end", "*OcePD1,1;*OceABCDE;P" + kDot, kDotDrawn},
         {"vendor block with a false end", "*Oce *Oc*Oce1234567" + kDot, kDotDrawn},
         {"a star alone", "*Oc;" + kDot, kDotDrawn},
         {"framing header type 2", framing + kDot, kDotDrawn},

@@ -45,7 +45,7 @@ TEST_P(Reals, AreReadAlikeInsideABlockAndAcrossItsEdge) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, Reals,
-    testing::Values(RealRow{"10,", 10.0, ','}, RealRow{" ,\r\n -.5;", -0.5, ';'},
+    testing::Values(RealRow{"10,", 10.0, ','}, RealRow{" ,\r\n\t\1\x1F-.5;", -0.5, ';'},
                     RealRow{"1e3", 1.0, 'e'}, RealRow{"3.P", 3.0, 'P'}, RealRow{"+;", 0.0, ';'},
                     RealRow{"-;", -0.0, ';'}, RealRow{"1\r\n2\0003.\n4\n;"s, 123.4, ';'},
                     RealRow{"4294967297;", 1.0, ';'}, RealRow{"3000000000;", -1294967296.0, ';'},
@@ -53,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
                     RealRow{"0.0000000000000000000000000001;", Tenths(28), ';'}));
 
 TEST(Lexer, WhatIsNoNumberStaysUnread) {
-    for (const char* text : {"P", ";", "\x1B", "\x80"}) {
+    for (const char* text : {"P", ";", "!", "/", ":", "\x1B", "\x80"}) {
         PlotReader reader(std::string(" ,,") + text + "        ");
         double value = 7.0;
         EXPECT_FALSE(reader.GetRealParam(value));

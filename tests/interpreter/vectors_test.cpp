@@ -59,7 +59,7 @@ TEST(Vectors, Arcs) {
          "PU100,0;RT-100,-100,-200,0;",
          {"Arc 0 0 100 0.0 -3.14159265", "Line -100 0 -100 0"}},
         {"inside the window",
-         "IW-101,-101,101,101;" + ring,
+         "IW-101,-100,101,100;" + ring,
          {"Line 100 0 100 0", "Arc 0 0 100 0.0 6.2831853", "Line 100 0 100 0"}},
     });
 }
@@ -68,9 +68,12 @@ TEST(Vectors, ArcsThatAreNoCirclesOrTouchTheWindowBecomeSegments) {
     const auto stretched = OperationsOf("SC0,1,0,2,2;PU100,0;AA0,0,360;");
     ASSERT_EQ(stretched.size(), 3U);
     EXPECT_EQ(stretched[1].rfind("Polyline 92 : 100,0 ", 0), 0U);
-    const auto touching = OperationsOf("IW-100,-100,100,100;PU100,0;AA0,0,360;");
-    EXPECT_EQ(CountOf(touching, "Arc"), 0U);
-    EXPECT_EQ(CountOf(touching, "Line"), touching.size());
+    // Points of the circle stand at 100 and -100 across, at 99 and -99 along.
+    for (const char* edge :
+         {"-100,-200,200,200", "-200,-99,200,200", "-200,-200,100,200", "-200,-200,200,99"}) {
+        const auto touching = OperationsOf("IW" + std::string(edge) + ";PU100,0;AA0,0,360;");
+        EXPECT_EQ(CountOf(touching, "Line"), touching.size()) << edge;
+    }
 }
 
 TEST(Vectors, CollinearPointsHaveTheirCentreFarAway) {

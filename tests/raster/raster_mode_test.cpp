@@ -119,6 +119,9 @@ TEST(RasterMode, PositionsAndTurns) {
         {"position A is x, B is y downward",
          kStart + "\033*b7Y\033*p5X" + kEight,
          {Eight("7 -5 16 -7")}},
+        {"RO 270 turns no picture",
+         "PS100,200;RO270;\033%0A\033*t1016R" + kEight,
+         {Eight("0 0 9 -2")}},
         {"RO 90 in portrait exchanges them",
          "PS100,200;RO90;\033%0A\033*t1016R\033*b7Y\033*p5X" + kEight,
          {quarter("5 7 9 16", columns)}},
@@ -129,6 +132,9 @@ TEST(RasterMode, PositionsAndTurns) {
          kStart + "\033&a720H\033&a-72v+360V" + kEight,
          {Eight("406 -1016 415 -1018")}},
         {"units", kStart + "\033&u508D\033*p5x6Y" + kEight, {Eight("12 -10 21 -12")}},
+        {"units of 0 are dots again",
+         kStart + "\033&u508d0d-1D\033*p5x6Y" + kEight,
+         {Eight("6 -5 15 -7")}},
         {"the position goes along with the resolution",
          kJob + "\033%0A\033*t100R\033*p50X\033*t1016R" + kEight,
          {Eight("0 -508 9 -510")}},
@@ -181,6 +187,10 @@ TEST(RasterMode, SizesAndVisibility) {
         {"width from the plot size",
          kJob + "PS100,8;RO1;\033*t1016R\033*r3T" + kRows,
          {"Raster 0 98 9 96 0 0 8x3x1" + kWhiteBlack + kStored}},
+        {"two units across too", kStart + "\033*r2s3T" + kRows, {}},
+        {"three are not",
+         kStart + "\033*r3s3T" + kRows,
+         {"Raster 0 0 4 -2 0 0 3x3x1" + kWhiteBlack + "rows=A0000000,00000000,E0000000"}},
         {"two units are too small, but move on", kStart + two + kEight, {Eight("0 -2 9 -4")}},
         {"a row that was not stored counts",
          kStart + "\033*r8s3T" + Row("\xF0") + "\033*b7M" + Row("\x0F") + "\033*b0M" + Row("\xAA"),
@@ -207,6 +217,9 @@ TEST(RasterMode, MergeModes) {
          kStart + "\033*r8S\033*l252O" + kRows + "\033%0B",
          {Eight("0 0 9 -2", 252), "SetDrawMode 13"}},
         {"unchanged at the end", kStart + "\033*l252o0O\033%0B", {}},
+        {"255 is the last",
+         kStart + "\033*l255O" + kEight + "\033%0B",
+         {Eight("0 0 9 -2", 255), "SetDrawMode 13"}},
         {"out of range", kStart + "\033*l256o-1O\033%0B", {}},
         {"no draw: invisible, but moves on",
          kStart + "\033*l170O" + kEight + "\033*l51O" + kRows + "\033*l0O" + kRows,
@@ -326,6 +339,12 @@ TEST(RasterMode, CompressionMethods) {
     }
 }
 
+std::string Times(int count, const std::string& text) {
+    std::string all;
+    while (count-- > 0) all += text;
+    return all;
+}
+
 // The first colours of the only picture's table.
 std::string ColoursOf(const std::string& plot, std::size_t count) {
     for (const std::string& line : OperationsOf(plot)) {
@@ -365,6 +384,9 @@ TEST(RasterMode, Colours) {
         {"four planes", kStart + "\033*r-4U", "FFFFFF,000000,FFFF00,000000"},
         {"a saved palette comes back", kStart + "\033*p0P\033*v9a1I\033*p1P", "FFFFFF,000000"},
         {"from an empty stack nothing", kStart + "\033*v9a1I\033*p1P", "FFFFFF,000009"},
+        {"twenty are saved, no more",
+         kStart + Times(19, "\033*p0P") + "\033*v9a1I\033*p0P\033*v8a1I\033*p0P\033*p1P",
+         "FFFFFF,000009"},
         {"the foreground is not saved", kStart + "\033*p0P\033*v9a3i3S\033*p1P", "FFFFFF,000009"},
     };
     for (const auto& row : rows) {
@@ -447,6 +469,12 @@ TEST(RasterMode, PicturesStopWhenTheBudgetIsSpent) {
         reader.Interpret();
         EXPECT_EQ(reader.page.pageEmpty, bytes == 100);
     }
+}
+
+TEST(RasterMode, TheBudgetGrowsWithThePlot) {
+    const std::int64_t base = std::int64_t{1} << 32;
+    EXPECT_FALSE(WorkBudget::ForPlot(1000).Take(base + 65536 * 1000 + 1));
+    EXPECT_TRUE(WorkBudget::ForPlot(1000).Take(base + 65536 * 1000));
 }
 
 TEST(EscapeTable, NoSequenceTwice) {

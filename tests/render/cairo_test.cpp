@@ -7,6 +7,7 @@
 #include "render/cairo_picture.h"
 #include "render/page_writers.h"
 #include "tests/render/memory_sink.h"
+#include "tests/render/png_reader.h"
 
 namespace {
 
@@ -28,44 +29,12 @@ PageSource SourceOf(const DisplayList& list, double rotation = 0.0) {
     return page;
 }
 
-struct Reader {
-    const std::string& text;
-    std::size_t at = 0;
-    static cairo_status_t Read(void* closure, unsigned char* data, unsigned int length) {
-        Reader& reader = *static_cast<Reader*>(closure);
-        if (reader.text.size() - reader.at < length) return CAIRO_STATUS_READ_ERROR;
-        reader.text.copy(reinterpret_cast<char*>(data), length, reader.at);
-        reader.at += length;
-        return CAIRO_STATUS_SUCCESS;
-    }
-};
-
-// The page as decoded dots.
-class Image {
-  public:
-    explicit Image(const DisplayList& list, double rotation = 0.0) {
-        MemorySink sink;
-        WritePng(SourceOf(list, rotation), DotForDot(), sink);
-        Reader reader{sink.text};
-        surface_.reset(cairo_image_surface_create_from_png_stream(Reader::Read, &reader));
-        EXPECT_EQ(cairo_surface_status(surface_.get()), CAIRO_STATUS_SUCCESS);
-    }
-    int Width() const { return cairo_image_surface_get_width(surface_.get()); }
-    int Height() const { return cairo_image_surface_get_height(surface_.get()); }
-    // 0xRRGGBB of the dot that holds the drawing's point, y up.
-    std::uint32_t At(int x, int y) const {
-        const int row = Height() - 1 - y;
-        std::uint32_t dot = 0;
-        std::memcpy(&dot,
-                    cairo_image_surface_get_data(surface_.get()) +
-                        row * cairo_image_surface_get_stride(surface_.get()) + 4 * x,
-                    sizeof dot);
-        return dot & 0xFFFFFF;
-    }
-
-  private:
-    CairoSurface surface_;
-};
+std::string PngOf(const DisplayList& list, double rotation = 0.0,
+                  const PageOptions& options = DotForDot()) {
+    MemorySink sink;
+    WritePng(SourceOf(list, rotation), options, sink);
+    return sink.text;
+}
 
 // An invisible frame, so that the sheet is `side` dots wide and high.
 void AddSheet(DisplayList& list, std::int32_t side) {
@@ -87,7 +56,7 @@ TEST(PngPage, ShowsLinesAreasAndTheirOrder) {
                             {10, 10}, {20, 10}, {20, 20}, {10, 20}};
     const std::int32_t lengths[] = {4, 4};
     list.AppendPolyPolygon({lengths, 2, {rings, 8}}, true);
-    const Image image(list);
+    const PngDots image(PngOf(list));
     EXPECT_EQ(image.Width(), 100);
     EXPECT_EQ(image.Height(), 100);
     EXPECT_EQ(image.At(25, 52), 0xFF0000U);
@@ -99,17 +68,48 @@ TEST(PngPage, ShowsLinesAreasAndTheirOrder) {
     EXPECT_EQ(image.At(15, 15), 0xFFFFFFU);  // hole
 }
 
+// A red area and beside it a green one, 50 x 10 dots; the corners from the lower left.
 TEST(PngPage, TurnsCounterClockwise) {
     DisplayList list;
     list.AppendColour(RecordKind::kFillColour, 0x0000FF);
     list.AppendRectangle({{0, 0}, {40, 10}}, true);
     list.AppendColour(RecordKind::kFillColour, 0x00FF00);
     list.AppendRectangle({{40, 0}, {50, 10}}, true);
-    const Image image(list, 90.0);
-    EXPECT_EQ(image.Width(), 10);
-    EXPECT_EQ(image.Height(), 50);
-    EXPECT_EQ(image.At(5, 5), 0xFF0000U);
-    EXPECT_EQ(image.At(5, 45), 0x00FF00U);
+    list.AppendColour(RecordKind::kFillColour, 0);
+    list.AppendRectangle({{0, 0}, {5, 5}}, true);
+    const struct {
+        double rotation;
+        int width;
+        PointI green, black;
+    } rows[] = {{0.0, 50, {45, 5}, {2, 2}},   {90.0, 10, {5, 45}, {7, 2}},
+                {180.0, 50, {5, 5}, {47, 7}}, {270.0, 10, {5, 5}, {2, 47}},
+                {-90.0, 10, {5, 5}, {2, 47}}, {-270.0, 10, {5, 45}, {7, 2}}};
+    for (const auto& row : rows) {
+        const PngDots image(PngOf(list, row.rotation));
+        EXPECT_EQ(image.Width(), row.width) << row.rotation;
+        EXPECT_EQ(image.Height(), 60 - row.width) << row.rotation;
+        EXPECT_EQ(image.At(row.green.x, row.green.y), 0x00FF00U) << row.rotation;
+        EXPECT_EQ(image.At(row.black.x, row.black.y), 0x000000U) << row.rotation;
+    }
+}
+
+// However few dots an inch has, a line of the thinnest pens is as dark as its colour and about a
+// dot wide.
+TEST(PngPage, ThinPensStayVisible) {
+    for (const std::int32_t width : {0, 1, 3}) {
+        DisplayList list;
+        AddSheet(list, 1000);
+        list.AppendValue(RecordKind::kLineWidth, width);
+        list.AppendLine({0, 515}, {1000, 515});
+        PageOptions options = DotForDot();
+        options.dpi = 101.6;
+        const PngDots image(PngOf(list, 0.0, options));
+        ASSERT_EQ(image.Height(), 100);
+        std::uint32_t ink = 0;
+        for (int y = 45; y < 58; ++y) ink += 255 - (image.At(50, y) & 255);
+        EXPECT_GE(ink, 200U) << width;
+        EXPECT_LE(ink, 400U) << width;
+    }
 }
 
 TEST(PngPage, MaskPenKeepsTheDarkerColour) {
@@ -120,7 +120,7 @@ TEST(PngPage, MaskPenKeepsTheDarkerColour) {
     list.AppendValue(RecordKind::kDrawMode, 9);
     list.AppendColour(RecordKind::kFillColour, 0xFFFF00);
     list.AppendRectangle({{0, 0}, {10, 5}}, true);
-    const Image image(list);
+    const PngDots image(PngOf(list));
     EXPECT_EQ(image.At(5, 8), 0xFFFF00U);
     EXPECT_EQ(image.At(5, 2), 0x00FF00U);
 }
@@ -133,7 +133,7 @@ TEST(PngPage, ClearBitsOfPatternsAreInk) {
     list.AppendColour(RecordKind::kFillColour, 0);
     list.AppendFillStyle(3, 1);
     list.AppendRectangle({{0, 0}, {100, 100}}, true);
-    const Image image(list);
+    const PngDots image(PngOf(list));
     EXPECT_LT(image.At(1, 50), 0x404040U);  // dots are 3.4 wide
     EXPECT_GT(image.At(5, 50), 0xC0C0C0U);
 }
@@ -148,12 +148,19 @@ TEST(PngPage, PicturesStandUprightAndWhiteIsClear) {
     list.AppendColour(RecordKind::kFillColour, 0x00FF00);
     list.AppendRectangle({{0, 0}, {40, 40}}, true);
     list.AppendPicture({{0, 0}, {40, 40}}, 252, {bitmap.data(), bitmap.size()});
-    const Image clear(list);
+    const PngDots clear(PngOf(list));
     EXPECT_EQ(clear.At(10, 30), 0x000000U);
     EXPECT_EQ(clear.At(30, 30), 0x00FF00U);
     EXPECT_EQ(clear.At(10, 10), 0x00FF00U);
+    const std::pair<double, PointI> turns[] = {
+        {90.0, {10, 10}}, {180.0, {30, 10}}, {270.0, {30, 30}}, {-90.0, {30, 30}}};
+    for (const auto& [rotation, black] : turns) {
+        const PngDots turned(PngOf(list, rotation));
+        EXPECT_EQ(turned.At(black.x, black.y), 0x000000U) << rotation;
+        EXPECT_EQ(turned.At(40 - black.x, 40 - black.y), 0x00FF00U) << rotation;
+    }
     list.AppendPicture({{0, 0}, {40, 40}}, 204, {bitmap.data(), bitmap.size()});
-    EXPECT_EQ(Image(list).At(10, 10), 0xFFFFFFU);
+    EXPECT_EQ(PngDots(PngOf(list)).At(10, 10), 0xFFFFFFU);
 }
 
 TEST(CairoPicture, ReductionKeepsTheAverage) {

@@ -2,52 +2,14 @@
 #include "render/png_writer.h"
 
 #include <gtest/gtest.h>
-#include <zlib.h>
-
-#include <map>
 
 #include "render/base64_sink.h"
 #include "tests/render/memory_sink.h"
+#include "tests/render/png_reader.h"
 
 namespace {
 
 using namespace qm;
-
-std::uint32_t BigEndianAt(const std::string& text, std::size_t at) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 0; i < 4; ++i) {
-        value = value << 8 | static_cast<unsigned char>(text.at(at + i));
-    }
-    return value;
-}
-
-// Chunks by type, repeated ones joined; checks their sums.
-std::map<std::string, std::string> Chunks(const std::string& png) {
-    std::map<std::string, std::string> chunks;
-    EXPECT_EQ(png.substr(0, 8), "\x89PNG\r\n\x1a\n");
-    for (std::size_t at = 8; at < png.size();) {
-        const std::size_t size = BigEndianAt(png, at);
-        const std::string body = png.substr(at + 4, size + 4);
-        EXPECT_EQ(
-            crc32(0, reinterpret_cast<const Bytef*>(body.data()), static_cast<uInt>(body.size())),
-            BigEndianAt(png, at + 8 + size));
-        chunks[body.substr(0, 4)] += body.substr(4);
-        at += size + 12;
-    }
-    EXPECT_EQ(chunks.count("IEND"), 1U);
-    return chunks;
-}
-
-std::string Inflated(const std::string& data, std::size_t bytes) {
-    std::string result(bytes + 1, '?');
-    auto size = static_cast<uLongf>(result.size());
-    EXPECT_EQ(
-        uncompress(reinterpret_cast<Bytef*>(result.data()), &size,
-                   reinterpret_cast<const Bytef*>(data.data()), static_cast<uLong>(data.size())),
-        Z_OK);
-    result.resize(size);
-    return result;
-}
 
 std::string PictureAsPng(const std::vector<std::uint8_t>& bitmap, bool whiteIsClear) {
     MemorySink sink;
@@ -62,12 +24,12 @@ TEST(PngWriter, KeepsIndexedPicturesAsTheyAre) {
     rows[0] = 0x0F;  // the bottom row
     rows[4] = 0xA5;
     rows[5] = 0x80;
-    auto chunks = Chunks(PictureAsPng(bitmap, true));
+    auto chunks = PngChunks(PictureAsPng(bitmap, true));
     EXPECT_EQ(chunks["IHDR"], std::string("\0\0\0\x0a\0\0\0\2\1\3\0\0\0", 13));
     EXPECT_EQ(chunks["PLTE"], "\xff\xff\xff\x1e\x14\x0a");
     EXPECT_EQ(chunks["tRNS"], std::string("\0\xff", 2));
     EXPECT_EQ(Inflated(chunks["IDAT"], 6), std::string("\0\xa5\x80\0\x0f\0", 6));
-    EXPECT_EQ(Chunks(PictureAsPng(bitmap, false)).count("tRNS"), 0U);
+    EXPECT_EQ(PngChunks(PictureAsPng(bitmap, false)).count("tRNS"), 0U);
 }
 
 TEST(PngWriter, TrueColoursAreRedFirstAndFiltered) {
@@ -75,7 +37,7 @@ TEST(PngWriter, TrueColoursAreRedFirstAndFiltered) {
     std::uint8_t* const row = WritePackedHeader(bitmap.data(), 2, 1, 24, nullptr);
     const std::uint8_t dots[] = {1, 2, 3, 11, 22, 2};  // blue, green, red
     std::copy(std::begin(dots), std::end(dots), row);
-    auto chunks = Chunks(PictureAsPng(bitmap, true));
+    auto chunks = PngChunks(PictureAsPng(bitmap, true));
     EXPECT_EQ(chunks["IHDR"].substr(8), std::string("\x08\2\0\0\0", 5));
     EXPECT_EQ(chunks["tRNS"], std::string("\0\xff\0\xff\0\xff", 6));
     EXPECT_EQ(Inflated(chunks["IDAT"], 7), std::string("\1\3\2\1\xff\x14\x0a", 7));
@@ -101,7 +63,7 @@ TEST(PngWriter, LargePicturesAreSeveralChunks) {
         }
     }
     writer.Finish();
-    auto chunks = Chunks(sink.text);
+    auto chunks = PngChunks(sink.text);
     EXPECT_EQ(chunks["pHYs"], std::string("\0\0\x27\x10\0\0\x27\x10\1", 9));
     EXPECT_TRUE(Inflated(chunks["IDAT"], expected.size()) == expected);
 }

@@ -200,15 +200,22 @@ std::size_t Count(const std::string& text, const std::string& part) {
 TEST(SvgPage, SheetIsThePhysicalExtentAndItsMargin) {
     DisplayList list;
     list.AppendLine({0, 0}, {4064, 1016});  // 4 x 1 inches
-    const std::string plain = Svg(list, 0.0, 2.54);
-    EXPECT_NE(plain.find("width=\"106.68mm\" height=\"30.48mm\" viewBox=\"0 0 4267.2 1219.2\""),
-              std::string::npos)
-        << plain;
-    EXPECT_NE(plain.find("transform=\"matrix(1 0 0 -1 101.6 1117.6)\""), std::string::npos);
-    const std::string turned = Svg(list, 90.0, 2.54);
-    EXPECT_NE(turned.find("width=\"30.48mm\" height=\"106.68mm\""), std::string::npos);
-    EXPECT_NE(turned.find("transform=\"matrix(0 -1 -1 0 1117.6 4165.6)\""), std::string::npos)
-        << turned;
+    const std::string wide = "width=\"106.68mm\" height=\"30.48mm\" viewBox=\"0 0 4267.2 1219.2\"";
+    const std::string high = "width=\"30.48mm\" height=\"106.68mm\" viewBox=\"0 0 1219.2 4267.2\"";
+    const struct {
+        double rotation;
+        const std::string& sheet;
+        const char* matrix;
+    } rows[] = {
+        {0.0, wide, "(1 0 0 -1 101.6 1117.6)"},   {90.0, high, "(0 -1 -1 0 1117.6 4165.6)"},
+        {180.0, wide, "(-1 0 0 1 4165.6 101.6)"}, {270.0, high, "(0 1 1 0 101.6 101.6)"},
+        {-90.0, high, "(0 1 1 0 101.6 101.6)"},   {-450.0, high, "(0 1 1 0 101.6 101.6)"},
+    };
+    for (const auto& row : rows) {
+        const std::string svg = Svg(list, row.rotation, 2.54);
+        EXPECT_NE(svg.find(row.sheet), std::string::npos) << svg;
+        EXPECT_NE(svg.find(row.matrix), std::string::npos) << svg;
+    }
     EXPECT_NE(Svg(DisplayList(), 0.0, 5.0).find("width=\"10mm\" height=\"10mm\""),
               std::string::npos);
 }
