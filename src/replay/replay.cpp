@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <optional>
 #include <ostream>
 #include <utility>
@@ -228,10 +227,10 @@ void Replay::Object(Arguments& arguments) {
 void Replay::End(Arguments&) {
     const Sink& sink = sinks_.back();
     if (sink.object) {
-        static const std::string_view kName = "EndObject";
-        const ScriptLine line{line_, {{"EndObject", {}, false}}};
+        constexpr std::string_view kName = "EndObject";
+        const ScriptLine line{line_, {{std::string(kName), {}, false}}};
         Arguments none(line, kName);
-        Report(kName, FindCall(sink.kind, kName)->invoke(sink.object.Get(), none));
+        Report(kName, FindCall(kName)->MethodOf(sink.kind)(sink.object.Get(), none));
     }
     // The document's own structure lives until the script ends.
     if (sinks_.size() > 1) sinks_.pop_back();
@@ -241,18 +240,15 @@ void Replay::Call(const ScriptLine& line) {
     const std::string& name = line.values.front().text;
     OpenDocument();
     const Sink& sink = sinks_.back();
-    if (!sink.object) {
-        // Calls on an object that was refused: a host would not make them.
-        if (IsCall(name)) return;
-        throw ScriptError("no such call: " + name);
-    }
-    const ScriptCall* const call = FindCall(sink.kind, name);
-    if (call == nullptr)
-        throw ScriptError(IsCall(name) ? "the open object has no " + name
-                                       : "no such call: " + name);
+    const ScriptCall* const call = FindCall(name);
+    if (call == nullptr) throw ScriptError("no such call: " + name);
+    // Calls on an object that was refused: a host would not make them.
+    if (!sink.object) return;
+    const SinkMethod method = call->MethodOf(sink.kind);
+    if (method == nullptr) throw ScriptError("the open object has no " + name);
     const std::string usage = Usage(name, call->arguments);
     Arguments arguments(line, usage);
-    Report(name, call->invoke(sink.object.Get(), arguments));
+    Report(name, method(sink.object.Get(), arguments));
 }
 
 void Replay::Report(std::string_view call, HRESULT status) {

@@ -1,12 +1,11 @@
-// The calls a replay script can make on a sink: one table row a method, with its arguments. Test:
+// The calls that a replay script can make: one table of all methods of the sinks, a row a script
+// word. Entry point: FindCall. How the arguments are read: sink_methods.h. Test:
 // tests/replay/replay_test.cpp.
 #pragma once
 
-#include <qmfilter.h>
-
 #include <string_view>
 
-#include "replay/replay_line.h"
+#include "replay/sink_methods.h"
 
 namespace qm {
 
@@ -14,15 +13,15 @@ struct ScriptCall {
     std::string_view name;
     // The line's syntax behind the name, for messages.
     std::string_view arguments;
-    // Reads the arguments and calls the method of `sink`, which has the table's interface.
-    HRESULT (*invoke)(IUnknown* sink, Arguments& arguments);
+    MethodPerSink methods;
+
+    // The method of that kind of sink; null when it has none of this name.
+    SinkMethod MethodOf(SinkKind kind) const noexcept {
+        return methods[static_cast<std::size_t>(kind)];
+    }
 };
 
-enum class SinkKind { kStructure, kVector, kVectorReal, kRaster };
-
-// The method `name` of a sink, or null.
-const ScriptCall* FindCall(SinkKind kind, std::string_view name) noexcept;
-// Whether any kind of sink has the method.
-bool IsCall(std::string_view name) noexcept;
+// The row of `name`, or null when no kind of sink has such a method.
+const ScriptCall* FindCall(std::string_view name) noexcept;
 
 }  // namespace qm
