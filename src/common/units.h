@@ -9,6 +9,7 @@ namespace qm {
 inline constexpr double kUnitsPerInch = 1016.0;
 inline constexpr double kUnitsPerMillimetre = 40.0;
 inline constexpr double kMillimetresPerInch = 25.4;
+inline constexpr double kCentimetresPerInch = 2.54;
 // Decipoints, in which the raster language measures (PCL 5): 1/720 inch.
 inline constexpr double kDecipointsPerInch = 720.0;
 // Points, in which PDF measures.

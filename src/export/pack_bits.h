@@ -1,5 +1,5 @@
 // PackBits: the row compression of the raster export (TIFF 6.0 compression 32773, method 2 of
-// HP-RTL). The decoder is raster/row_decoders.h. Test: tests/export/pack_bits_test.cpp, speed:
+// HP-RTL). The decoder is raster/rows/row_decoders.h. Test: tests/export/pack_bits_test.cpp, speed:
 // bench/export_bench.cpp.
 #pragma once
 

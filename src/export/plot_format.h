@@ -8,6 +8,7 @@
 // several times as fast. The texts stand in plot_text.h. Test: tests/export/plot_format_test.cpp.
 #pragma once
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -54,9 +55,14 @@ constexpr bool Fits(std::string_view format, const std::string_view (&conversion
 }
 
 // Writes the decimal text of `value` to `to`, which has room for it, and returns its end.
-char* Print(char* to, Int value);
-// The same with two decimals: "0.35", "-0.00", "inf", "nan".
-char* Print(char* to, Real value);
+inline char* Print(char* to, Int value) {
+    return std::to_chars(to, to + kMaxBytes<Int>, value).ptr;
+}
+// The same with two decimals: "0.35", "-0.00", "inf", "nan". Ties follow the exact binary value and
+// then go to even, as in printf: 0.125 is "0.12".
+inline char* Print(char* to, Real value) {
+    return std::to_chars(to, to + kMaxBytes<Real>, value, std::chars_format::fixed, 2).ptr;
+}
 
 // Copies `format` up to and behind the next conversion; "%%" becomes "%".
 inline char* CopyLiteral(char* to, const char*& format) {

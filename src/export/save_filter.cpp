@@ -4,7 +4,6 @@
 #include "export/plot_output.h"
 #include "export/plot_text.h"
 #include "export/save_structure.h"
-#include "export/variant_values.h"
 
 namespace qm {
 namespace {
@@ -52,11 +51,7 @@ CQmFilterSaveHPGL::CQmFilterSaveHPGL()
 
 void CQmFilterSaveHPGL::Configure(IQmAttributes* settings, ExportSettings& structure) noexcept {
     ReadUserDpi(settings, structure);
-    ReadBoolean(settings, L"KeepDrawColors", structure.keepDrawColors);
-    if (const auto colour = ReadAttribute(settings, L"MonoColor")) {
-        structure.monoEnabled = true;
-        structure.monoColor = BitsOf(colour->Get());
-    }
+    structure.mono = ReadAttribute(settings, L"MonoColor").has_value();
     ReadBoolean(settings, L"UsePenTable", usePenTable_);
     ReadBoolean(settings, L"UseLineWeights", useLineWeights_);
     structure.usePenTable = usePenTable_;

@@ -42,14 +42,13 @@ double PlotLength(LONG pixels, int dpi) noexcept {
 
 }  // namespace
 
-HRESULT CQmSaveRasterData::CreateRasterStorage(LONG width, LONG height, LONG bitsPerPixel,
-                                               LONG compression, LONG dpiX, LONG, LONG colours,
+HRESULT CQmSaveRasterData::CreateRasterStorage(LONG width, LONG height, LONG bitsPerPixel, LONG,
+                                               LONG dpiX, LONG, LONG colours,
                                                const BYTE* colourTable) noexcept {
     bitmap_ = GlobalBlock();
     width_ = width;
     height_ = height;
     bitsPerPixel_ = bitsPerPixel;
-    compression_ = compression;
     placement_ = {static_cast<int>(dpiX), false};
     if (!IsKnownDepth(bitsPerPixel)) return E_FAIL;
     if (width < 1 || height < 1) return E_INVALIDARG;

@@ -59,7 +59,6 @@ class CQmSaveRasterData final : public ComObject<IQmSaveRasterData> {
     LONG width_ = 0;
     LONG height_ = 0;
     LONG bitsPerPixel_ = 0;
-    LONG compression_ = 0;  // kept, not used
     PicturePlacement placement_;
 };
 

@@ -7,7 +7,6 @@
 #include "export/plot_text.h"
 #include "export/save_raster_data.h"
 #include "export/save_vector_data.h"
-#include "export/variant_values.h"
 #include "platform/bstr.h"
 
 namespace qm {
@@ -69,7 +68,6 @@ HRESULT CQmSaveStructure::SetAttribute(BSTR name, VARIANT value) noexcept {
 void CQmSaveStructure::SetPenTable(const VARIANT& value) noexcept {
     settings_.penTable = ObjectOf(value);
     if (!settings_.penTable) return;
-    settings_.penTablePresent = true;
     const auto attributes = settings_.penTable.As<IQmAttributes>();
     if (const auto millimetres = ReadAttribute(attributes.Get(), L"Measurement"))
         settings_.penTableInMillimetres = IsVariantTrue(millimetres->Get());

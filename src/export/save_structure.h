@@ -9,7 +9,7 @@
 #include <qmfilter.h>
 
 #include "export/export_settings.h"
-#include "export/plot_transform.h"
+#include "export/plot_geometry.h"
 #include "platform/com_object.h"
 
 namespace qm {

@@ -1,12 +1,14 @@
 // See vector_writer.h.
 #include "export/vector_writer.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <string>
 
 #include "common/units.h"
-#include "export/font_cell.h"
 #include "platform/bstr.h"
 #include "platform/com_object.h"
 #include "platform/text.h"
@@ -15,7 +17,6 @@ namespace qm {
 namespace {
 
 constexpr LONG kSolidLineType = 9;
-constexpr double kCentimetresPerInch = 2.54;
 // One degree, with the digits that existing exports used.
 constexpr double kRadiansPerFontDegree = 0.01745329252;
 
@@ -25,43 +26,83 @@ LONG LineTypeOf(LONG style) noexcept {
     return style >= 0 && style < 5 ? kTypes[style] : kSolidLineType;
 }
 
-struct Components {
-    LONG red, green, blue;
-};
-
-Components ComponentsOf(std::uint32_t colour) noexcept {
-    return {static_cast<LONG>(colour & 255), static_cast<LONG>(colour >> 8 & 255),
-            static_cast<LONG>(colour >> 16 & 255)};
-}
-
 // What a pen table knows of a pen; -1 where it knows nothing.
-struct TablePenProperties {
+struct PenFromTable {
     LONG style = -1;
     LONG colour = -1;
     double width = -1.0;
 };
 
-TablePenProperties AskPenTable(IUnknown* table, LONG pen) noexcept {
-    TablePenProperties pen_properties;
+PenFromTable AskPenTable(IUnknown* table, LONG pen) noexcept {
+    PenFromTable found;
     const auto pens = Query<IQmPenTable>(table);
-    if (pens && SUCCEEDED(pens->GetPen(pen, &pen_properties.style, &pen_properties.colour,
-                                       &pen_properties.width)))
-        return pen_properties;
+    if (pens && SUCCEEDED(pens->GetPen(pen, &found.style, &found.colour, &found.width)))
+        return found;
     return {};
+}
+
+// ---------------------------------------------------------------- Measuring a font
+
+// The screen's device context with a font selected, both given back at the end in the order the
+// system asks for.
+class MeasuringContext {
+  public:
+    explicit MeasuringContext(const LOGFONTA& description) noexcept
+        : context_(GetDC(nullptr)), font_(CreateFontIndirectA(&description)) {
+        if (context_ != nullptr && font_ != nullptr) previous_ = SelectObject(context_, font_);
+    }
+    ~MeasuringContext() {
+        if (previous_ != nullptr) SelectObject(context_, previous_);
+        if (font_ != nullptr) DeleteObject(font_);
+        if (context_ != nullptr) ReleaseDC(nullptr, context_);
+    }
+    MeasuringContext(const MeasuringContext&) = delete;
+    MeasuringContext& operator=(const MeasuringContext&) = delete;
+
+    std::optional<LONG> HeightOfA() const noexcept {
+        SIZE extent = {};
+        if (previous_ == nullptr || !GetTextExtentPoint32A(context_, "A", 1, &extent))
+            return std::nullopt;
+        return extent.cy;
+    }
+
+  private:
+    HDC context_;
+    HFONT font_;
+    HGDIOBJ previous_ = nullptr;
+};
+
+// Height of a font's character cell, measured as the system measures it.
+struct FontCell {
+    // Of the upright "A", in the units of the description's height; nothing when a call failed.
+    std::optional<LONG> height;
+    // Direction of the text, tenths of a degree counter-clockwise.
+    LONG escapement = 0;
+};
+
+// `description` holds the 60 bytes of a LOGFONTA, aligned or not; it is measured without its
+// escapement, which would turn the cell.
+FontCell MeasureFont(const BYTE* description) noexcept {
+    LOGFONTA font;
+    std::memcpy(&font, description, sizeof(font));
+    FontCell cell;
+    cell.escapement = font.lfEscapement;
+    font.lfEscapement = 0;
+    cell.height = MeasuringContext(font).HeightOfA();
+    return cell;
 }
 
 }  // namespace
 
 HRESULT VectorWriter::DrawColour(LONG red, LONG green, LONG blue) noexcept {
-    if (settings_.monoEnabled) {
-        if (!state_.monoPending) return S_OK;
-        state_.monoPending = false;
-        const Components mono = ComponentsOf(settings_.monoColor);
-        return output_.Write(plot_text::kDrawColour, 1, mono.red, mono.green, mono.blue, 1);
-    }
-    state_.drawColor = static_cast<std::uint32_t>(red) | static_cast<std::uint32_t>(green) << 8 |
-                       static_cast<std::uint32_t>(blue) << 16;
-    if (state_.penColorFromTable) return S_OK;
+    // Quirk: nothing ever defines the mono colour, so a mono export writes no colour at all and the
+    // plotter's default pens decide.
+    if (settings_.mono) return S_OK;
+    // Components above 255 run into each other, in what is remembered alone.
+    state_.drawColour =
+        Colour::FromBgr(static_cast<std::uint32_t>(red) | static_cast<std::uint32_t>(green) << 8 |
+                        static_cast<std::uint32_t>(blue) << 16);
+    if (state_.penColourFromTable) return S_OK;
     return output_.Write(plot_text::kDrawColour, state_.pen, red, green, blue, state_.pen);
 }
 
@@ -88,9 +129,9 @@ HRESULT VectorWriter::SelectPen(LONG pen) noexcept {
 }
 
 HRESULT VectorWriter::TablePen() noexcept {
-    const TablePenProperties table = AskPenTable(settings_.penTable.Get(), state_.pen);
+    const PenFromTable table = AskPenTable(settings_.penTable.Get(), state_.pen);
     state_.penWidthFromTable = table.width != -1.0;
-    state_.penColorFromTable = table.colour != -1;
+    state_.penColourFromTable = table.colour != -1;
     state_.penStyleFromTable = table.style != -1;
 
     // Quirk: the host's width is taken as plotter units here; LineWidth scales it.
@@ -100,12 +141,13 @@ HRESULT VectorWriter::TablePen() noexcept {
             settings_.penTableInMillimetres ? table.width / kMillimetresPerInch : table.width;
         width = inches * kUnitsPerInch;
     }
-    const Components colour = ComponentsOf(
-        state_.penColorFromTable ? static_cast<std::uint32_t>(table.colour) : state_.drawColor);
+    const Colour colour = state_.penColourFromTable
+                              ? Colour::FromBgr(static_cast<std::uint32_t>(table.colour))
+                              : state_.drawColour;
     TextSequence texts(output_);
     texts.Add(plot_text::kPenWidth, width / kUnitsPerMillimetre, state_.pen);
-    texts.Add(plot_text::kTableColour, state_.pen, colour.red, colour.green, colour.blue,
-              state_.pen);
+    texts.Add(plot_text::kTableColour, state_.pen, Int{colour.red}, Int{colour.green},
+              Int{colour.blue}, state_.pen);
     AddLineType(texts, LineTypeOf(state_.penStyleFromTable ? table.style : state_.lineStyle));
     return texts.Status();
 }
@@ -160,11 +202,11 @@ HRESULT VectorWriter::DefineFillPattern(LONG index, LONG width, LONG height,
     return texts.Add(plot_text::kEndFillPattern).Status();
 }
 
-HRESULT VectorWriter::Line(PlotPoint from, PlotPoint to) noexcept {
+HRESULT VectorWriter::Line(PointI from, PointI to) noexcept {
     return output_.Write(plot_text::kLine, from.x, from.y, to.x, to.y);
 }
 
-HRESULT VectorWriter::Circle(PlotPoint centre, std::int32_t radius, bool filled) noexcept {
+HRESULT VectorWriter::Circle(PointI centre, std::int32_t radius, bool filled) noexcept {
     return output_.Write(filled ? plot_text::kFilledCircle : plot_text::kCircle, centre.x, centre.y,
                          radius);
 }
@@ -174,7 +216,6 @@ HRESULT VectorWriter::Font(LONG size, const BYTE* description) noexcept {
     const FontCell cell = MeasureFont(description);
     if (!cell.height) return E_FAIL;
     const double inches = *cell.height * settings_.transform.scale / kUnitsPerInch;
-    state_.textAdvance = 0.75 * *cell.height;
 
     // Quirk: half the height of the cell, and a character half as wide as that.
     const double height = inches * kCentimetresPerInch / 2;
@@ -189,7 +230,7 @@ HRESULT VectorWriter::Font(LONG size, const BYTE* description) noexcept {
     return texts.Status();
 }
 
-HRESULT VectorWriter::Text(PlotPoint at, BSTR text) noexcept {
+HRESULT VectorWriter::Text(PointI at, BSTR text) noexcept {
     return Guarded([&] {
         const std::wstring_view characters = ViewOf(text);
         std::string label(plot_text::kStartLabel);

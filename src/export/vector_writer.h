@@ -11,40 +11,32 @@
 #include <cstdint>
 #include <optional>
 
+#include "common/colour.h"
+#include "common/geometry.h"
 #include "export/export_settings.h"
 #include "export/plot_output.h"
 #include "export/plot_text.h"
 
 namespace qm {
 
-// Drawing state of one sink; nothing of it passes to the next sink. "kept": never written.
+// Drawing state of one sink; nothing of it passes to the next sink.
 struct VectorState {
-    LONG pen = 0;                 // never below 0
-    std::uint32_t drawColor = 0;  // 0x00BBGGRR
-    LONG lineStyle = 0;           // the host's code
-    LONG hpglLineType = 0;        // made from lineStyle; 9 is solid, 0 writes "LT0;"
-    LONG lineWidth = 0;           // document units, never below 0
+    LONG pen = 0;  // never below 0
+    Colour drawColour;
+    LONG lineStyle = 0;     // the host's code
+    LONG hpglLineType = 0;  // made from lineStyle; 9 is solid, 0 writes "LT0;"
+    LONG lineWidth = 0;     // document units, never below 0
     std::optional<LONG> drawMode;
-    LONG layer = 0;                   // kept
-    LONG polyFillMode = 0;            // kept
-    std::uint8_t drawColorFlags = 0;  // kept
-    double textAdvance = 0;           // kept: 0.75 of the height of "A"
     // The pen table gave this property of the current pen: the host's own calls only remember it.
     bool penWidthFromTable = false;
-    bool penColorFromTable = false;
+    bool penColourFromTable = false;
     bool penStyleFromTable = false;
-    // One definition of the mono colour is due.
-    // Quirk: no sink ever sets it, so a mono export writes no colour at all and the plotter's
-    // default pens decide.
-    bool monoPending = false;
 };
 
 class VectorWriter {
   public:
     explicit VectorWriter(const ExportSettings& settings)
         : settings_(settings), output_(settings.stream) {}
-
-    VectorState& State() noexcept { return state_; }
 
     // ------------------------------------------------------------ pens, colours, lines
     // Components are written as they come. In mono mode the host's colours are dropped.
@@ -53,6 +45,8 @@ class VectorWriter {
     HRESULT WhitePen() noexcept;
     HRESULT SelectPen(LONG pen) noexcept;
     HRESULT LineStyle(LONG style) noexcept;
+    // The next pen is selected with "LT0;" unless a line style comes first.
+    void ForgetLineType() noexcept { state_.hpglLineType = 0; }
     // Document units.
     HRESULT LineWidth(LONG width) noexcept;
     // Hundredths of a millimetre.
@@ -67,9 +61,9 @@ class VectorWriter {
     HRESULT DefineFillPattern(LONG index, LONG width, LONG height, const BYTE* pattern) noexcept;
 
     // ------------------------------------------------------------ primitives, mapped
-    HRESULT Line(PlotPoint from, PlotPoint to) noexcept;
-    HRESULT Circle(PlotPoint centre, std::int32_t radius, bool filled) noexcept;
-    // `points`: Count() and operator[] giving PlotPoint; nothing is written for none. Filled:
+    HRESULT Line(PointI from, PointI to) noexcept;
+    HRESULT Circle(PointI centre, std::int32_t radius, bool filled) noexcept;
+    // `points`: Count() and operator[] giving PointI; nothing is written for none. Filled:
     // closed and filled. Else an open line.
     template <typename Points>
     HRESULT Polygon(const Points& points, bool filled) const noexcept;
@@ -83,7 +77,7 @@ class VectorWriter {
     HRESULT Font(LONG size, const BYTE* description) noexcept;
     // Characters above 255 become '?'; the text ends at its first zero character. E_OUTOFMEMORY
     // with nothing written when the label cannot be made.
-    HRESULT Text(PlotPoint at, BSTR text) noexcept;
+    HRESULT Text(PointI at, BSTR text) noexcept;
 
   private:
     HRESULT TablePen() noexcept;
@@ -98,11 +92,11 @@ template <typename Points>
 HRESULT VectorWriter::Polygon(const Points& points, bool filled) const noexcept {
     const std::size_t count = points.Count();
     if (count == 0) return S_OK;
-    const PlotPoint first = points[0];
+    const PointI first = points[0];
     TextSequence texts(output_);
     texts.Add(filled ? plot_text::kStartPolygon : plot_text::kStartPolyline, first.x, first.y);
     for (std::size_t i = 1; i < count && texts.Going(); ++i) {
-        const PlotPoint point = points[i];
+        const PointI point = points[i];
         texts.Add(plot_text::kNextPoint, point.x, point.y);
     }
     if (filled) texts.Add(plot_text::kClosePolygon, first.x, first.y);
@@ -116,7 +110,7 @@ HRESULT VectorWriter::FilledRings(const Rings& rings) const noexcept {
     for (std::size_t r = 0; r < rings.size(); ++r) {
         const auto ring = rings[r];
         for (std::size_t i = 0; i < ring.Count() && texts.Going(); ++i) {
-            const PlotPoint point = ring[i];
+            const PointI point = ring[i];
             texts.Add(i == 0 ? *start : plot_text::kNextPoint, point.x, point.y);
         }
         if (ring.Count() > 0) start = &plot_text::kStartNextRing;

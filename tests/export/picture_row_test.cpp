@@ -1,5 +1,5 @@
 // Rows turned by 180 degrees and with their components exchanged.
-#include "export/picture_row.h"
+#include "export/picture_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -79,21 +79,6 @@ TEST(VectorSink, ColoursUnderBothVocabularies) {
               "PC0,255,255,255;\r\nSP0;");
 }
 
-// No sink sets the flag; the text is there for one that would.
-TEST(VectorSink, PendingMonoColourIsWrittenOnce) {
-    const auto stream = MakeObject<RecordingStream>();
-    ExportSettings settings;
-    settings.stream = stream;
-    settings.monoEnabled = true;
-    settings.monoColor = 0x030201;
-    VectorWriter writer(settings);
-    writer.State().monoPending = true;
-    EXPECT_EQ(writer.DrawColour(9, 9, 9), S_OK);
-    EXPECT_EQ(writer.DrawColour(9, 9, 9), S_OK);
-    EXPECT_EQ(stream->Bytes(), "PC1,1,2,3;\r\nSP1;");
-    EXPECT_EQ(writer.State().drawColor, 0u);
-}
-
 TEST(VectorSink, PenTable) {
     const std::string use = "setting UsePenTable true\nsetting UseLineWeights true\n";
     const struct Row {

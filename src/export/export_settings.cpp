@@ -1,5 +1,5 @@
-// See variant_values.h.
-#include "export/variant_values.h"
+// See export_settings.h.
+#include "export/export_settings.h"
 
 #include <new>
 
@@ -18,18 +18,19 @@ VARIANT Changed(const VARIANT& value, VARTYPE type) noexcept {
     return changed;
 }
 
+// The 32 bits of an integer; 0 when it is none.
+std::uint32_t BitsOf(const VARIANT& value) noexcept {
+    if (value.vt == VT_UI4) return static_cast<std::uint32_t>(value.ulVal);
+    const VARIANT integer = Changed(value, VT_I4);
+    return integer.vt == VT_I4 ? static_cast<std::uint32_t>(integer.lVal) : 0;
+}
+
 }  // namespace
 
 std::optional<double> RealOf(const VARIANT& value) noexcept {
     if (value.vt == VT_R8) return value.dblVal;
     const VARIANT real = Changed(value, VT_R8);
     return real.vt == VT_R8 ? std::optional<double>(real.dblVal) : std::nullopt;
-}
-
-std::uint32_t BitsOf(const VARIANT& value) noexcept {
-    if (value.vt == VT_UI4) return static_cast<std::uint32_t>(value.ulVal);
-    const VARIANT integer = Changed(value, VT_I4);
-    return integer.vt == VT_I4 ? static_cast<std::uint32_t>(integer.lVal) : 0;
 }
 
 bool BooleanOf(const VARIANT& value) noexcept {

@@ -1,23 +1,20 @@
 // From document units to plotter units: X = trunc((x + offsetX) * scale), and y likewise or, when
-// flipped, Y = trunc((height - (y + offsetY)) * scale).
+// flipped, Y = trunc((height - (y + offsetY)) * scale). Ellipses as chains of points.
 //
-// FreezeTransform derives it from the attributes of a page; the two mappings apply it, one for each
-// kind of vector sink. Pure, no state. Test: tests/export/plot_transform_test.cpp.
+// FreezeTransform derives the mapping from the attributes of a page; the two mappings apply it, one
+// for each kind of vector sink. Pure. Tests: tests/export/framework_test.cpp,
+// tests/export/vector_test.cpp.
 #pragma once
 
 #include <objbase.h>
 
 #include <cstdint>
+#include <vector>
 
+#include "common/geometry.h"
 #include "common/numbers.h"
 
 namespace qm {
-
-// Whole plotter units.
-struct PlotPoint {
-    std::int32_t x = 0;
-    std::int32_t y = 0;
-};
 
 struct PlotTransform {
     double scale = 1.0;
@@ -55,7 +52,7 @@ class IntegerMapping {
 
     explicit IntegerMapping(const PlotTransform& transform) : transform_(transform) {}
 
-    PlotPoint Map(LONG x, LONG y) const {
+    PointI Map(LONG x, LONG y) const {
         const PlotTransform& t = transform_;
         const std::int32_t shifted = WrapAdd(y, t.offsetY);
         return {TruncateToInt32(WrapAdd(x, t.offsetX) * t.scale),
@@ -76,7 +73,7 @@ class RealMapping {
 
     explicit RealMapping(const PlotTransform& transform) : transform_(transform) {}
 
-    PlotPoint Map(double x, double y) const {
+    PointI Map(double x, double y) const {
         const PlotTransform& t = transform_;
         return {TruncateToInt32((x + t.offsetX) * t.scale),
                 TruncateToInt32((y + t.offsetY) * t.scale)};
@@ -88,5 +85,21 @@ class RealMapping {
   private:
     PlotTransform transform_;
 };
+
+// Angles in degrees, counter-clockwise from +x; `rotation` turns the whole ellipse.
+struct EllipseArc {
+    double centreX = 0;
+    double centreY = 0;
+    double radiusX = 0;
+    double radiusY = 0;
+    double rotation = 0;
+    double start = 0;
+    double span = 360;
+};
+
+// The points of the arc, start and end included: trunc(|span| / 6) equal steps, at least 1. A span
+// of 0 means a full turn. A full turn ends exactly where it starts. Above a hundred turns the steps
+// grow instead of their number. Throws std::bad_alloc.
+std::vector<PointD> EllipsePoints(const EllipseArc& arc);
 
 }  // namespace qm
