@@ -2,6 +2,8 @@
 
 #include <shlwapi.h>
 
+#include <new>
+
 #include "cli/interruption.h"
 #include "common/tool_error.h"
 #include "host/data_object.h"
@@ -10,16 +12,13 @@
 
 namespace qm::cli {
 
-ComPtr<IStream> StreamOf(const InputFile& file) {
-    ComPtr<IStream> stream;
-    const HRESULT status =
-        SHCreateStreamOnFileW(Utf8ToWide(file.Path()).c_str(), STGM_READ, stream.Put());
-    if (FAILED(status)) throw ToolError(file.Name() + ": cannot be read: " + StatusName(status));
-    return stream;
-}
-
+// Writers are let in: a copy of standard input is still open for writing.
 ComPtr<IQmDataObject> OpenSource(const InputFile& file) {
-    const auto source = MakeObject<DataObject>(StreamOf(file), Utf8ToWide(file.Path()));
+    const std::wstring path = Utf8ToWide(file.Path());
+    ComPtr<IStream> stream;
+    const HRESULT status = SHCreateStreamOnFileW(path.c_str(), STGM_READ, stream.Put());
+    if (FAILED(status)) throw ToolError(file.Name() + ": cannot be read: " + StatusName(status));
+    const auto source = MakeObject<DataObject>(stream, path);
     if (!source) throw std::bad_alloc();
     return source;
 }

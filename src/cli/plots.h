@@ -10,9 +10,6 @@
 
 namespace qm::cli {
 
-// Throws ToolError.
-ComPtr<IStream> StreamOf(const InputFile& file);
-
 // The file as a source for the import filter. Throws ToolError.
 ComPtr<IQmDataObject> OpenSource(const InputFile& file);
 

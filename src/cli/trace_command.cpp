@@ -7,7 +7,6 @@
 #include "cli/progress_bar.h"
 #include "cli/standard_output.h"
 #include "common/tool_error.h"
-#include "platform/text.h"
 #include "trace/host_trace.h"
 
 namespace qm::cli {
@@ -26,10 +25,9 @@ int PrintTrace(const TraceCommandOptions& options) {
     TraceOptions trace;
     trace.progress = options.progress;
     trace.abortAt = options.abortAt;
-    trace.storageName = Utf8ToWide(file.Path());
-    const auto stream = StreamOf(file);
+    const auto source = OpenSource(file);
     // The host answers well even with nobody left to read: what it says cannot end an import.
-    const HRESULT status = TraceImport(stream.Get(), trace, [&](std::string_view line) {
+    const HRESULT status = TraceImport(*source, trace, [&](std::string_view line) {
         output.Write(line);
         output.Write("\n");
         return S_OK;

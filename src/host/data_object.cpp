@@ -10,9 +10,7 @@
 
 namespace qm {
 
-HRESULT DataObject::get_Storage(IUnknown** value) noexcept {
-    return ComPtr<IUnknown>(stream_).CopyTo(value);
-}
+HRESULT DataObject::get_Storage(IUnknown** value) noexcept { return storage_.CopyTo(value); }
 
 HRESULT DataObject::get_StorageName(BSTR* value) noexcept {
     if (value == nullptr) return E_POINTER;

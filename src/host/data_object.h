@@ -14,15 +14,15 @@ namespace qm {
 
 class DataObject final : public ComObject<IQmDataObject> {
   public:
-    // `path` may be empty when no file stands behind the stream.
-    DataObject(ComPtr<IStream> stream, std::wstring path) noexcept
-        : stream_(std::move(stream)), path_(std::move(path)) {}
+    // `storage` is to answer IStream. `path` may be empty when no file stands behind it.
+    DataObject(ComPtr<IUnknown> storage, std::wstring path) noexcept
+        : storage_(std::move(storage)), path_(std::move(path)) {}
 
     HRESULT STDMETHODCALLTYPE get_Storage(IUnknown** value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_StorageName(BSTR* value) noexcept override;
 
   private:
-    ComPtr<IStream> stream_;
+    ComPtr<IUnknown> storage_;
     std::wstring path_;
 };
 

@@ -173,4 +173,9 @@ std::size_t DisplayList::UsedBytes() const {
     return words * sizeof(std::int32_t);
 }
 
+void DisplayList::DropRecords() {
+    chunks_.clear();
+    next_ = end_ = chain_ = nullptr;
+}
+
 }  // namespace qm

@@ -125,6 +125,8 @@ class DisplayList {
     bool IsEmpty() const { return !hasContent_; }
     // Memory that the records take.
     std::size_t UsedBytes() const;
+    // Frees the records. IsEmpty goes on answering what it did.
+    void DropRecords();
 
     static constexpr int kDetailShift = 8;
 

@@ -1,7 +1,6 @@
 #include "host/document_node.h"
 
 #include "host/drawing_block.h"
-#include "host/host_identity.h"
 
 namespace qm {
 
@@ -13,7 +12,7 @@ std::wstring_view NameOf(const VARIANT& value) {
 
 // What a node added from outside is: ours tells, a foreign one can only be a page.
 SHORT TypeOf(IUnknown* child) {
-    const auto node = OwnObject<DocumentNode>(child, kDocumentNodeIdentity);
+    const auto node = OwnObject<DocumentNode>(child);
     return node ? node->Type() : SHORT{QM_CONTAINER};
 }
 
@@ -26,7 +25,7 @@ bool CanHold(SHORT parent, SHORT child) {
 }  // namespace
 
 void* DocumentNode::FindInterface(REFIID riid) noexcept {
-    if (IsEqualGUID(riid, kDocumentNodeIdentity)) return this;
+    if (IsEqualGUID(riid, kIdentity)) return this;
     return IsEqualGUID(riid, __uuidof(IQmAttributes)) ? static_cast<IQmAttributes*>(this) : nullptr;
 }
 
@@ -47,31 +46,27 @@ HRESULT DocumentNode::Append(SHORT type, const VARIANT& name, ComPtr<IUnknown> c
 
 HRESULT DocumentNode::AddChild(VARIANT name, IUnknown* child, LONG) noexcept {
     // A node that holds itself would never be released.
-    if (child == nullptr || OwnObject<DocumentNode>(child, kDocumentNodeIdentity).Get() == this) {
+    if (child == nullptr || OwnObject<DocumentNode>(child).Get() == this) {
         return E_INVALIDARG;
     }
     return Append(TypeOf(child), name, ComPtr<IUnknown>(child));
 }
 
-ComPtr<IUnknown> DocumentNode::MakeChild(SHORT type) const noexcept {
-    ComPtr<IUnknown> child;
-    if (type == QM_VECTOR_BLOCK) {
-        child.Attach(static_cast<IQmBuildVectorData*>(MakeObject<DrawingBlock>().Detach()));
-    } else {
-        child.Attach(static_cast<IQmDocument*>(MakeObject<DocumentNode>(type).Detach()));
-    }
-    return child;
+HRESULT DocumentNode::MakeChild(SHORT type, ComPtr<IUnknown>& child) const noexcept {
+    child = type == QM_VECTOR_BLOCK ? MakeObject<DrawingBlock>().As<IUnknown>()
+                                    : MakeObject<DocumentNode>(type, wrapper_).As<IUnknown>();
+    if (!child) return E_OUTOFMEMORY;
+    return wrapper_ ? wrapper_->Wrap(ObjectWrapper::Origin::kParent, child) : S_OK;
 }
 
 HRESULT DocumentNode::CreateChild(SHORT type, VARIANT value, VARIANT, IUnknown** child) noexcept {
     if (child == nullptr) return E_POINTER;
     *child = nullptr;
     if (!CanHold(type_, type)) return E_INVALIDARG;
-    ComPtr<IUnknown> made = MakeChild(type);
-    if (!made) return E_OUTOFMEMORY;
-    const HRESULT status = Append(type, value, made);
-    if (SUCCEEDED(status)) *child = made.Detach();
-    return status;
+    ComPtr<IUnknown> made;
+    HRESULT status = MakeChild(type, made);
+    if (SUCCEEDED(status)) status = Append(type, value, made);
+    return SUCCEEDED(status) ? made.CopyTo(child) : status;
 }
 
 HRESULT DocumentNode::GetChild(SHORT type, VARIANT name, IUnknown** child) noexcept {

@@ -1,11 +1,12 @@
 // DocumentNode: a node of the embedded host's document tree (document, contents, page container).
-// Test: tests/host/document_test.cpp.
+// It makes its children itself. Test: tests/host/document_test.cpp.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "host/attribute_map.h"
+#include "host/host_object.h"
 #include "platform/com_object.h"
 #include "qmfilter.h"
 
@@ -19,8 +20,13 @@ class DocumentNode final : public ComObject<IQmDocument> {
         ComPtr<IUnknown> object;
     };
 
-    // `type`: QM_DOCUMENT, QM_CONTENTS or QM_CONTAINER.
-    explicit DocumentNode(SHORT type) noexcept : type_(type) {}
+    static constexpr IID kIdentity = {
+        0x6e7c5b1a, 0x0f2d, 0x4c55, {0x9a, 0x41, 0x7d, 0x5e, 0x20, 0xc3, 0x81, 0x11}};
+
+    // `type`: QM_DOCUMENT, QM_CONTENTS or QM_CONTAINER. `wrapper` gets the children that the node
+    // and its nodes make; null for none.
+    explicit DocumentNode(SHORT type, std::shared_ptr<ObjectWrapper> wrapper = nullptr) noexcept
+        : type_(type), wrapper_(std::move(wrapper)) {}
 
     SHORT Type() const noexcept { return type_; }
     const AttributeMap& Attributes() const noexcept { return attributes_; }
@@ -39,13 +45,15 @@ class DocumentNode final : public ComObject<IQmDocument> {
                                        IUnknown** child) noexcept override;
 
   protected:
+    // An IQmDocument is an IQmAttributes too.
     void* FindInterface(REFIID riid) noexcept override;
 
   private:
-    ComPtr<IUnknown> MakeChild(SHORT type) const noexcept;
+    HRESULT MakeChild(SHORT type, ComPtr<IUnknown>& child) const noexcept;
     HRESULT Append(SHORT type, const VARIANT& name, ComPtr<IUnknown> child) noexcept;
 
     SHORT type_;
+    std::shared_ptr<ObjectWrapper> wrapper_;
     AttributeMap attributes_;
     std::vector<Child> children_;
 };

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "host/host_identity.h"
+#include "common/colour.h"
 #include "platform/text.h"
 
 namespace qm {
@@ -31,9 +31,10 @@ PointSpan AsPoints(LONG count, const LONG* points) {
 }
 
 // A component beyond 0 to 255 keeps its low byte.
-std::uint32_t Colour(LONG red, LONG green, LONG blue) {
-    const auto byte = [](LONG value) { return static_cast<std::uint32_t>(value) & 0xFF; };
-    return byte(red) | (byte(green) << 8) | (byte(blue) << 16);
+std::uint32_t ColourOf(LONG red, LONG green, LONG blue) {
+    return Colour{static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green),
+                  static_cast<std::uint8_t>(blue)}
+        .ToBgr();
 }
 
 bool LengthsAgree(LONG rings, const LONG* lengths, LONG total) {
@@ -48,7 +49,7 @@ bool LengthsAgree(LONG rings, const LONG* lengths, LONG total) {
 }  // namespace
 
 void* DrawingBlock::FindInterface(REFIID riid) noexcept {
-    return IsEqualGUID(riid, kDrawingBlockIdentity) ? this : nullptr;
+    return IsEqualGUID(riid, kIdentity) ? this : nullptr;
 }
 
 HRESULT DrawingBlock::PutAttribute(BSTR name, VARIANT value, LONG flags) noexcept {
@@ -60,11 +61,11 @@ HRESULT DrawingBlock::GetAttribute(BSTR name, LONG, VARIANT* value) noexcept {
 }
 
 HRESULT DrawingBlock::AppendDrawColor1(LONG red, LONG green, LONG blue) noexcept {
-    return Filed([&] { list_.AppendColour(RecordKind::kDrawColour, Colour(red, green, blue)); });
+    return Filed([&] { list_.AppendColour(RecordKind::kDrawColour, ColourOf(red, green, blue)); });
 }
 
 HRESULT DrawingBlock::AppendFillColor1(LONG red, LONG green, LONG blue) noexcept {
-    return Filed([&] { list_.AppendColour(RecordKind::kFillColour, Colour(red, green, blue)); });
+    return Filed([&] { list_.AppendColour(RecordKind::kFillColour, ColourOf(red, green, blue)); });
 }
 
 HRESULT DrawingBlock::AppendLayer(LONG layer) noexcept {

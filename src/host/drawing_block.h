@@ -2,8 +2,8 @@
 // files it in a display list. Test: tests/host/document_test.cpp.
 #pragma once
 
-#include "host/attribute_map.h"
 #include "host/display_list.h"
+#include "host/host_object.h"
 #include "platform/com_object.h"
 #include "qmfilter.h"
 
@@ -13,7 +13,13 @@ namespace qm {
 // then append nothing.
 class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
   public:
+    static constexpr IID kIdentity = {
+        0x6e7c5b1a, 0x0f2d, 0x4c55, {0x9a, 0x41, 0x7d, 0x5e, 0x20, 0xc3, 0x81, 0x12}};
+
     const DisplayList& Drawing() const noexcept { return list_; }
+    // Gives back the memory of the drawing; the block stays empty or not as it is. For a host that
+    // looks at the calls alone.
+    void DropDrawing() noexcept { list_.DropRecords(); }
     const AttributeMap& Attributes() const noexcept { return attributes_; }
 
     HRESULT STDMETHODCALLTYPE PutAttribute(BSTR name, VARIANT value, LONG flags) noexcept override;
@@ -53,7 +59,7 @@ class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
     HRESULT STDMETHODCALLTYPE IsEmpty(VARIANT_BOOL* empty) noexcept override;
 
   protected:
-    // The block itself, without a reference, for the host's own code (NodeOf in document_node.h).
+    // The block itself, for OwnObject.
     void* FindInterface(REFIID riid) noexcept override;
 
   private:

@@ -12,12 +12,15 @@
 
 namespace qm {
 
+class ObjectWrapper;
+
 // Registers "Tessel.QmContainer", "Tessel.QmLayers" and "Tessel.QmPenTable" for the calling thread
 // (a class object belongs to its thread); COM is initialised meanwhile. The ProgIDs themselves are
 // the process's and stay until the last HostClasses of any thread is gone.
 class HostClasses {
   public:
-    HostClasses() noexcept;
+    // `wrapper` (host_object.h) gets every object that the classes and their nodes make.
+    explicit HostClasses(std::shared_ptr<ObjectWrapper> wrapper = nullptr) noexcept;
     ~HostClasses();
     HostClasses(const HostClasses&) = delete;
     HostClasses& operator=(const HostClasses&) = delete;
@@ -26,7 +29,7 @@ class HostClasses {
     HRESULT Status() const noexcept { return status_; }
 
   private:
-    HRESULT RegisterAll() noexcept;
+    HRESULT RegisterAll(const std::shared_ptr<ObjectWrapper>& wrapper);
 
     static constexpr std::size_t kClassCount = 3;
 

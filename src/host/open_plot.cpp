@@ -1,7 +1,7 @@
 #include "host/open_plot.h"
 
 #include "common/units.h"
-#include "host/host_identity.h"
+#include "host/layers_and_pens.h"
 
 namespace qm {
 
@@ -10,7 +10,7 @@ namespace {
 // The drawing block of a page; null when the page is not one of ours.
 ComPtr<DrawingBlock> BlockOf(const DocumentNode& container) {
     for (const DocumentNode::Child& child : container.Children()) {
-        auto block = OwnObject<DrawingBlock>(child.object.Get(), kDrawingBlockIdentity);
+        auto block = OwnObject<DrawingBlock>(child.object.Get());
         if (block) return block;
     }
     return nullptr;
@@ -22,10 +22,10 @@ void CollectPages(OpenedPlot& plot) {
         plot.format = format->AsText();
     }
     for (const DocumentNode::Child& part : plot.document->Children()) {
-        const auto contents = OwnObject<DocumentNode>(part.object.Get(), kDocumentNodeIdentity);
+        const auto contents = OwnObject<DocumentNode>(part.object.Get());
         if (!contents || contents->Type() != QM_CONTENTS) continue;
         for (const DocumentNode::Child& child : contents->Children()) {
-            auto page = OwnObject<DocumentNode>(child.object.Get(), kDocumentNodeIdentity);
+            auto page = OwnObject<DocumentNode>(child.object.Get());
             if (!page) continue;
             auto block = BlockOf(*page);
             if (block) plot.pages.emplace_back(std::move(page), std::move(block));

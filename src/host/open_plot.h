@@ -15,7 +15,7 @@
 
 #include "host/document_node.h"
 #include "host/drawing_block.h"
-#include "host/layers.h"
+#include "host/layers_and_pens.h"
 #include "host/progress_sink.h"
 #include "qmfilter.h"
 

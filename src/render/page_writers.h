@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "host/display_list.h"
-#include "host/layers.h"
+#include "host/layers_and_pens.h"
 #include "host/open_plot.h"
 #include "render/output_sink.h"
 

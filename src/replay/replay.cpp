@@ -12,10 +12,8 @@
 
 #include "common/tool_error.h"
 #include "export/save_filter.h"
-#include "host/attribute_map.h"
 #include "host/data_object.h"
-#include "host/layers.h"
-#include "host/pen_table.h"
+#include "host/layers_and_pens.h"
 #include "platform/status_name.h"
 #include "platform/text.h"
 #include "replay/replay_calls.h"

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/bstr.h"
+#include "platform/com_ptr.h"
 #include "platform/text.h"
 
 namespace qm {
@@ -39,8 +40,8 @@ void AppendArgument(std::string& line, const VARIANT& value) {
     }
 }
 
-void AppendArgument(std::string& line, AsFlag value) {
-    line += value.value != VARIANT_FALSE ? " 1" : " 0";
+void AppendArgument(std::string& line, VARIANT_BOOL value) {
+    line += value != VARIANT_FALSE ? " 1" : " 0";
 }
 
 void AppendArgument(std::string& line, AsHex value) {

@@ -1,7 +1,8 @@
-// HostLog: what the tracing host objects share: their names, the lines they write, the answers
-// they give.
+// HostLog: what the traced host objects share: their names, the lines they write, the answers that
+// stand in for the host's.
 //
-// Every line is "OBJECT METHOD ARGUMENTS"; the argument forms are the structs below. Test:
+// Every line is "OBJECT METHOD ARGUMENTS"; the argument forms are the structs below. The formats
+// are a contract with scripts: they change only together with the tool's documentation. Test:
 // tests/trace/host_trace_test.cpp.
 #pragma once
 
@@ -15,7 +16,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/com_object.h"
 #include "trace/text_format.h"
 
 namespace qm {
@@ -25,9 +25,6 @@ namespace qm {
 using HostLineSink = std::function<HRESULT(std::string_view line)>;
 
 // How an argument is printed, where its type alone does not tell.
-struct AsFlag {  // 0 or 1
-    VARIANT_BOOL value;
-};
 struct AsHex {  // 0x and at least `digits` digits
     ULONG value;
     int digits;
@@ -51,9 +48,9 @@ struct AsBytes {  // " :" and the bytes in hexadecimal
 // Each appends a blank and its argument to `line`.
 void AppendArgument(std::string& line, LONG value);
 void AppendArgument(std::string& line, double value);
+void AppendArgument(std::string& line, VARIANT_BOOL value);  // 0 or 1
 void AppendArgument(std::string& line, BSTR value);
 void AppendArgument(std::string& line, const VARIANT& value);
-void AppendArgument(std::string& line, AsFlag value);
 void AppendArgument(std::string& line, AsHex value);
 void AppendArgument(std::string& line, AsWord value);
 void AppendArgument(std::string& line, AsPairs value);
@@ -81,8 +78,6 @@ class HostLog {
         (AppendOne(arguments), ...);
         return sink_(line_);
     }
-    // A whole line that is no host call.
-    HRESULT Write(std::string_view line) { return sink_(line); }
 
   private:
     template <typename Argument>
@@ -96,32 +91,6 @@ class HostLog {
     std::map<std::string, int> counts_;
     std::map<IUnknown*, std::string> names_;
     std::string line_;
-};
-
-// A tracing host object: a COM object with a name in the log while it lives.
-template <typename... Interfaces>
-class TracedObject : public ComObject<Interfaces...> {
-  protected:
-    TracedObject(std::shared_ptr<HostLog> log, std::string name)
-        : log_(std::move(log)), name_(std::move(name)) {
-        log_->Enter(Identity(), name_);
-    }
-    ~TracedObject() override { log_->Leave(Identity()); }
-
-    template <typename... Arguments>
-    HRESULT Call(std::string_view method, const Arguments&... arguments) noexcept {
-        return Guarded([&] { return log_->Call(name_, method, arguments...); });
-    }
-    const std::shared_ptr<HostLog>& Log() const { return log_; }
-
-  private:
-    // The address that QueryInterface gives for IUnknown.
-    IUnknown* Identity() {
-        return static_cast<std::tuple_element_t<0, std::tuple<Interfaces...>>*>(this);
-    }
-
-    std::shared_ptr<HostLog> log_;
-    std::string name_;
 };
 
 }  // namespace qm

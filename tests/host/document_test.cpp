@@ -4,9 +4,7 @@
 
 #include "host/document_node.h"
 #include "host/drawing_block.h"
-#include "host/host_identity.h"
-#include "host/layers.h"
-#include "host/pen_table.h"
+#include "host/layers_and_pens.h"
 #include "tests/host/list_text.h"
 
 namespace {
@@ -70,8 +68,8 @@ TEST_F(HostDocument, FindsChildrenByKindAndExactName) {
     EXPECT_EQ(contents->AddChild(name.Get(), contents.Get(), 0), E_INVALIDARG);
     ComPtr<IUnknown> found;
     EXPECT_EQ(contents->GetChild(QM_CONTAINER, name.Get(), found.Put()), S_OK);
-    EXPECT_EQ(OwnObject<DocumentNode>(found.Get(), kDocumentNodeIdentity), page);
-    EXPECT_FALSE(OwnObject<DrawingBlock>(found.Get(), kDrawingBlockIdentity));
+    EXPECT_EQ(OwnObject<DocumentNode>(found.Get()), page);
+    EXPECT_FALSE(OwnObject<DrawingBlock>(found.Get()));
     EXPECT_TRUE(
         FAILED(contents->GetChild(QM_CONTAINER, Variant::Text(L"page 1").Get(), found.Put())));
     EXPECT_TRUE(FAILED(contents->GetChild(QM_CONTENTS, name.Get(), found.Put())));

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/data_object.h"
 #include "import/qm_filter_hpgl.h"
 #include "platform/variant.h"
 #include "trace/host_trace.h"
@@ -47,7 +48,7 @@ class ImportTest : public testing::Test {
     }
 
     HRESULT Open(std::string_view file, std::wstring_view storageName = L"") {
-        const auto data = MakeDataObject(MemoryStream(file), storageName);
+        const auto data = MakeObject<DataObject>(MemoryStream(file), std::wstring(storageName));
         return filter_->OpenDocument(data.Get(), host_->MakeDocument().Get(), 0);
     }
     // Name of the node that came back in `node_`.

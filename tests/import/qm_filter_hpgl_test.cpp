@@ -9,8 +9,8 @@ const std::string kTwoPages = PlotOf("PD1,1;PG;PD2,2;");
 
 TEST_F(ImportTest, OpeningNeedsASourceWithAStream) {
     const auto document = host_->MakeDocument();
-    const auto noStream = MakeDataObject(document, L"");
-    const auto noStorage = MakeDataObject(nullptr, L"");
+    const auto noStream = MakeObject<DataObject>(document, L"");
+    const auto noStorage = MakeObject<DataObject>(nullptr, L"");
     EXPECT_EQ(filter_->OpenDocument(nullptr, document.Get(), 0), E_FAIL);
     EXPECT_EQ(filter_->OpenDocument(noStream.Get(), nullptr, 0), E_FAIL);
     EXPECT_EQ(filter_->OpenDocument(noStream.Get(), document.Get(), 0), E_FAIL);
@@ -29,7 +29,7 @@ TEST_F(ImportTest, NoPlotLeavesTheDocumentAlone) {
 
 TEST_F(ImportTest, OpensWhereverTheStreamStands) {
     const auto stream = MemoryStream(kTwoPages);  // stands at its end
-    const auto data = MakeDataObject(stream, L"");
+    const auto data = MakeObject<DataObject>(stream, L"");
     EXPECT_EQ(filter_->OpenDocument(data.Get(), host_->MakeDocument().Get(), 7), S_OK);
     EXPECT_EQ(GetNode(), S_OK);
     EXPECT_TRUE(Wrote("contents PutAttribute \"TotalNodes\" 2 2"));

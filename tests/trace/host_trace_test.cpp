@@ -6,7 +6,8 @@
 
 #include <algorithm>
 
-#include "platform/prog_id.h"
+#include "host/document_node.h"
+#include "host/drawing_block.h"
 #include "platform/status_name.h"
 
 namespace qm {
@@ -109,21 +110,48 @@ TEST(HostTrace, ProgressLinesStandAmongTheCalls) {
     EXPECT_LT(trace.find("progress 50\n"), trace.find("AppendLine 1 1 2 2\n"));
 }
 
-TEST(TraceHost, PutsProgIdsBack) {
-    constexpr CLSID kOther = {
-        0x5d0f4f0e, 0x9d0c, 0x4c58, {0x8a, 0x8b, 0x41, 0xc0, 0x24, 0x0e, 0x70, 0x99}};
-    RegisterProgId(L"Tessel.QmLayers", kOther);
-    {
-        const TraceHost host([](std::string_view) { return S_OK; });
-        CLSID inside{};
-        EXPECT_EQ(ClassIdFromProgId(L"Tessel.QmLayers", &inside), S_OK);
-        EXPECT_FALSE(inside == kOther);
-    }
-    CLSID found{};
-    EXPECT_EQ(ClassIdFromProgId(L"Tessel.QmLayers", &found), S_OK);
-    EXPECT_TRUE(found == kOther);
-    EXPECT_TRUE(FAILED(ClassIdFromProgId(L"Tessel.QmContainer", &found)));
-    UnregisterProgId(L"Tessel.QmLayers");
+// What the trace passes a call to is an object of the host, which keeps what it is told.
+TEST(TraceHost, PassesCallsOn) {
+    std::vector<std::string> lines;
+    const TraceHost host([&](std::string_view line) {
+        lines.emplace_back(line);
+        return line == "document PutAttribute \"Refused\" 1 0" ? E_ACCESSDENIED : S_OK;
+    });
+    const auto document = host.MakeDocument();
+    const Bstr kept(L"Kept");
+    const Bstr refused(L"Refused");
+    Variant value;
+    EXPECT_EQ(document->PutAttribute(kept.Get(), Variant::Integer(7).Get(), 0), S_OK);
+    EXPECT_EQ(document->PutAttribute(refused.Get(), Variant::Integer(1).Get(), 0), E_ACCESSDENIED);
+    EXPECT_EQ(document->GetAttribute(kept.Get(), 0, value.Put()), S_OK);
+    EXPECT_EQ(value.AsInteger(), 7);
+    EXPECT_EQ(document->GetAttribute(refused.Get(), 0, value.Put()), E_INVALIDARG);
+    const auto node = OwnObject<DocumentNode>(document.Get());
+    ASSERT_TRUE(node);
+    EXPECT_EQ(node->Attributes().Entries().size(), 1U);
+    EXPECT_EQ(lines.size(), 4U);
+}
+
+TEST(TraceHost, KeepsNoDrawing) {
+    const TraceHost host([](std::string_view) { return S_OK; });
+    ComPtr<IUnknown> contents;
+    ComPtr<IUnknown> page;
+    ComPtr<IUnknown> child;
+    const Variant name = Variant::Text(L"a");
+    ASSERT_EQ(host.MakeDocument()->CreateChild(QM_CONTENTS, name.Get(), name.Get(), contents.Put()),
+              S_OK);
+    ASSERT_EQ(
+        contents.As<IQmDocument>()->CreateChild(QM_CONTAINER, name.Get(), name.Get(), page.Put()),
+        S_OK);
+    ASSERT_EQ(
+        page.As<IQmDocument>()->CreateChild(QM_VECTOR_BLOCK, name.Get(), name.Get(), child.Put()),
+        S_OK);
+    const auto block = child.As<IQmBuildVectorData>();
+    for (LONG i = 0; i < 100000; ++i) block->AppendLine(i, 0, i, 9);
+    EXPECT_LT(OwnObject<DrawingBlock>(child.Get())->Drawing().UsedBytes(), 20000U);
+    VARIANT_BOOL empty = VARIANT_TRUE;
+    EXPECT_EQ(block->IsEmpty(&empty), S_OK);
+    EXPECT_EQ(empty, VARIANT_FALSE);
 }
 
 TEST(TraceHost, StatusNames) {

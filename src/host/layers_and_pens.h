@@ -1,14 +1,38 @@
-// PenTable: the pens of a page or of a print set-up ("Tessel.QmPenTable"). Test:
-// tests/host/document_test.cpp.
+// LayerCollection ("Tessel.QmLayers") and PenTable ("Tessel.QmPenTable"): the layers and the pens
+// of a page; a pen table also belongs to a print set-up. Test: tests/host/document_test.cpp.
 #pragma once
 
+#include <string>
 #include <vector>
 
-#include "host/attribute_map.h"
+#include "host/host_object.h"
 #include "platform/com_object.h"
 #include "qmfilter.h"
 
 namespace qm {
+
+struct PageLayer {
+    LONG number = 0;
+    std::wstring name;
+    ULONG colour = 0;  // 0x00BBGGRR
+    bool visible = true;
+};
+
+class LayerCollection final : public ComObject<IQmLayers> {
+  public:
+    HRESULT STDMETHODCALLTYPE AddLayer(LONG number, BSTR name, ULONG colour,
+                                       LONG visible) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetCount(LONG* count) noexcept override;
+    // Any of the out parameters may be null.
+    HRESULT STDMETHODCALLTYPE GetLayer(LONG index, LONG* number, BSTR* name, ULONG* colour,
+                                       LONG* visible) noexcept override;
+
+  private:
+    std::vector<PageLayer> layers_;
+};
+
+// All layers of a collection, anybody's; none for a null pointer. Throws std::bad_alloc.
+std::vector<PageLayer> ReadLayers(IQmLayers* layers);
 
 class PenTable final : public ComObject<IQmPenTable, IQmAttributes> {
   public:

@@ -1,4 +1,4 @@
-#include "host/attribute_map.h"
+#include "host/host_object.h"
 
 #include <algorithm>
 
