@@ -160,6 +160,7 @@ struct Conversion {
 
 void PrintTo(const Conversion& row, std::ostream* stream) { *stream << row.arguments; }
 
+// clang-format off
 const Conversion kConversions[] = {
     {"OnePage", "convert a.plt a.svg", {"a.svg"}},
     {"FromStandardInput", "convert - a.svg <a.plt", {"a.svg"}},
@@ -168,10 +169,10 @@ const Conversion kConversions[] = {
     {"PagesInOneFile", "convert pages.plt a.pdf", {"a.pdf"}},
     {"Plot", "convert pages.plt b.plt", {"b.plt"}},
     {"RasterPlot", "convert pages.plt b.plt --rtl --dpi 50 --bits 8", {"b.plt"}},
-    {"IntoFolder",
-     "convert -o out -j 2 --to svg a.plt pages.plt",
+    {"IntoFolder", "convert -o out -j 2 --to svg a.plt pages.plt",
      {"out", "out/a.svg", "out/pages-1.svg", "out/pages-2.svg", "out/pages-3.svg"}},
 };
+// clang-format on
 
 class QmplotConversions : public QmplotTest, public testing::WithParamInterface<Conversion> {};
 

@@ -38,6 +38,7 @@ Row operator+(Row a, const Row& b) {
 Row Equal(std::size_t count, std::uint8_t byte) { return Row(count, byte); }
 
 TEST(PackBits, Rules) {
+    // clang-format off
     const struct {
         const char* name;
         Row row;
@@ -58,8 +59,7 @@ TEST(PackBits, Rules) {
         {"... and the literal goes on", {1, 5, 5, 2, 3}, {4, 1, 5, 5, 2, 3}},
         {"... several times", {1, 5, 5, 6, 6, 2}, {5, 1, 5, 5, 6, 6, 2}},
         {"a run of 3 does not", {1, 5, 5, 5, 2}, {0, 1, 254, 5, 0, 2}},
-        {"a run of 2 behind a run does not",
-         Equal(3, 4) + Equal(2, 5) + Row{6},
+        {"a run of 2 behind a run does not", Equal(3, 4) + Equal(2, 5) + Row{6},
          {254, 4, 255, 5, 0, 6}},
         {"the joined literal may reach 128", Singles(126) + Equal(2, 5),
          Row{127} + Singles(126) + Equal(2, 5)},
@@ -67,6 +67,7 @@ TEST(PackBits, Rules) {
         {"a full literal is not joined", Singles(128) + Equal(2, 5) + Row{6},
          Row{127} + Singles(128) + Row{255, 5, 0, 6}},
     };
+    // clang-format on
     for (const auto& row : rows) EXPECT_EQ(Packed(row.row), row.packed) << row.name;
 }
 

@@ -42,12 +42,12 @@ TEST(VectorSink, Primitives) {
 }
 
 TEST(VectorSink, PenAndLineState) {
+    // clang-format off
     const std::vector<ScriptRow> rows = {
         {"a fresh pen has type 0", "AppendPen 2", "LT0;\r\n"},
         {"a pen repeats the type", "AppendLineStyle 1\nAppendPen 2\nAppendLineStyle 0\nAppendPen 2",
          "LT2;\r\nLT2;\r\nLT;\r\nLT;\r\n"},
-        {"styles",
-         "AppendLineStyle 0\nAppendLineStyle 1\nAppendLineStyle 2\nAppendLineStyle 3\n"
+        {"styles", "AppendLineStyle 0\nAppendLineStyle 1\nAppendLineStyle 2\nAppendLineStyle 3\n"
          "AppendLineStyle 4\nAppendLineStyle 5\nAppendLineStyle -1",
          "LT;\r\nLT2;\r\nLT1;\r\nLT4;\r\nLT6;\r\nLT;\r\nLT;\r\n"},
         {"stipple resets the type", "AppendLineStyle 3\nAppendLineStipple 1 2\nAppendPen 0",
@@ -60,6 +60,7 @@ TEST(VectorSink, PenAndLineState) {
          "MC;MC;MC1,168;MC;"},
         {"kept only", "AppendLayer 5\nAppendPolyFillMode 1\nAppendBezier 1 : 1,1\nEndObject", ""},
     };
+    // clang-format on
     ExpectTexts(rows);
     ExpectTexts(rows, "", 1206);
 }
@@ -81,6 +82,7 @@ TEST(VectorSink, ColoursUnderBothVocabularies) {
 
 TEST(VectorSink, PenTable) {
     const std::string use = "setting UsePenTable true\nsetting UseLineWeights true\n";
+    // clang-format off
     const struct Row {
         const char* name;
         std::string setup;
@@ -94,14 +96,12 @@ TEST(VectorSink, PenTable) {
         {"what the table gives is locked",
          use + "pentable\npen 2 3 0x030201 0.5\nattribute PenTable",
          "AppendPen 2\nAppendLineStyle 1\nAppendLineWidth 40\nAppendLineWeight 9\n"
-         "AppendDrawColor1 7 8 9",
-         "PW12.70,2;\r\nPC2,1,2,3;SP2;\r\nLT4;\r\n"},
-        {"... but remembered for a pen without it; the width is not scaled",
-         use + "attribute LpiX 2032.0\npentable\npen 2 3 0x030201 0.5\npen 3 - - -\n"
-               "attribute PenTable",
+         "AppendDrawColor1 7 8 9", "PW12.70,2;\r\nPC2,1,2,3;SP2;\r\nLT4;\r\n"},
+        {"... but remembered for a pen without it; the width is not scaled", use +
+         "attribute LpiX 2032.0\npentable\npen 2 3 0x030201 0.5\npen 3 - - -\n"
+         "attribute PenTable",
          "AppendPen 2\nAppendLineStyle 1\nAppendLineWidth 40\nAppendDrawColor1 7 8 9\nAppendPen 3\n"
-         "AppendLineWidth 40",
-         "PW12.70,2;\r\nPC2,1,2,3;SP2;\r\nLT4;\r\n"
+         "AppendLineWidth 40", "PW12.70,2;\r\nPC2,1,2,3;SP2;\r\nLT4;\r\n"
          "PW1.00,3;\r\nPC3,7,8,9;SP3;\r\nLT2;\r\nPW2.00,3;\r\n"},
         {"a style alone", use + "pentable\npen 2 3 - -\nattribute PenTable",
          "AppendPen 2\nAppendLineWeight 100",
@@ -113,6 +113,7 @@ TEST(VectorSink, PenTable) {
         {"no table", use + "attribute PenTable", "AppendPen 2", "LT0;\r\n"},
         {"something that is no table", use + "attribute PenTable 5", "AppendPen 2", "LT0;\r\n"},
     };
+    // clang-format on
     for (const Row& row : rows)
         EXPECT_EQ(VectorText(row.calls, row.setup), row.expected) << row.name;
 }
@@ -177,14 +178,14 @@ TEST(VectorSink, MappingOfThePrimitives) {
     const char* const setup =
         "setting UserDPI 300.0\nattribute CropMinX 10.0\nattribute CropMinY -5.0\n"
         "attribute CropMaxY 995.0";
+    // clang-format off
     ExpectTexts(
-        {
-            {"line", "AppendLine 10 -5 110 996", "PU0,3390PD338,0;\r\n"},
-            {"radius without offset", "AppendCircle 10 996 100 false", "PU;PA0,0;CI338;"},
-            {"text", "AppendText 11 995 \"\"", "PUPA3,3;\r\nLB\003;\r\n"},
-            {"width", "AppendLineWidth 3", "PW0.25,0;\r\n"},
-        },
+        {{"line", "AppendLine 10 -5 110 996", "PU0,3390PD338,0;\r\n"},
+         {"radius without offset", "AppendCircle 10 996 100 false", "PU;PA0,0;CI338;"},
+         {"text", "AppendText 11 995 \"\"", "PUPA3,3;\r\nLB\003;\r\n"},
+         {"width", "AppendLineWidth 3", "PW0.25,0;\r\n"},},
         setup);
+    // clang-format on
     // The double sink keeps fractions and never flips.
     ExpectTexts({{"line", "AppendLine 10.5 -5 110 996", "PU1,0PD338,3390;\r\n"},
                  {"radius", "AppendCircle 10 -5 0.6 false", "PU;PA0,0;CI2;"}},

@@ -164,6 +164,7 @@ void PrintTo(const Trip& trip, std::ostream* out) { *out << trip.name; }
 
 constexpr const char* kPageStart = "BPINSP1;TR0;\r\n\r\nPG;\r\n";
 
+// clang-format off
 const Trip kTrips[] = {
     {"LinesAndWidth", "PW0.35;PU10,20;PD30,-40;PU;PA0,0;PD5,5;",
      "MC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.35,1;\r\nPU10,20PD30,-40;\r\nPU0,0PD5,5;\r\n",
@@ -181,8 +182,7 @@ const Trip kTrips[] = {
     {"WideOutlineAndArea", "PW1;PA0,0;EA100,50;PA200,0;RA300,50;",
      "MC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW1.00,1;\r\nPU0,0PD;PA100,0;\r\nPA100,50;\r\nPA0,50;\r\n"
      "PA0,0;\r\nPW0.00,1;\r\nFT;PU200,0;PD;PM0\r\nPA300,0;\r\nPA300,50;\r\nPA200,50;\r\n"
-     "PA200,0;\r\nPA200,0;PM2;FP;\r\n",
-     nullptr},
+     "PA200,0;\r\nPA200,0;PM2;FP;\r\n", nullptr},
     {"WideDot", "PW1;PU7,7;PD;PU;", nullptr, nullptr},
     {"AreaWithHole", "PA0,0;PM0;PD90,0,90,90,0,90;PM1;PU30,30;PD60,30,60,60,30,60;PM2;FP;",
      "MC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.00,1;\r\nFT;PU0,0PM0PD", nullptr},
@@ -198,6 +198,7 @@ const Trip kTrips[] = {
     {"Label", "PA0,0;LBI\003", nullptr, nullptr},
     {"OwnDashesBecomeSolid", "UL1,30,70;LT1,-5;PU0,0;PD900,0;", nullptr, nullptr},
 };
+// clang-format on
 
 class Trips : public DocumentWalkerTest, public testing::WithParamInterface<Trip> {};
 

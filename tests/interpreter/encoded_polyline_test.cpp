@@ -50,34 +50,29 @@ TEST(EncodedPolyline, Flags) {
     std::vector<std::string> penChange{"Polyline 2 : 0,0 5,5"};
     for (const auto& line : PenSelected(3, "0x00FF00")) penChange.push_back(line);
     penChange.push_back("Polyline 2 : 5,5 6,6");
+    // clang-format off
     ExpectOperations({
-        {"relative by default",
-         "PU10,10;PE" + Pair(5, 5) + Pair(1, -1) + ";",
+        {"relative by default", "PU10,10;PE" + Pair(5, 5) + Pair(1, -1) + ";",
          {"Polyline 3 : 10,10 15,15 16,14"}},
-        {"absolute for one pair",
-         "PU10,10;PE=" + Pair(5, 5) + Pair(1, 1) + ";",
+        {"absolute for one pair", "PU10,10;PE=" + Pair(5, 5) + Pair(1, 1) + ";",
          {"Polyline 3 : 10,10 5,5 6,6"}},
-        {"pen up for one pair",
-         "PE" + Pair(1, 1) + "<" + Pair(5, 5) + Pair(1, 1) + ";",
+        {"pen up for one pair", "PE" + Pair(1, 1) + "<" + Pair(5, 5) + Pair(1, 1) + ";",
          {"Polyline 2 : 0,0 1,1", "Polyline 2 : 6,6 7,7"}},
         {"a move alone draws nothing", "PE<" + Pair(5, 5) + ";", {}},
         {"pen change cuts the run", "PE" + Pair(5, 5) + pen3 + Pair(1, 1) + ";", penChange},
-        {"flags may have their top bit set",
-         "PE\xBC\xBD" + Pair(5, 5) + Pair(1, 1) + ";",
+        {"flags may have their top bit set", "PE\xBC\xBD" + Pair(5, 5) + Pair(1, 1) + ";",
          {"Polyline 2 : 5,5 6,6"}},
-        {"blanks and line ends between numbers",
-         "PE " + Encode(5) + " \r\n" + Encode(6) + " ;",
+        {"blanks and line ends between numbers", "PE " + Encode(5) + " \r\n" + Encode(6) + " ;",
          {"Polyline 2 : 0,0 5,6"}},
-        {"rectangles",
-         "PU1,1;PE9" + Pair(2, 2) + Pair(10, 20) + ";PD;",
+        {"rectangles", "PU1,1;PE9" + Pair(2, 2) + Pair(10, 20) + ";PD;",
          {"FilledRectangle 3 3 13 23", "Line 3 3 3 3"}},
-        {"the pen stays down",
-         "PE" + Pair(1, 1) + ";PA5,5;",
+        {"the pen stays down", "PE" + Pair(1, 1) + ";PA5,5;",
          {"Polyline 2 : 0,0 1,1", "Line 1 1 5 5"}},
         {"the pen stays up behind a move", "PE<" + Pair(1, 1) + ";PA5,5;", {}},
         {"a window clips", "IW0,0,3,3;PE" + Pair(5, 5) + ";", {"Line 0 0 3 3"}},
         {"polygon mode", "PM0;PE" + Pair(5, 5) + ";PM2;", {}},
     });
+    // clang-format on
 }
 
 TEST(EncodedPolyline, Ends) {

@@ -12,22 +12,22 @@ namespace {
 TEST(Pages, Ends) {
     const std::vector<std::string> ended{"Line 0 0 0 0", "EndPage 1", "SetColor 0x000000",
                                          "SetPatternLength 8 0xFFFFFFFF"};
+    // clang-format off
     ExpectOperations({
         {"PG", "PD;PG;", ended},
         {"PG twice", "PD;PG1;PG;PG;", ended},
         {"NR", "PD;NR5;", ended},
         {"nothing drawn", "PG;NR;PU5,5;PG;", {}},
-        {"a line outside the window still counts",
-         "IW0,0,1,1;PU5,5;PD6,6;PG;",
+        {"a line outside the window still counts", "IW0,0,1,1;PU5,5;PD6,6;PG;",
          {"EndPage 1", "SetColor 0x000000", "SetPatternLength 8 0xFFFFFFFF"}},
-        {"frame advance",
-         "IP0,40,1,1;FR100.9;FR-30;FR;",
+        {"frame advance", "IP0,40,1,1;FR100.9;FR-30;FR;",
          {"SetFrameOffset 140", "SetFrameOffset 110"}},
         {"BP hides its name", "BP1,\"PD1,1;\",2,1;PD;", {"Line 0 0 0 0"}},
         {"BP without a name", "BP1;PD;", {"Line 0 0 0 0"}},
         {"BP ends at another byte", "BPINSP1;", PenSelected(1, "0x000000")},
         {"BP ends at a digit", "BP2 7,3;PD;", {"Line 0 0 0 0"}},
     });
+    // clang-format on
     EXPECT_NE(Ops("PD;PG;PD;").find("result 2"), std::string::npos);
 }
 

@@ -16,9 +16,9 @@ std::size_t CountOf(const std::vector<std::string>& lines, const std::string& st
 }
 
 TEST(Vectors, PenMoves) {
+    // clang-format off
     ExpectOperations({
-        {"absolute and relative",
-         "PU10,10;PD20,10;PR5,5,1,1;PA0,0;",
+        {"absolute and relative", "PU10,10;PD20,10;PR5,5,1,1;PA0,0;",
          {"Line 10 10 20 10", "Line 20 10 25 15", "Line 25 15 26 16", "Line 26 16 0 0"}},
         {"dots", "PU5,5;PD;PA;PU;PA;", {"Line 5 5 5 5", "Line 5 5 5 5"}},
         {"half a pair is read over", "PD1,2,3;PU;", {"Line 0 0 1 2"}},
@@ -29,39 +29,34 @@ TEST(Vectors, PenMoves) {
         {"no slot for ZZ", "ZZPD;", {"Line 0 0 0 0"}},
         {"polygon mode draws nothing", "PM0;PD10,10,20,20;CI5;AA0,0,90;PM2;PD;", {"Line 0 0 0 0"}},
     });
+    // clang-format on
 }
 
 TEST(Vectors, Arcs) {
     const std::string ring = "PU100,0;AA0,0,360;";
+    // clang-format off
     ExpectOperations({
-        {"a native full turn",
-         ring,
+        {"a native full turn", ring,
          {"Line 100 0 100 0", "Arc 0 0 100 0.0 6.2831853", "Line 100 0 100 0"}},
         {"no sweep, AA", "PU100,0;AA0,0,0;", {}},
-        {"no sweep, AR",
-         "PU100,0;AR-100,0,0;",
+        {"no sweep, AR", "PU100,0;AR-100,0,0;",
          {"Line 100 0 100 0", "Arc 0 0 100 0.0 0.0", "Line 100 0 100 0"}},
         {"pen at the centre", "PU5,5;AA5,5,90;AR0,0,90;", {}},
         {"two numbers", "PU100,0;AA0,0;PD;", {"Line 100 0 100 0"}},
-        {"more than a turn: arc limited, end not",
-         "PU100,0;AA0,0,450;",
+        {"more than a turn: arc limited, end not", "PU100,0;AA0,0,450;",
          {"Line 100 0 100 0", "Arc 0 0 100 0.0 6.2831853", "Line 100 0 0 100"}},
-        {"clockwise",
-         "PU100,0;AA0,0,-90;",
+        {"clockwise", "PU100,0;AA0,0,-90;",
          {"Line 100 0 100 0", "Arc 0 0 100 0.0 -1.57079632", "Line 0 -100 0 -100"}},
-        {"scaled alike",
-         "SC0,2,0,2,2;PU100,0;AA0,0,90;",
+        {"scaled alike", "SC0,2,0,2,2;PU100,0;AA0,0,90;",
          {"Line 200 0 200 0", "Arc 0 0 200 0.0 1.57079632", "Line 0 200 0 200"}},
-        {"through three points",
-         "PU100,0;AT0,100,-100,0;",
+        {"through three points", "PU100,0;AT0,100,-100,0;",
          {"Arc 0 0 100 0.0 3.14159265", "Line -100 0 -100 0"}},
-        {"through three points, clockwise",
-         "PU100,0;RT-100,-100,-200,0;",
+        {"through three points, clockwise", "PU100,0;RT-100,-100,-200,0;",
          {"Arc 0 0 100 0.0 -3.14159265", "Line -100 0 -100 0"}},
-        {"inside the window",
-         "IW-101,-100,101,100;" + ring,
+        {"inside the window", "IW-101,-100,101,100;" + ring,
          {"Line 100 0 100 0", "Arc 0 0 100 0.0 6.2831853", "Line 100 0 100 0"}},
     });
+    // clang-format on
 }
 
 TEST(Vectors, ArcsThatAreNoCirclesOrTouchTheWindowBecomeSegments) {
@@ -97,18 +92,18 @@ TEST(Vectors, Circles) {
 
 TEST(Vectors, Curves) {
     const std::string still = " 0,0 0,0 0,0 0,0 0,0 0,0 0,0 0,0 0,0 0,0 0,0 0,0";
+    // clang-format off
     ExpectOperations({
         // t = 11/12 is left out: the step to the end is twice as long as the others.
-        {"a straight one",
-         "PU0.5,0;BZ4.5,0,8.5,0,12.5,0;PD;",
+        {"a straight one", "PU0.5,0;BZ4.5,0,8.5,0,12.5,0;PD;",
          {"Polyline 12 : 0,0 1,0 2,0 3,0 4,0 5,0 6,0 7,0 8,0 9,0 10,0 12,0", "Line 12 0 12 0"}},
         {"an incomplete segment only moves the pen", "BZ1,1,2,2;PD;", {"Line 2 2 2 2"}},
-        {"... also behind a complete one",
-         "BZ0,0,0,0,0,0,7,7;PD;",
+        {"... also behind a complete one", "BZ0,0,0,0,0,0,7,7;PD;",
          {"Polyline 12 :" + still, "Line 7 7 7 7"}},
         {"relative to each segment's start", "BR0,0,0,0,9,9,0,0,0,0,1,1;",
          OperationsOf("BZ0,0,0,0,9,9,9,9,9,9,10,10;")},
     });
+    // clang-format on
 }
 
 TEST(Vectors, LongCurvesAreSentInRunsOf99Points) {

@@ -52,6 +52,7 @@ std::string PictureOf(const std::string& plot) {
 
 TEST(RasterMode, EnterAndLeave) {
     const std::string upright = Eight("0 0 9 -2");
+    // clang-format off
     ExpectOperations({
         {"ESC%0B", kStart + kEight + "\033%0BPD;", {upright, "Line 0 0 0 0"}},
         {"ESC%B", kStart + kEight + "\033%BPD;", {upright, "Line 0 0 0 0"}},
@@ -67,17 +68,15 @@ TEST(RasterMode, EnterAndLeave) {
          {upright}},
         {"ESC breaks a sequence off", kStart + "\033*r5\033\033*\033*r8s3T" + kRows, {upright}},
         {"line ends inside sequences",
-         kStart + "\033\n*r8s\r\n3T\033*b1\nW\xF0\033*b1W\x0F\033*b1W\xAA",
-         {upright}},
+         kStart + "\033\n*r8s\r\n3T\033*b1\nW\xF0\033*b1W\x0F\033*b1W\xAA", {upright}},
         {"a fraction is read over", kStart + "\033*r8.75s3.0T" + kRows, {upright}},
-        {"open pictures are finished on leaving",
-         kStart + "\033*r8S" + kRows + "\033%0B",
+        {"open pictures are finished on leaving", kStart + "\033*r8S" + kRows + "\033%0B",
          {upright}},
         {"open pictures are finished at the end of input", kStart + "\033*r8S" + kRows, {upright}},
         {"ESC*rC is no end",
-         kStart + "\033*r8S" + Row("\xF0") + "\033*rC" + Row("\x0F") + Row("\xAA"),
-         {upright}},
+         kStart + "\033*r8S" + Row("\xF0") + "\033*rC" + Row("\x0F") + Row("\xAA"), {upright}},
     });
+    // clang-format on
 }
 
 TEST(RasterMode, CountedDataHidesEscapes) {
@@ -105,22 +104,18 @@ TEST(RasterMode, PositionsAndTurns) {
         "rows=A0000000,80000000,A0000000,80000000,60000000,40000000,"
         "60000000,40000000";
     const std::string plain = "\033%0A\033*t1016R" + kEight;
+    // clang-format off
     ExpectOperations({
-        {"no job header: half a turn",
-         plain,
+        {"no job header: half a turn", plain,
          {"Raster 0 0 -7 4 0 0 8x3x1" + kWhiteBlack + "rows=0F000000,F0000000,55000000"}},
-        {"landscape without RO: the turn of 90 and the sign of 270",
-         "PS200,100;" + plain,
+        {"landscape without RO: the turn of 90 and the sign of 270", "PS200,100;" + plain,
          {quarter("0 0 4 9", columns)}},
         {"RO 90 in portrait", "PS100,200;RO90;" + plain, {quarter("0 0 4 9", columns)}},
-        {"RO 90 in landscape: from the top of the page",
-         "PS200,100;RO90;\033*t300R" + kEight,
+        {"RO 90 in landscape: from the top of the page", "PS200,100;RO90;\033*t300R" + kEight,
          {"Raster 0 200 28 191 0 0 8x3x1" + kWhiteBlack + kStored}},
-        {"position A is x, B is y downward",
-         kStart + "\033*b7Y\033*p5X" + kEight,
+        {"position A is x, B is y downward", kStart + "\033*b7Y\033*p5X" + kEight,
          {Eight("7 -5 16 -7")}},
-        {"RO 270 turns no picture",
-         "PS100,200;RO270;\033%0A\033*t1016R" + kEight,
+        {"RO 270 turns no picture", "PS100,200;RO270;\033%0A\033*t1016R" + kEight,
          {Eight("0 0 9 -2")}},
         {"RO 90 in portrait exchanges them",
          "PS100,200;RO90;\033%0A\033*t1016R\033*b7Y\033*p5X" + kEight,
@@ -128,68 +123,55 @@ TEST(RasterMode, PositionsAndTurns) {
         {"relative moves",
          kStart + "\033*b7Y\033*b-3Y\033*b+1Y\033*p5X\033*p-2X\033*p+2y+1Y" + kEight,
          {Eight("8 -3 17 -5")}},
-        {"decipoints",
-         kStart + "\033&a720H\033&a-72v+360V" + kEight,
+        {"decipoints", kStart + "\033&a720H\033&a-72v+360V" + kEight,
          {Eight("406 -1016 415 -1018")}},
         {"units", kStart + "\033&u508D\033*p5x6Y" + kEight, {Eight("12 -10 21 -12")}},
-        {"units of 0 are dots again",
-         kStart + "\033&u508d0d-1D\033*p5x6Y" + kEight,
+        {"units of 0 are dots again", kStart + "\033&u508d0d-1D\033*p5x6Y" + kEight,
          {Eight("6 -5 15 -7")}},
         {"the position goes along with the resolution",
-         kJob + "\033%0A\033*t100R\033*p50X\033*t1016R" + kEight,
-         {Eight("0 -508 9 -510")}},
-        {"pictures follow one another",
-         kStart + kEight + kRows,
+         kJob + "\033%0A\033*t100R\033*p50X\033*t1016R" + kEight, {Eight("0 -508 9 -510")}},
+        {"pictures follow one another", kStart + kEight + kRows,
          {Eight("0 0 9 -2"), Eight("0 -3 9 -5")}},
-        {"along x when turned",
-         "PS200,100;" + plain + kRows,
+        {"along x when turned", "PS200,100;" + plain + kRows,
          {quarter("0 0 4 9", columns), quarter("3 0 7 9", columns)}},
-        {"the raster language keeps its position",
-         kStart + kEight + "\033%0BPD5,5;\033%0A" + kRows,
+        {"the raster language keeps its position", kStart + kEight + "\033%0BPD5,5;\033%0A" + kRows,
          {Eight("0 0 9 -2"), "Line 0 0 5 5", Eight("0 -3 9 -5")}},
-        {"ESC%1A starts at the pen",
-         kJob + "PU20,30;\033%1A\033*t1016R" + kEight,
+        {"ESC%1A starts at the pen", kJob + "PU20,30;\033%1A\033*t1016R" + kEight,
          {Eight("20 30 29 28")}},
-        {"in plotter units",
-         kJob + "IP0,0,100,100;SC0,10,0,10;PU2,3;\033%1A\033*t1016R" + kEight,
+        {"in plotter units", kJob + "IP0,0,100,100;SC0,10,0,10;PU2,3;\033%1A\033*t1016R" + kEight,
          {Eight("20 30 29 28")}},
-        {"ESC%1B moves the pen behind the picture",
-         kStart + "\033*b7Y" + kEight + "\033%1BPD0,0",
+        {"ESC%1B moves the pen behind the picture", kStart + "\033*b7Y" + kEight + "\033%1BPD0,0",
          {Eight("7 0 16 -2"), "Line 7 -3 0 0"}},
-        {"behind an open picture",
-         kStart + "\033*r8S" + kRows + "\033%1BPD;",
+        {"behind an open picture", kStart + "\033*r8S" + kRows + "\033%1BPD;",
          {Eight("0 0 9 -2"), "Line 0 -3 0 -3"}},
         {"in user units",
          kJob + "IP0,0,100,100;SC0,10,0,10;\033%0A\033*t1016R\033*b20y30Y\033*p-40X\033%1BPD0,0",
          {"Line 30 40 0 0"}},
         {"a new plot size moves again, in dots of the job",
          "RO90;PS200,100;\033*t1016R" + kEight + "\033%0BPS508,100;\033%0A" + kRows,
-         {"Raster 0 200 9 198 0 0 8x3x1" + kWhiteBlack + kStored,
-          "Raster 0 150 9 148 0 0 8x3x1" + kWhiteBlack + kStored}},
+         {"Raster 0 200 9 198 0 0 8x3x1" + kWhiteBlack + kStored, "Raster 0 150 9 148 0 0 8x3x1" +
+         kWhiteBlack + kStored}},
     });
+    // clang-format on
 }
 
 TEST(RasterMode, SizesAndVisibility) {
     const std::string two = "\033*r8s2T" + Row("\xF0") + Row("\x0F");
+    // clang-format off
     ExpectOperations({
         {"destination size", kStart + "\033*r8s3T\033*t72h360V" + kRows, {Eight("0 0 103 -507")}},
-        {"width alone scales both",
-         kStart + "\033*r8s3T\033*t-72H" + kRows,
+        {"width alone scales both", kStart + "\033*r8s3T\033*t-72H" + kRows,
          {Eight("0 0 103 -37")}},
-        {"height alone counts for nothing",
-         kStart + "\033*r8s3T\033*t72V" + kRows,
+        {"height alone counts for nothing", kStart + "\033*r8s3T\033*t72V" + kRows,
          {Eight("0 0 9 -2")}},
         {"a new source size voids it", kStart + "\033*t72h72V" + kEight, {Eight("0 0 9 -2")}},
-        {"the resolution of the end counts",
-         kStart + "\033*r8S" + kRows + "\033*t508R",
+        {"the resolution of the end counts", kStart + "\033*r8S" + kRows + "\033*t508R",
          {Eight("0 0 17 -5")}},
         {"a resolution of 0 is none", kStart + "\033*t0R\033*t-5R" + kEight, {Eight("0 0 9 -2")}},
-        {"width from the plot size",
-         kJob + "PS100,8;RO1;\033*t1016R\033*r3T" + kRows,
+        {"width from the plot size", kJob + "PS100,8;RO1;\033*t1016R\033*r3T" + kRows,
          {"Raster 0 98 9 96 0 0 8x3x1" + kWhiteBlack + kStored}},
         {"two units across too", kStart + "\033*r2s3T" + kRows, {}},
-        {"three are not",
-         kStart + "\033*r3s3T" + kRows,
+        {"three are not", kStart + "\033*r3s3T" + kRows,
          {"Raster 0 0 4 -2 0 0 3x3x1" + kWhiteBlack + "rows=A0000000,00000000,E0000000"}},
         {"two units are too small, but move on", kStart + two + kEight, {Eight("0 -2 9 -4")}},
         {"a row that was not stored counts",
@@ -198,27 +180,24 @@ TEST(RasterMode, SizesAndVisibility) {
         {"no row, no picture", kStart + "\033*r8s2T\033*b7M" + Row("1") + Row("2") + kEight, {}},
         {"no width, no picture", kStart + "\033*r3T" + kRows, {}},
         {"jobs in PCL have no pictures", "@PJL ENTER LANGUAGE=PCL\n\033%0A" + kEight, {}},
-        {"unless vectors are named too",
-         "@PJL ENTER LANGUAGE=PCL\n" + kStart + kEight,
+        {"unless vectors are named too", "@PJL ENTER LANGUAGE=PCL\n" + kStart + kEight,
          {Eight("0 0 9 -2")}},
-        {"resolution of the job",
-         "@PJL SET RESOLUTION=508\n" + kJob + "\033%0A" + kEight,
+        {"resolution of the job", "@PJL SET RESOLUTION=508\n" + kJob + "\033%0A" + kEight,
          {Eight("0 0 17 -5")}},
     });
+    // clang-format on
 }
 
 TEST(RasterMode, MergeModes) {
+    // clang-format off
     ExpectOperations({
         {"mask pen", kStart + "\033*l160O\033%0B", {"SetDrawMode 9"}},
-        {"168 behind its picture",
-         kStart + "\033*l168O" + kEight + "\033%0B",
+        {"168 behind its picture", kStart + "\033*l168O" + kEight + "\033%0B",
          {Eight("0 0 9 -2", 168), "SetDrawMode 9"}},
-        {"open pictures come first",
-         kStart + "\033*r8S\033*l252O" + kRows + "\033%0B",
+        {"open pictures come first", kStart + "\033*r8S\033*l252O" + kRows + "\033%0B",
          {Eight("0 0 9 -2", 252), "SetDrawMode 13"}},
         {"unchanged at the end", kStart + "\033*l252o0O\033%0B", {}},
-        {"255 is the last",
-         kStart + "\033*l255O" + kEight + "\033%0B",
+        {"255 is the last", kStart + "\033*l255O" + kEight + "\033%0B",
          {Eight("0 0 9 -2", 255), "SetDrawMode 13"}},
         {"out of range", kStart + "\033*l256o-1O\033%0B", {}},
         {"no draw: invisible, but moves on",
@@ -226,24 +205,24 @@ TEST(RasterMode, MergeModes) {
          {Eight("0 -6 9 -8")}},
         {"stays for vectors", kStart + "\033*l170O\033%0BPD5,5;", {"SetDrawMode 13"}},
     });
+    // clang-format on
 }
 
 TEST(RasterMode, PrinterReset) {
     const std::string ended = "EndPage 1";
+    // clang-format off
     ExpectOperations({
         {"ends a page with a picture, keeps the source size",
-         kStart + "\033*b7Y" + kEight + "\033E\033*t1016R" + kRows,
-         {Eight("7 0 16 -2"), "EndPage 1", "SetColor 0x000000", "SetPatternLength 8 0xFFFFFFFF",
-          Eight("0 0 9 -2")}},
+         kStart + "\033*b7Y" + kEight + "\033E\033*t1016R" + kRows, {Eight("7 0 16 -2"),
+         "EndPage 1", "SetColor 0x000000", "SetPatternLength 8 0xFFFFFFFF", Eight("0 0 9 -2")}},
         {"an empty page stays", kStart + "\033E\033*t1016R" + kEight, {Eight("0 0 9 -2")}},
         {"an open picture is overwritten and takes the new resolution",
-         kStart + "\033*r8S" + Row("\x11") + Row("\x22") + "\033E" + kRows,
-         {Eight("0 0 28 -9")}},
-        {"one bit again",
-         kStart + "\033*r-3U\033E\033*t1016R" + kEight,
+         kStart + "\033*r8S" + Row("\x11") + Row("\x22") + "\033E" + kRows, {Eight("0 0 28 -9")}},
+        {"one bit again", kStart + "\033*r-3U\033E\033*t1016R" + kEight,
          {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,FFFF00 " + kStored}},
         {"outside raster mode it is ignored", "PD;\033EPD;", {"Line 0 0 0 0", "Line 0 0 0 0"}},
     });
+    // clang-format on
 }
 
 TEST(RasterMode, PixelFormats) {
@@ -251,6 +230,7 @@ TEST(RasterMode, PixelFormats) {
     const std::string planes = Row("\x90", 'V') + Row("\xA0", 'V');
     std::string manyPlanes;
     for (int i = 0; i < 30; ++i) manyPlanes += Row("\xFF", 'V');
+    // clang-format off
     const struct {
         const char* name;
         std::string plot;
@@ -273,28 +253,23 @@ TEST(RasterMode, PixelFormats) {
         {"eight bits begun by a row",
          four + "\033*v6W\0\1\10\10\10\10"s + Row("\1\2\3\4") + Row("") + Row(""),
          "4x3x8 rows=00000000,00000000,01020304"},
-        {"eight bits begun by a plane",
-         four + "\033*v6W\0\0\10\10\10\10"s + planes + Row("", 'V') + Row("\xF0") + Row("") +
-             Row(""),
-         "4x3x8 rows=00000000,00000000,0B080A09"},
-        {"24 bits by pixel, colours swapped",
-         kStart + "\033*r3s3T\033*v6W\0\3\10\10\10\10"s + Row("\1\2\3\4\5\6\7\10\11") + Row("") +
-             Row(""),
+        {"eight bits begun by a plane", four + "\033*v6W\0\0\10\10\10\10"s + planes + Row("", 'V') +
+         Row("\xF0") + Row("") + Row(""), "4x3x8 rows=00000000,00000000,0B080A09"},
+        {"24 bits by pixel, colours swapped", kStart + "\033*r3s3T\033*v6W\0\3\10\10\10\10"s +
+         Row("\1\2\3\4\5\6\7\10\11") + Row("") + Row(""),
          "3x3x24 rows=000000000000000000000000,000000000000000000000000,030201060504090807000000"},
         {"24 bits by plane are read as by pixel",
          kStart + "\033*r3s3T\033*v6W\0\2\10\10\10\10"s + Row("\1\2\3") + Row("") + Row(""),
          "3x3x24 rows=000000000000000000000000,000000000000000000000000,030201000000000000000000"},
-        {"configure data may be short or long",
-         kStart + "\033*r3s3T\033*v3W\0\1\10\033*v2W\0\3\033*v9W\0\1\10abcdef"s + Row("\1\2\3") +
-             Row("") + Row(""),
-         "3x3x8 rows=00000000,00000000,01020300"},
+        {"configure data may be short or long", kStart +
+         "\033*r3s3T\033*v3W\0\1\10\033*v2W\0\3\033*v9W\0\1\10abcdef"s + Row("\1\2\3") + Row("") +
+         Row(""), "3x3x8 rows=00000000,00000000,01020300"},
         {"only -3 and -4 of ESC*r#U count", kStart + "\033*r4u3u1u-2u8s3T" + kRows,
          "8x3x1 " + kStored},
-        {"planes never leave their row",
-         four + "\033*r-3U" + Row(std::string(40, '\xFF'), 'V') + manyPlanes + Row("") + Row("") +
-             Row(""),
-         "4x3x8 rows=00000000,00000000,07070707"},
+        {"planes never leave their row", four + "\033*r-3U" + Row(std::string(40, '\xFF'), 'V') +
+         manyPlanes + Row("") + Row("") + Row(""), "4x3x8 rows=00000000,00000000,07070707"},
     };
+    // clang-format on
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(PictureOf(row.plot), row.picture);
@@ -450,15 +425,16 @@ TEST(RasterMode, DetectionReadsOverRasterData) {
 
 TEST(RasterMode, ClaimsCostNothing) {
     const std::string huge = "\033*r2147483647s2147483647T";
+    // clang-format off
     ExpectOperations({
         {"a row of 2 GiB", kStart + huge + "\033*b2147483647W\1", {}},
-        {"positions wrap",
-         kStart + "\033*b2147483647y+9Y\033*p-2147483647X\033*t1r1016R\033%1B",
+        {"positions wrap", kStart + "\033*b2147483647y+9Y\033*p-2147483647X\033*t1r1016R\033%1B",
          {}},
         {"digits wrap", kStart + "\033*b99999999999W", {}},
         {"a row of any depth", kStart + "\033*v6W\0\1\xFF\0\0\0"s + huge + Row("1"), {}},
         {"no depth", kStart + "\033*v6W\0\1\0\0\0\0"s + kEight, {}},
     });
+    // clang-format on
 }
 
 TEST(RasterMode, PicturesStopWhenTheBudgetIsSpent) {

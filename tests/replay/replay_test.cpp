@@ -24,6 +24,7 @@ TEST(ReplayScript, LinesAndValues) {
 
 TEST(ReplayScript, UnreadableScriptsSayWhere) {
     const std::string sink = "object 1203\n";
+    // clang-format off
     const struct {
         std::string script;
         const char* message;
@@ -62,13 +63,13 @@ TEST(ReplayScript, UnreadableScriptsSayWhere) {
          "2: AddScanline1 TYPE START LINES BYTESPERLINE HEX: pairs of hexadecimal digits expected, "
          "\"0\" found"},
         {"object 1202\nAddScanline1 0 0 2147483647 2147483647 00", "2: more than 2 GiB of data"},
-        {"object 1202\nCreateRasterStorage 1 1 1 0 1 1 1 00",
-         "2: CreateRasterStorage W H BITS "
+        {"object 1202\nCreateRasterStorage 1 1 1 0 1 1 1 00", "2: CreateRasterStorage W H BITS "
          "COMPRESSION DPIX DPIY N BBGGRR ...: at least 3 hexadecimal bytes expected, \"00\" found"},
         {"attribute NodeID\nsetting UserDPI 1.0", "2: settings stand in front of the document"},
         {"setting UserDPI", "1: setting NAME VALUE: a value expected, the line ends"},
         {"pen 1 - - -", "1: a pen stands behind the pentable it belongs to"},
     };
+    // clang-format on
     for (const auto& row : rows) {
         try {
             Exported(row.script);

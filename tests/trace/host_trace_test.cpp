@@ -59,6 +59,7 @@ TEST(HostTrace, Endings) {
     TraceOptions stop;
     stop.progress = true;
     stop.abortAt = 40;
+    // clang-format off
     const struct {
         const char* name;
         std::string plot;
@@ -66,32 +67,27 @@ TEST(HostTrace, Endings) {
         const char* lastLines;
     } rows[] = {
         {"no plot", "plain words", {}, "result E_FAIL\n"},
-        {"nothing drawn",
-         "IN;SP1;PU;PU;PU;PU;PU;",
-         {},
+        {"nothing drawn", "IN;SP1;PU;PU;PU;PU;PU;", {},
          "block1 EndOfData\nblock1 IsEmpty true\ncontents PutAttribute \"TotalNodes\" 0 2\n"
          "result S_OK\n"},
         {"aborted", "IN;SP1;PU;PU;PU;PU;PU;" + std::string(200, ';'), stop,
          "progress 38\nprogress 39\nprogress 40\nblock1 EndOfData\nblock1 IsEmpty true\n"
          "contents PutAttribute \"TotalNodes\" 0 2\nresult E_ABORT\n"},
-        {"the second page has everything anew",
-         "IN;SP1;PU;PU;PU;PU;PD1,1;PG;",
-         {},
+        {"the second page has everything anew", "IN;SP1;PU;PU;PU;PU;PD1,1;PG;", {},
          "pentable1 AddPen 1 0xFFFFFFFF -1.0 0xFFFFFFFF\n"
          "container1 PutAttribute \"PenTable\" pentable1 2\n"
          "container1 PutAttribute \"NodeID\" \"Page 1\" 2\n"
-         "container1 PutAttribute \"Loaded\" true 2\n"
-         "container1 PutAttribute \"LpiX\" 1016.0 0\n"
+         "container1 PutAttribute \"Loaded\" true 2\n" "container1 PutAttribute \"LpiX\" 1016.0 0\n"
          "container1 PutAttribute \"LpiY\" 1016.0 0\n"
          "container1 PutAttribute \"DirectionY\" true 0\n"
-         "container1 PutAttribute \"Default\" true 0\n"
-         "container2 created\n"
+         "container1 PutAttribute \"Default\" true 0\n" "container2 created\n"
          "container2 CreateChild 1203 10000 0\n"
          "block2 PutAttribute \"TransparentColor\" 16777215 2\n"
          "block2 AppendDrawColor1 0 0 0\nblock2 AppendFillColor1 0 0 0\n"
          "block2 EndOfData\nblock2 IsEmpty true\n"
          "contents PutAttribute \"TotalNodes\" 1 2\nresult S_OK\n"},
     };
+    // clang-format on
     for (const auto& row : rows) {
         const std::string trace = Trace(row.plot, row.options);
         const std::string_view expected = row.lastLines;

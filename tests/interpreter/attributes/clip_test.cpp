@@ -42,16 +42,15 @@ std::vector<std::string> Canonical(std::vector<Contour> contours) {
 }
 
 TEST(Clip, Contours) {
+    // clang-format off
     const struct {
         const char* name;
         Contour polygon;
         std::vector<std::string> contours;
     } rows[] = {
-        {"a corner",
-         {{50, 50}, {150, 50}, {150, 150}, {50, 150}, {50, 50}},
+        {"a corner", {{50, 50}, {150, 50}, {150, 150}, {50, 150}, {50, 50}},
          {"50,50 100,50 100,100 50,100 "}},
-        {"all around",
-         {{-50, -50}, {150, -50}, {150, 150}, {-50, 150}},
+        {"all around", {{-50, -50}, {150, -50}, {150, 150}, {-50, 150}},
          {"0,0 100,0 100,100 0,100 "}},
         {"beside", {{150, 0}, {160, 0}, {160, 10}}, {}},
         {"around the corner, nothing inside", {{90, 120}, {120, 90}, {120, 120}}, {}},
@@ -65,6 +64,7 @@ TEST(Clip, Contours) {
          {{INT32_MIN, INT32_MIN}, {INT32_MAX, INT32_MIN}, {INT32_MAX, INT32_MAX}},
          {"0,0 100,0 100,100 "}},
     };
+    // clang-format on
     for (const auto& row : rows) {
         EXPECT_EQ(Canonical(ClipPolygon(row.polygon, {0, 0, 100, 100})), row.contours) << row.name;
     }
@@ -141,21 +141,19 @@ TEST(Clip, KeepsTheEvenOddArea) {
 }
 
 TEST(Clip, Commands) {
+    // clang-format off
     ExpectOperations({
-        {"inside the window nothing changes",
-         "IW0,0,99,99;PM0;PD9,0,9,9;PM2;FP;",
+        {"inside the window nothing changes", "IW0,0,99,99;PM0;PD9,0,9,9;PM2;FP;",
          {"SetLineWidth 0", "FilledPolygon 4 : 0,0 9,0 9,9 0,0", "SetLineWidth 0"}},
-        {"outside nothing is drawn",
-         "IW50,50,99,99;PM0;PD9,0,9,9;PM2;FP;",
+        {"outside nothing is drawn", "IW50,50,99,99;PM0;PD9,0,9,9;PM2;FP;",
          {"SetLineWidth 0", "SetLineWidth 0"}},
         {"several polygons are not clipped",
-         "IW0,0,5,5;PM0;PD9,0,9,9;PM1;PU20,0;PD30,0,30,9,20,0;PM2;FP;",
-         {"SetLineWidth 0", "FilledPolyPolygon 2 4 4 : 0,0 9,0 9,9 0,0 20,0 30,0 30,9 20,0",
-          "SetLineWidth 0"}},
-        {"hatch lines neither",
-         "IW0,0,5,5;FT3,20;PM0;PD40,0,40,40,0,40;PM2;FP;",
+         "IW0,0,5,5;PM0;PD9,0,9,9;PM1;PU20,0;PD30,0,30,9,20,0;PM2;FP;", {"SetLineWidth 0",
+         "FilledPolyPolygon 2 4 4 : 0,0 9,0 9,9 0,0 20,0 30,0 30,9 20,0", "SetLineWidth 0"}},
+        {"hatch lines neither", "IW0,0,5,5;FT3,20;PM0;PD40,0,40,40,0,40;PM2;FP;",
          {"SetLineWidth 0", "Line 0 20 40 20", "SetLineWidth 0"}},
     });
+    // clang-format on
     const std::vector<std::string> wedge = OperationsOf("IW0,0,50,50;WG100,0,90;");
     ASSERT_EQ(wedge.size(), 1U);
     EXPECT_EQ(wedge[0].rfind("FilledPolygon 4 : ", 0), 0U) << wedge[0];

@@ -62,41 +62,35 @@ TEST(Hatch, AxisParallelLines) {
                                {10, 10}},
                               {5, 5}};
     const PolygonGroups open{{{0, 0}, {9, 0}, {9, 9}, {0, 0}, {20, 0}, {20, 9}}, {4, 2}};
+    // clang-format off
     const struct {
         const char* name;
         PolygonGroups area;
         HatchFamily family;
         const char* lines;
     } rows[] = {
-        {"through the corners of a diamond",
-         diamond,
-         {0.0, 5.0},
+        {"through the corners of a diamond", diamond, {0.0, 5.0},
          "5,5-15,5 0,10-20,10 5,15-15,15 "},
         {"upright", diamond, {kUpright, 5.0}, "5,5-5,15 10,0-10,20 15,5-15,15 "},
         {"minus 90 degrees", diamond, {-kUpright, 10.0}, "10,0-10,20 "},
         {"180 degrees is horizontal", diamond, {2 * kUpright, 10.0}, "0,10-20,10 "},
         {"32580 degrees too", diamond, {32580 * kRadiansPerDegree, 10.0}, "0,10-20,10 "},
-        {"a hole: lower edges count, upper ones do not",
-         frame,
-         {0.0, 10.0},
+        {"a hole: lower edges count, upper ones do not", frame, {0.0, 10.0},
          "0,10-10,10 20,10-30,10 0,20-30,20 "},
         {"an odd crossing is left over", open, {0.0, 3.0}, "3,3-9,3 6,6-9,6 "},
-        {"crossings are truncated",
-         One({{0, 0}, {10, 3}, {-10, 3}, {0, 0}}),
-         {0.0, 1.0},
+        {"crossings are truncated", One({{0, 0}, {10, 3}, {-10, 3}, {0, 0}}), {0.0, 1.0},
          "-3,1-3,1 -6,2-6,2 "},
         {"wider than the area", Square(10), {0.0, 11.0}, ""},
         {"no spacing", Square(10), {0.0, 0.0}, ""},
         {"negative spacing", Square(10), {0.0, -2.0}, ""},
         {"beyond 2e7 the box reaches back",
          One({{0, 20000105}, {8, 20000105}, {8, 20000205}, {0, 20000205}, {0, 20000105}}),
-         {0.0, 100.0},
-         "0,20000200-8,20000200 "},
+         {0.0, 100.0}, "0,20000200-8,20000200 "},
         {"beyond 2e7, upright",
          One({{20000105, 0}, {20000205, 0}, {20000205, 8}, {20000105, 8}, {20000105, 0}}),
-         {kUpright, 100.0},
-         "20000200,0-20000200,8 "},
+         {kUpright, 100.0}, "20000200,0-20000200,8 "},
     };
+    // clang-format on
     for (const auto& row : rows) {
         EXPECT_EQ(Text(Segments(row.area, row.family)), row.lines) << row.name;
     }

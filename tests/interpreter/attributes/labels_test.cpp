@@ -46,47 +46,36 @@ TEST(Labels, WhatIsSent) {
         return "BeginLabelExtent \"" + text + "\" 0.0 120 0";
     };
     const auto end = [](const std::string& text) { return "EndLabelExtent \"" + text + "\""; };
+    // clang-format off
     ExpectOperations({
-        {"one piece",
-         "PU100,200;LB-\3",
+        {"one piece", "PU100,200;LB-\3",
          {width, begin("-"), kSolid, "Line 110 260 150 260", end("-"), width}},
         {"no text", "LB\3", {width, width}},
-        {"stroke weight",
-         "SD1,21,6,3;LB \3",
+        {"stroke weight", "SD1,21,6,3;LB \3",
          {"SetLineWidth 3", begin(" "), kSolid, end(" "), width}},
-        {"stroke weight 9999 is not sent, the width at the end is",
-         "SD6,9999;LB \3",
+        {"stroke weight 9999 is not sent, the width at the end is", "SD6,9999;LB \3",
          {begin(" "), kSolid, end(" "), width}},
-        {"negative weight is 0; DF resets it",
-         "SD6,-2;LB\3SD6,7;DF;LB\3",
+        {"negative weight is 0; DF resets it", "SD6,-2;LB\3SD6,7;DF;LB\3",
          {width, width, kSolid, width, width}},
-        {"solid strokes, then the line type again, not its pattern",
-         "LT2;LB-\3",
-         {"SetLineStyle 1", "SetPatternLength 8 0xF0F0F0F0", width, begin("-"), "SetLineStyle 0",
-          kSolid, "Line 10 60 50 60", "SetLineStyle 1", end("-"), width}},
+        {"solid strokes, then the line type again, not its pattern", "LT2;LB-\3", {"SetLineStyle 1",
+         "SetPatternLength 8 0xF0F0F0F0", width, begin("-"), "SetLineStyle 0", kSolid,
+         "Line 10 60 50 60", "SetLineStyle 1", end("-"), width}},
         {"the pen's width again", "PW1;LB\3", {"SetLineWidth 40", width, "SetLineWidth 40"}},
-        {"codes without a glyph go through the attributes",
-         "LB\x05\3",
+        {"codes without a glyph go through the attributes", "LB\x05\3",
          {width, begin("\\x05"), kSolid, end("\\x05"), width}},
-        {"CR LF and a last empty piece",
-         "LB \r\n \r\n\3",
-         {width, begin(" "), kSolid, end(" "), begin(""), end(""), begin(" "), kSolid, end(" "),
-          begin(""), end(""), width}},
-        {"a NUL ends the text, not the drawing",
-         "LB-\0-\3"s,
-         {width, begin("-"), kSolid, "Line 10 60 50 60", kSolid, kSolid, "Line 178 60 218 60",
-          end("-"), width}},
-        {"the end of input leaves the stale byte in the text",
-         "-;LB ",
+        {"CR LF and a last empty piece", "LB \r\n \r\n\3", {width, begin(" "), kSolid, end(" "),
+         begin(""), end(""), begin(" "), kSolid, end(" "), begin(""), end(""), width}},
+        {"a NUL ends the text, not the drawing", "LB-\0-\3"s, {width, begin("-"), kSolid,
+         "Line 10 60 50 60", kSolid, kSolid, "Line 178 60 218 60", end("-"), width}},
+        {"the end of input leaves the stale byte in the text", "-;LB ",
          {width, begin(" -"), kSolid, kSolid, "Line 94 60 134 60", end(" -"), width}},
-        {"transparent data",
-         "TD1;LB\r\n\3",
+        {"transparent data", "TD1;LB\r\n\3",
          {width, begin("\\x0D\\x0A"), kSolid, kSolid, end("\\x0D\\x0A"), width}},
-        {"height in whole units",
-         "SI.1,.123;LB\n\3",
+        {"height in whole units", "SI.1,.123;LB\n\3",
          {width, "BeginLabelExtent \"\" 0.0 49 0", end(""), width}},
         {"a blank page stays blank", "LB \3PG;", {width, begin(" "), kSolid, end(" "), width}},
     });
+    // clang-format on
     const Lines drawn = OperationsOf("LB-\3PG;");
     EXPECT_EQ(std::count(drawn.begin(), drawn.end(), "EndPage 1"), 1);
 }
@@ -124,6 +113,7 @@ TEST(Labels, WherePiecesAndThePenGo) {
 }
 
 TEST(Labels, CharacterAttributes) {
+    // clang-format off
     ExpectStrokes({
         {"SI in centimetres", "SI.6,1.2;LB-\3", {"40 240 200 240"}},
         {"SI: width alone", "SI.6;LB-\3", {"40 60 200 60"}},
@@ -134,36 +124,30 @@ TEST(Labels, CharacterAttributes) {
         {"SR; is 0.75 x 1.5", "IP0,0,8000,8000;SR;LB-\3", {"10 60 50 60"}},
         {"DI", "PU100,0;DI0,2;LB-\3", {"40 10 40 50"}},
         {"DI needs two numbers, not both 0", "PU100,0;DI0,1;DI;DI1;DI0,0;LB-\3", {"40 10 40 50"}},
-        {"DR stretches with P1-P2",
-         "IP0,0,4000,1000;DR1,4;LB--\3",
+        {"DR stretches with P1-P2", "IP0,0,4000,1000;DR1,4;LB--\3",
          {"-35 49 -7 77", "24 108 52 137"}},
         {"DR; is horizontal", "DI0,1;DR;LB-\3", {"10 60 50 60"}},
         {"SL", "SL.5;LB-\3SL;LB-\3", {"40 60 80 60", "94 60 134 60"}},
         {"ES", "ES.5,1;LB -\3CP0,1;PD;", {"136 60 176 60", "492 0 492 0"}},
-        {"ES: one number resets the lines, none nothing",
-         "ES.5,1;ES1;PU0,0;ES;LB -\3CP0,1;PD;",
+        {"ES: one number resets the lines, none nothing", "ES.5,1;ES1;PU0,0;ES;LB -\3CP0,1;PD;",
          {"178 60 218 60", "456 0 456 0"}},
         {"LO5 centres", "SI.5,1;LO5;LB-   \3PD;", {"-526 0 -393 0", "560 -200 560 -200"}},
         {"LO9 turned", "PU500,500;DI0,1;LO9;LB- \3", {"560 342 560 382"}},
-        {"LO12 to 19 as 2 to 9, LO10 nothing",
-         "LO13;LO10;LB-\3PU0,0;LO17;LB-\3",
+        {"LO12 to 19 as 2 to 9, LO10 nothing", "LO13;LO10;LB-\3PU0,0;LO17;LB-\3",
          {"10 -60 50 -60", "-74 60 -34 60"}},
-        {"LO outside and absent",
-         "LO5;LO20;LB-\3LO5;LO-1;LB-\3LO5;LO;LB-\3",
+        {"LO outside and absent", "LO5;LO20;LB-\3LO5;LO-1;LB-\3LO5;LO;LB-\3",
          {"10 60 50 60", "94 60 134 60", "178 60 218 60"}},
-        {"LO counts the characters of each piece",
-         "LO7;LB- \n-\3",
+        {"LO counts the characters of each piece", "LO7;LB- \n-\3",
          {"-158 60 -118 60", "-194 60 -154 60"}},
         {"LO leaves an empty piece", "LO9;LB\n-\3", {"-194 -60 -154 -60"}},
         {"DV1 down", "DV1;LB -\3", {"-74 60 -34 60"}},
-        {"DT: another terminator, and back",
-         "DT#;LB-\3#DT;LB-\3",
+        {"DT: another terminator, and back", "DT#;LB-\3#DT;LB-\3",
          {"10 60 50 60", "178 60 218 60"}},
-        {"DT mode 0 draws it, DT; keeps the mode",
-         "DT-,0;LB-DT;LB\3PD;DT-,1;LB-",
+        {"DT mode 0 draws it, DT; keeps the mode", "DT-,0;LB-DT;LB\3PD;DT-,1;LB-",
          {"10 60 50 60", "168 0 168 0"}},
         {"SD reads the values it ignores", "SD2,1,4,1.4,3,9.5,8,6,9999;LB\3PD;", {"0 0 0 0"}},
     });
+    // clang-format on
 }
 
 TEST(Labels, SelectedSetsMapCharacters) {
@@ -223,16 +207,17 @@ TEST(Labels, VectorsOfEveryPath) {
 }
 
 TEST(SymbolMode, DrawsAtEveryPoint) {
+    // clang-format off
     ExpectStrokes({
-        {"PU, PD and PR",
-         "SM-;PU100,100;PD300,100;PR5,0;SM;PA0,0;",
-         {"80 100 120 100", "100 100 300 100", "280 100 320 100", "300 100 305 100",
-          "285 100 325 100", "305 100 0 0"}},
+        {"PU, PD and PR", "SM-;PU100,100;PD300,100;PR5,0;SM;PA0,0;", {"80 100 120 100",
+         "100 100 300 100", "280 100 320 100", "300 100 305 100", "285 100 325 100",
+         "305 100 0 0"}},
         {"not turned about the point", "DI0,1;SM-;PU100,100;", {"10 50 10 90"}},
         {"not mapped", "SD1,39;SM{;PU0,0;SM;", StrokesOf("SM{;PU0,0;")},
         {"PE points", "SM-;PE<=\xC3\xC1;", {"-18 1 22 1"}},
         {"no pair, no symbol", "SM-;PD;", {"0 0 0 0"}},
     });
+    // clang-format on
 }
 
 TEST(SymbolMode, StrokesBecomeVerticesInPolygonMode) {

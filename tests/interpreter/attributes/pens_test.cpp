@@ -18,31 +18,30 @@ Lines WidePenSelected(int pen, const std::string& color, const std::string& widt
 }
 
 TEST(Pens, Selection) {
+    // clang-format off
     ExpectOperations({
         {"absent selects 0", "SP;", PenSelected(0, "0xFFFFFF")},
         {"255 is the last pen", "SP255;", PenSelected(255, "0x000000")},
         {"256 folds to 1", "SP256;", PenSelected(1, "0x000000")},
         {"510 folds to 255", "SP510;", PenSelected(255, "0x000000")},
         {"511 folds to 1", "SP511;", PenSelected(1, "0x000000")},
-        {"negative pens are black and thin",
-         "PW5;SP-5;",
-         {"SetLineWidth 200", "SetLineWidth 0", "SetColor 0x000000", "SetLineStyle 0",
-          "SetPatternLength 4 0xFFFFFFFF", "SetLineWidth 0", "SetPen -5"}},
-        {"a selection resends the pattern with its own factor",
-         "LT2,1,0,3;SP1;",
-         {"SetLineStyle 1", "SetPatternLength 24 0xF0F0F0F0", "SetColor 0x000000", "SetLineStyle 1",
-          "SetPatternLength 12 0xF0F0F0F0", "SetLineWidth 0", "SetPen 1"}},
-        {"with a user-defined line type neither style nor pattern is resent",
-         "UL3,5;LT3;SP1;",
+        {"negative pens are black and thin", "PW5;SP-5;", {"SetLineWidth 200", "SetLineWidth 0",
+         "SetColor 0x000000", "SetLineStyle 0", "SetPatternLength 4 0xFFFFFFFF", "SetLineWidth 0",
+         "SetPen -5"}},
+        {"a selection resends the pattern with its own factor", "LT2,1,0,3;SP1;", {"SetLineStyle 1",
+         "SetPatternLength 24 0xF0F0F0F0", "SetColor 0x000000", "SetLineStyle 1",
+         "SetPatternLength 12 0xF0F0F0F0", "SetLineWidth 0", "SetPen 1"}},
+        {"with a user-defined line type neither style nor pattern is resent", "UL3,5;LT3;SP1;",
          {"SetLineType 1 : 5", "SetColor 0x000000", "SetLineWidth 0", "SetPen 1"}},
-        {"LT-3 draws with type 3, but is no user-defined type here",
-         "UL3,5;LT-3;SP1;",
+        {"LT-3 draws with type 3, but is no user-defined type here", "UL3,5;LT-3;SP1;",
          {"SetLineType 1 : 5", "SetColor 0x000000", "SetLineStyle 3",
-          "SetPatternLength 4 0xFFFFFFFF", "SetLineWidth 0", "SetPen 1"}},
+         "SetPatternLength 4 0xFFFFFFFF", "SetLineWidth 0", "SetPen 1"}},
     });
+    // clang-format on
 }
 
 TEST(Pens, Width) {
+    // clang-format off
     ExpectOperations({
         {"pen 2 only: seen when it is selected", "PW0.35,2;SP2;",
          WidePenSelected(2, "0x0000FF", "14")},
@@ -54,23 +53,22 @@ TEST(Pens, Width) {
         {"PW; thins all pens", "PW1;PW;", {"SetLineWidth 40", "SetLineWidth 0"}},
         {"pens outside the table store nothing", "PW1,256;PW1,-1;PW1,-32000;SP1;",
          PenSelected(1, "0x000000")},
-        {"WU; clears the widths and says nothing",
-         "PW1;WU;SP1;",
-         {"SetLineWidth 40", "SetLineWidth 0", "SetColor 0x000000", "SetLineStyle 0",
-          "SetPatternLength 4 0xFFFFFFFF", "SetLineWidth 0", "SetPen 1"}},
-        {"WU0 keeps the widths, WU2 is ignored",
-         "WU1;WU0;WU2;PW1;WU0;SP0;",
-         {"SetLineWidth 40", "SetColor 0xFFFFFF", "SetLineStyle 0", "SetPatternLength 4 0xFFFFFFFF",
-          "SetLineWidth 40", "SetPen 0"}},
+        {"WU; clears the widths and says nothing", "PW1;WU;SP1;", {"SetLineWidth 40",
+         "SetLineWidth 0", "SetColor 0x000000", "SetLineStyle 0", "SetPatternLength 4 0xFFFFFFFF",
+         "SetLineWidth 0", "SetPen 1"}},
+        {"WU0 keeps the widths, WU2 is ignored", "WU1;WU0;WU2;PW1;WU0;SP0;", {"SetLineWidth 40",
+         "SetColor 0xFFFFFF", "SetLineStyle 0", "SetPatternLength 4 0xFFFFFFFF", "SetLineWidth 40",
+         "SetPen 0"}},
     });
+    // clang-format on
 }
 
 TEST(Pens, Color) {
+    // clang-format off
     ExpectOperations({
         {"red stands in the low byte", "PC0,10,20,30;", {"SetColor 0x1E140A"}},
         {"missing components are 0", "PC0,10;", {"SetColor 0x00000A"}},
-        {"a pen number alone: its default",
-         "PC0,1,2,3;PC0;",
+        {"a pen number alone: its default", "PC0,1,2,3;PC0;",
          {"SetColor 0x030201", "SetColor 0xFFFFFF"}},
         {"without a pen: all defaults, unsent", "PC0,1,2,3;PC;", {"SetColor 0x030201"}},
         {"another pen is not sent", "PC1,1,2,3;", {}},
@@ -80,6 +78,7 @@ TEST(Pens, Color) {
         {"CR maps its range", "CR0,100,0,100,0,100;PC0,50,50,50;", {"SetColor 0x7F7F7F"}},
         {"five numbers are no range", "CR0,100,0,100,0;PC0,50,50,50;", {"SetColor 0x323232"}},
     });
+    // clang-format on
 }
 
 TEST(Pens, EveryPenColorMarksThePalette) {

@@ -56,6 +56,7 @@ TEST(BitmapRows, SmallPicturesByHand) {
     const Picture nibbles{5, 2, 4, {0x12, 0x34, 0x5F, 9, 0x67, 0x89, 0xAF, 9}};
     const Picture indexes{5, 2, 8, {1, 2, 3, 4, 5, 9, 9, 9, 6, 7, 8, 9, 10, 9, 9, 9}};
     const Picture colours{2, 2, 24, {1, 2, 3, 4, 5, 6, 99, 99, 7, 8, 9, 10, 11, 12, 99, 99}};
+    // clang-format off
     const struct {
         const char* name;
         const Picture& picture;
@@ -67,24 +68,23 @@ TEST(BitmapRows, SmallPicturesByHand) {
         {"1 bit, 180", bits, 180, {0x80, 0xC0, 0, 0, 0x00, 0x40, 0, 0, 0x80, 0x80, 0, 0}},
         {"1 bit, 270 as 90", bits, 270, bits90},
         {"4 bits, 0", nibbles, 0, {0x67, 0x89, 0xA0, 0, 0x12, 0x34, 0x50, 0}},
-        {"4 bits, 90", nibbles, 90, {0x16, 0, 0,    0, 0x27, 0, 0,    0, 0x38, 0,
-                                     0,    0, 0x49, 0, 0,    0, 0x5A, 0, 0,    0}},
+        {"4 bits, 90", nibbles, 90,
+         {0x16, 0, 0, 0, 0x27, 0, 0, 0, 0x38, 0, 0, 0, 0x49, 0, 0, 0, 0x5A, 0, 0, 0}},
         {"4 bits, 180 without the fifth", nibbles, 180, {0x43, 0x21, 0, 0, 0x98, 0x76, 0, 0}},
-        {"4 bits, 270 reversed", nibbles, 270, {0x5A, 0, 0,    0, 0x49, 0, 0,    0, 0x38, 0,
-                                                0,    0, 0x27, 0, 0,    0, 0x16, 0, 0,    0}},
+        {"4 bits, 270 reversed", nibbles, 270,
+         {0x5A, 0, 0, 0, 0x49, 0, 0, 0, 0x38, 0, 0, 0, 0x27, 0, 0, 0, 0x16, 0, 0, 0}},
         {"8 bits, 0", indexes, 0, {6, 7, 8, 9, 10, 0, 0, 0, 1, 2, 3, 4, 5, 0, 0, 0}},
         {"8 bits, 90", indexes, 90, {1, 6, 0, 0, 2, 7, 0, 0, 3, 8, 0, 0, 4, 9, 0, 0, 5, 10, 0, 0}},
         {"8 bits, 180", indexes, 180, {5, 4, 3, 2, 1, 0, 0, 0, 10, 9, 8, 7, 6, 0, 0, 0}},
-        {"8 bits, 270 without the last column", indexes, 270, {1, 6, 0, 0, 2, 7, 0, 0, 3, 8,
-                                                               0, 0, 4, 9, 0, 0, 0, 0, 0, 0}},
+        {"8 bits, 270 without the last column", indexes, 270,
+         {1, 6, 0, 0, 2, 7, 0, 0, 3, 8, 0, 0, 4, 9, 0, 0, 0, 0, 0, 0}},
         {"24 bits, 0", colours, 0, {9, 8, 7, 12, 11, 10, 0, 0, 3, 2, 1, 6, 5, 4, 0, 0}},
         {"24 bits, 90", colours, 90, {3, 2, 1, 9, 8, 7, 0, 0, 6, 5, 4, 12, 11, 10, 0, 0}},
         {"24 bits, 180", colours, 180, {6, 5, 4, 3, 2, 1, 0, 0, 12, 11, 10, 9, 8, 7, 0, 0}},
-        {"24 bits, 270 without the last column",
-         colours,
-         270,
+        {"24 bits, 270 without the last column", colours, 270,
          {3, 2, 1, 9, 8, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
     };
+    // clang-format on
     for (const auto& row : rows) {
         EXPECT_EQ(Turned(row.picture, row.angle, 100), row.expected) << row.name;
         EXPECT_EQ(Turned(row.picture, row.angle, 1), row.expected) << row.name << ", row by row";

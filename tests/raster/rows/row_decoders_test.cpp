@@ -50,6 +50,7 @@ Bytes Then(Bytes head) {
 
 TEST(RowDecoders, PlainRunsAndPackBits) {
     const std::uint8_t e = kUntouched;
+    // clang-format off
     const struct {
         const char* name;
         int method;
@@ -67,17 +68,9 @@ TEST(RowDecoders, PlainRunsAndPackBits) {
         {"runs, odd byte dropped", 1, {0, 5, 3}, 0, kRow, Then({5})},
         {"runs are cut at the row", 1, {255, 9, 0, 8}, 0, kRow, Bytes(kRow, 9)},
         {"runs at an offset", 1, {255, 9}, 11, 1, {e, e, e, e, e, e, e, e, e, e, e, 9}},
-        {"PackBits literal, no-op, run",
-         2,
-         {1, 3, 4, 0x80, 0, 5, 0xFE, 6},
-         0,
-         kRow,
+        {"PackBits literal, no-op, run", 2, {1, 3, 4, 0x80, 0, 5, 0xFE, 6}, 0, kRow,
          Then({3, 4, 5, 6, 6, 6})},
-        {"PackBits literal cut at its plane",
-         2,
-         {3, 1, 2, 3, 4, 0, 9},
-         4,
-         2,
+        {"PackBits literal cut at its plane", 2, {3, 1, 2, 3, 4, 0, 9}, 4, 2,
          Then({e, e, e, e, 1, 2})},
         {"PackBits run cut at its plane", 2, {0x81, 1, 0, 9}, 2, 3, Then({e, e, 1, 1, 1})},
         {"PackBits plane cut at the row", 2, {0x81, 1}, 9, 9, {e, e, e, e, e, e, e, e, e, 1, 1, 1}},
@@ -85,6 +78,7 @@ TEST(RowDecoders, PlainRunsAndPackBits) {
         {"PackBits run without its byte", 2, {0, 1, 0xFF}, 0, kRow, Then({1})},
         {"PackBits behind the row", 2, {0, 1}, 99, 1, Then({})},
     };
+    // clang-format on
     for (const auto& row : rows) {
         EXPECT_EQ(Decode(row.method, row.data, row.offset, row.count), row.expected) << row.name;
     }
@@ -93,6 +87,7 @@ TEST(RowDecoders, PlainRunsAndPackBits) {
 TEST(RowDecoders, DeltaRow) {
     const Bytes seed = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
     const std::uint8_t e = kUntouched;
+    // clang-format off
     const struct {
         const char* name;
         Bytes data;
@@ -101,30 +96,19 @@ TEST(RowDecoders, DeltaRow) {
         Bytes expected;
     } rows[] = {
         {"seed alone", {}, 0, kRow, seed},
-        {"two replacements",
-         {0x21, 90, 91, 0x02, 92},
-         0,
-         kRow,
+        {"two replacements", {0x21, 90, 91, 0x02, 92}, 0, kRow,
          {1, 90, 91, 4, 5, 92, 7, 8, 9, 10, 11, 12}},
-        {"eight bytes",
-         {0xE2, 0, 0, 0, 0, 0, 0, 0, 0},
-         0,
-         kRow,
+        {"eight bytes", {0xE2, 0, 0, 0, 0, 0, 0, 0, 0}, 0, kRow,
          {1, 2, 0, 0, 0, 0, 0, 0, 0, 0, 11, 12}},
-        {"eight bytes cut at the row",
-         {0xE8, 0, 0, 0, 0, 0, 0, 0, 0, 0x00, 50},
-         0,
-         kRow,
+        {"eight bytes cut at the row", {0xE8, 0, 0, 0, 0, 0, 0, 0, 0, 0x00, 50}, 0, kRow,
          {1, 2, 3, 4, 5, 6, 7, 8, 0, 0, 0, 0}},
-        {"replacement without its end",
-         {0xE0, 50, 51},
-         0,
-         kRow,
+        {"replacement without its end", {0xE0, 50, 51}, 0, kRow,
          {50, 51, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}},
         {"offset behind the row", {0x1F, 255, 255}, 0, kRow, seed},
         {"plane: seed of the plane only", {0x01, 77}, 4, 3, Then({e, e, e, e, 5, 77, 7})},
         {"plane cut at the row", {0x0F, 77}, 10, 9, {e, e, e, e, e, e, e, e, e, e, 11, 12}},
     };
+    // clang-format on
     for (const auto& row : rows) {
         EXPECT_EQ(Decode(3, row.data, row.offset, row.count, seed), row.expected) << row.name;
     }
@@ -148,6 +132,7 @@ TEST(RowDecoders, ReplacementDeltaRow) {
         std::copy(part.begin(), part.end(), row.begin() + static_cast<long>(at));
         return row;
     };
+    // clang-format off
     const struct {
         const char* name;
         Bytes data;
@@ -162,17 +147,13 @@ TEST(RowDecoders, ReplacementDeltaRow) {
         {"left of the first pixel is black", {0x20}, with(0, {0, 0, 0})},
         {"seed pixel on the right", {0x48}, with(3, {30, 31, 32})},
         {"right of the last pixel is black", {0x58, 0x00}, with(9, {0, 0, 0})},
-        {"offsets count from the end of the last command",
-         {0x60, 0x68},
+        {"offsets count from the end of the last command", {0x60, 0x68},
          with(0, {255, 254, 255, 20, 21, 22, 255, 254, 255})},
-        {"literal: its further pixels are new colours",
-         {0x61, 0x00, 0x80, 0x00},
+        {"literal: its further pixels are new colours", {0x61, 0x00, 0x80, 0x00},
          with(0, {255, 254, 255, 1, 0, 0})},
-        {"further pixels leave the cached colour",
-         {0x61, 0x00, 0x80, 0x00, 0x60},
+        {"further pixels leave the cached colour", {0x61, 0x00, 0x80, 0x00, 0x60},
          with(0, {255, 254, 255, 1, 0, 0, 255, 254, 255})},
-        {"a command's first new colour is cached",
-         {0x00, 0x00, 0x80, 0x00, 0x60},
+        {"a command's first new colour is cached", {0x00, 0x00, 0x80, 0x00, 0x60},
          with(0, {1, 0, 0, 1, 0, 0})},
         {"run cut at the row", {0xFA}, with(9, {255, 254, 255})},
         {"colour without its third byte", {0x00, 0x00, 0x80}, seed},
@@ -180,6 +161,7 @@ TEST(RowDecoders, ReplacementDeltaRow) {
         {"offset without its extension", {0x78}, with(9, {255, 254, 255})},
         {"offset behind the row", {0x78, 0x01, 0x60}, seed},
     };
+    // clang-format on
     for (const auto& row : rows) {
         EXPECT_EQ(Decode(10, row.data, 0, kRow, seed), row.expected) << row.name;
     }

@@ -30,29 +30,27 @@ std::string Rows(CRTLRaster& raster) {
 }
 
 TEST(TransferBlocks, AdaptiveEntries) {
+    // clang-format off
     const struct {
         const char* name;
         Bytes block;
         std::int32_t nextRow;
         const char* rows;
     } rows[] = {
-        {"a row a method",
-         {0, 0, 2, 1, 2, 1, 0, 2, 1, 7, 2, 0, 3, 1, 8, 9, 3, 0, 2, 1, 6},
-         4,
+        {"a row a method", {0, 0, 2, 1, 2, 1, 0, 2, 1, 7, 2, 0, 3, 1, 8, 9, 3, 0, 2, 1, 6}, 4,
          "0102 0707 0809 0806"},
         {"three copies", {0, 0, 2, 1, 2, 5, 0, 3}, 4, "0102 0102 0102 0102"},
         {"empty rows become the seed", {0, 0, 2, 1, 2, 4, 0, 2, 5, 0, 1}, 4, "0102 0000 0000 0000"},
         {"copies of no seed are empty", {5, 0, 2}, 2, "0000 0000"},
         {"no rows at all", {4, 0, 0, 5, 0, 0}, 0, "none"},
-        {"delta of one byte: the seed",
-         {0, 0, 2, 1, 2, 3, 0, 1, 0xE0, 5, 0, 1},
-         3,
+        {"delta of one byte: the seed", {0, 0, 2, 1, 2, 3, 0, 1, 0xE0, 5, 0, 1}, 3,
          "0102 0102 0102"},
         {"unknown command ends it", {0, 0, 1, 9, 6, 0, 1, 5, 0, 0, 1, 8}, 1, "0900"},
         {"high command ends it", {0, 0, 1, 9, 128, 0, 0, 0, 0, 1, 8}, 1, "0900"},
         {"count beyond the block", {0, 0, 9, 3}, 1, "0300"},
         {"half an entry", {0, 0, 1, 9, 4, 0}, 1, "0900"},
     };
+    // clang-format on
     for (const auto& row : rows) {
         CRTLRaster raster(16, 0, 1, kNoPlanes);
         Bytes input = row.block;
@@ -79,6 +77,7 @@ TEST(TransferBlocks, AdaptiveClaimsAreBounded) {
 }
 
 TEST(TransferBlocks, PlainRows) {
+    // clang-format off
     const struct {
         const char* name;
         Bytes block;
@@ -88,12 +87,7 @@ TEST(TransferBlocks, PlainRows) {
         const char* stored;
     } rows[] = {
         {"two rows and a rest", {0, 0, 0, 12, 1, 2, 3, 4, 5}, 9, 2, 2, true, "0102 0304"},
-        {"wider than the picture",
-         {0, 0, 0, 40, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10},
-         14,
-         2,
-         2,
-         true,
+        {"wider than the picture", {0, 0, 0, 40, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, 14, 2, 2, true,
          "0102 0607"},
         {"narrower", {0, 0, 0, 1, 1, 2}, 6, 2, 2, true, "0100 0200"},
         {"less than a row", {0, 0, 1, 0, 1}, 5, 0, 0, true, "none"},
@@ -102,6 +96,7 @@ TEST(TransferBlocks, PlainRows) {
         {"input ends", {0, 0, 0, 16, 1, 2, 3}, 2000, 998, 2, true, "0102 0300"},
         {"lying width", {255, 255, 255, 255, 1, 2, 3}, INT64_C(0x7FFFFFFF), 3, 1, true, "0102"},
     };
+    // clang-format on
     for (const auto& row : rows) {
         CRTLRaster raster(16, 0, 1, kNoPlanes);
         SpanSource source({row.block.data(), row.block.size()});
