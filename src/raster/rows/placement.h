@@ -2,7 +2,7 @@
 // the raster position behind it.
 //
 // Entry point: PlacePicture, pure arithmetic over the state at finishing time. Tests:
-// tests/raster/rows/placement_test.cpp.
+// tests/raster/raster_mode_test.cpp.
 #pragma once
 
 #include <cstdint>

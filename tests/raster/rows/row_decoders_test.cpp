@@ -3,23 +3,21 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
-#include <vector>
+
+#include "tests/common/hex_text.h"
 
 namespace qm {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
 constexpr std::size_t kRow = 12;
 constexpr std::uint8_t kUntouched = 0xEE;
 
-// Decodes into a row of 12 bytes that is followed by a guard; bytes not written read 0xEE.
-Bytes Decode(int method, const Bytes& data, std::size_t offset, std::size_t count,
-             const Bytes& seed = Bytes(kRow, 0)) {
-    Bytes row(kRow + 8, kUntouched);
-    const RowTarget target{row.data(), kRow, offset, count};
+// Decodes into a row of EE that is followed by a guard.
+std::string Decode(int method, const Bytes& data, const Bytes& seed, std::size_t offset = 0,
+                   std::size_t count = 400) {
+    Bytes row(seed.size() + 8, kUntouched);
+    const RowTarget target{row.data(), seed.size(), offset, std::min(count, seed.size())};
     const ByteSpan span{data.data(), data.size()};
     switch (method) {
         case 0:
@@ -37,159 +35,105 @@ Bytes Decode(int method, const Bytes& data, std::size_t offset, std::size_t coun
         default:
             DecodeReplacementDeltaRow(span, seed.data(), target);
     }
-    EXPECT_EQ(Bytes(row.begin() + kRow, row.end()), Bytes(8, kUntouched)) << "behind the row";
-    row.resize(kRow);
-    return row;
+    for (std::size_t i = seed.size(); i < row.size(); ++i) EXPECT_EQ(row[i], kUntouched);
+    row.resize(seed.size());
+    return ToHex(row);
 }
 
-// `head`, then untouched bytes up to the row's end.
-Bytes Then(Bytes head) {
-    head.resize(kRow, kUntouched);
-    return head;
-}
-
-TEST(RowDecoders, PlainRunsAndPackBits) {
-    const std::uint8_t e = kUntouched;
+TEST(RowDecoders, Shares) {
     // clang-format off
     const struct {
         const char* name;
         int method;
-        Bytes data;
-        std::size_t offset;
-        std::size_t count;
-        Bytes expected;
+        const char* data;
+        std::size_t offset, count;
+        const char* row;
     } rows[] = {
-        {"plain", 0, {1, 2, 3}, 0, kRow, Then({1, 2, 3})},
-        {"plain, no data", 0, {}, 0, kRow, Then({})},
-        {"plain runs over its plane", 0, {1, 2, 3}, 2, 1, Then({e, e, 1, 2, 3})},
-        {"plain is cut at the row", 0, Bytes(40, 7), 10, 2, {e, e, e, e, e, e, e, e, e, e, 7, 7}},
-        {"plain behind the row", 0, {1}, kRow, 1, Then({})},
-        {"runs", 1, {0, 5, 2, 6}, 0, kRow, Then({5, 6, 6, 6})},
-        {"runs, odd byte dropped", 1, {0, 5, 3}, 0, kRow, Then({5})},
-        {"runs are cut at the row", 1, {255, 9, 0, 8}, 0, kRow, Bytes(kRow, 9)},
-        {"runs at an offset", 1, {255, 9}, 11, 1, {e, e, e, e, e, e, e, e, e, e, e, 9}},
-        {"PackBits literal, no-op, run", 2, {1, 3, 4, 0x80, 0, 5, 0xFE, 6}, 0, kRow,
-         Then({3, 4, 5, 6, 6, 6})},
-        {"PackBits literal cut at its plane", 2, {3, 1, 2, 3, 4, 0, 9}, 4, 2,
-         Then({e, e, e, e, 1, 2})},
-        {"PackBits run cut at its plane", 2, {0x81, 1, 0, 9}, 2, 3, Then({e, e, 1, 1, 1})},
-        {"PackBits plane cut at the row", 2, {0x81, 1}, 9, 9, {e, e, e, e, e, e, e, e, e, 1, 1, 1}},
-        {"PackBits literal without its end", 2, {5, 1, 2}, 0, kRow, Then({1, 2})},
-        {"PackBits run without its byte", 2, {0, 1, 0xFF}, 0, kRow, Then({1})},
-        {"PackBits behind the row", 2, {0, 1}, 99, 1, Then({})},
+        {"plain", 0, "010203", 0, kRow, "010203 EE*9"},
+        {"plain, no data", 0, "", 0, kRow, "EE*12"},
+        {"plain runs over its plane", 0, "010203", 2, 1, "EEEE010203 EE*7"},
+        {"plain is cut at the row", 0, "07*40", 10, 2, "EE*10 0707"},
+        {"plain behind the row", 0, "01", kRow, 1, "EE*12"},
+        {"runs", 1, "0005 0206", 0, kRow, "05060606 EE*8"},
+        {"runs, odd byte dropped", 1, "0005 03", 0, kRow, "05 EE*11"},
+        {"runs are cut at the row", 1, "FF09 0008", 0, kRow, "09*12"},
+        {"runs at an offset", 1, "FF09", 11, 1, "EE*11 09"},
+        {"literal, no-op, run", 2, "010304 80 0005 FE06", 0, kRow, "030405060606 EE*6"},
+        {"literal cut at its plane", 2, "0301020304 0009", 4, 2, "EE*4 0102 EE*6"},
+        {"run cut at its plane", 2, "8101 0009", 2, 3, "EEEE010101 EE*7"},
+        {"plane cut at the row", 2, "8101", 9, 9, "EE*9 010101"},
+        {"literal without its end", 2, "050102", 0, kRow, "0102 EE*10"},
+        {"run without its byte", 2, "0001 FF", 0, kRow, "01 EE*11"},
+        {"PackBits behind the row", 2, "0001", 99, 1, "EE*12"},
+        {"seed alone", 3, "", 0, kRow, "A1A2A3A4A5A6A7A8A9AAABAC"},
+        {"two replacements", 3, "215A5B 025C", 0, kRow, "A15A5BA4A55CA7A8A9AAABAC"},
+        {"eight bytes", 3, "E2 00*8", 0, kRow, "A1A2 00*8 ABAC"},
+        {"eight bytes cut at the row", 3, "E8 00*8 0032", 0, kRow, "A1A2A3A4A5A6A7A8 00*4"},
+        {"replacement without its end", 3, "E03233", 0, kRow, "3233A3A4A5A6A7A8A9AAABAC"},
+        {"offset behind the row", 3, "1FFFFF", 0, kRow, "A1A2A3A4A5A6A7A8A9AAABAC"},
+        {"plane: seed of the plane only", 3, "014D", 4, 3, "EE*4 A54DA7 EE*5"},
+        {"plane cut at the row", 3, "0F4D", 10, 9, "EE*10 ABAC"},
     };
     // clang-format on
+    const Bytes seed = FromHex("A1A2A3A4A5A6A7A8A9AAABAC");
     for (const auto& row : rows) {
-        EXPECT_EQ(Decode(row.method, row.data, row.offset, row.count), row.expected) << row.name;
-    }
-}
-
-TEST(RowDecoders, DeltaRow) {
-    const Bytes seed = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
-    const std::uint8_t e = kUntouched;
-    // clang-format off
-    const struct {
-        const char* name;
-        Bytes data;
-        std::size_t offset;
-        std::size_t count;
-        Bytes expected;
-    } rows[] = {
-        {"seed alone", {}, 0, kRow, seed},
-        {"two replacements", {0x21, 90, 91, 0x02, 92}, 0, kRow,
-         {1, 90, 91, 4, 5, 92, 7, 8, 9, 10, 11, 12}},
-        {"eight bytes", {0xE2, 0, 0, 0, 0, 0, 0, 0, 0}, 0, kRow,
-         {1, 2, 0, 0, 0, 0, 0, 0, 0, 0, 11, 12}},
-        {"eight bytes cut at the row", {0xE8, 0, 0, 0, 0, 0, 0, 0, 0, 0x00, 50}, 0, kRow,
-         {1, 2, 3, 4, 5, 6, 7, 8, 0, 0, 0, 0}},
-        {"replacement without its end", {0xE0, 50, 51}, 0, kRow,
-         {50, 51, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}},
-        {"offset behind the row", {0x1F, 255, 255}, 0, kRow, seed},
-        {"plane: seed of the plane only", {0x01, 77}, 4, 3, Then({e, e, e, e, 5, 77, 7})},
-        {"plane cut at the row", {0x0F, 77}, 10, 9, {e, e, e, e, e, e, e, e, e, e, 11, 12}},
-    };
-    // clang-format on
-    for (const auto& row : rows) {
-        EXPECT_EQ(Decode(3, row.data, row.offset, row.count, seed), row.expected) << row.name;
+        EXPECT_EQ(Decode(row.method, FromHex(row.data), seed, row.offset, row.count),
+                  ToHex(FromHex(row.row)))
+            << row.name;
     }
 }
 
 TEST(RowDecoders, DeltaOffsetsAddUpToTheFirstByteBelow255) {
-    Bytes row(400, 1);
-    const Bytes data = {0x1F, 0xFF, 0x05, 9, 0x1F, 0, 8};
-    DecodeDeltaRow({data.data(), data.size()}, nullptr, {row.data(), 400, 0, 400});
-    Bytes expected(400, 0);
-    expected[291] = 9;
-    expected[292 + 31] = 8;
-    EXPECT_EQ(row, expected);
+    EXPECT_EQ(Decode(3, FromHex("1FFF0509 1F0008"), Bytes(400, 1)),
+              ToHex(FromHex("01*291 09 01*31 08 01*76")));
 }
 
-// Rows of four pixels; the seed's pixels are {10,11,12} {20,21,22} {30,31,32} {40,41,42}.
+// Rows of pixels of three bytes.
 TEST(RowDecoders, ReplacementDeltaRow) {
-    const Bytes seed = {10, 11, 12, 20, 21, 22, 30, 31, 32, 40, 41, 42};
-    const auto with = [&seed](std::size_t at, Bytes part) {
-        Bytes row = seed;
-        std::copy(part.begin(), part.end(), row.begin() + static_cast<long>(at));
-        return row;
-    };
+    const char* const seed = "0A0B0C 141516 1E1F20 28292A";
     // clang-format off
     const struct {
         const char* name;
-        Bytes data;
-        Bytes expected;
+        const char* data;
+        const char* row;
     } rows[] = {
-        {"seed alone", {}, seed},
-        {"absolute colour, 8 + 8 + 7 bits", {0x00, 0x7F, 0xC0, 0x01}, with(0, {255, 128, 2})},
-        {"differences, the last doubled", {0x08, 0xFC, 0x2F}, with(3, {19, 22, 52})},
-        {"differences wrap around", {0x00, 0xC1, 0xF0}, with(0, {250, 26, 236})},
-        {"run of two, cached before any colour", {0xE0}, with(0, {255, 254, 255, 255, 254, 255})},
-        {"seed pixel on the left", {0x28}, with(3, {10, 11, 12})},
-        {"left of the first pixel is black", {0x20}, with(0, {0, 0, 0})},
-        {"seed pixel on the right", {0x48}, with(3, {30, 31, 32})},
-        {"right of the last pixel is black", {0x58, 0x00}, with(9, {0, 0, 0})},
-        {"offsets count from the end of the last command", {0x60, 0x68},
-         with(0, {255, 254, 255, 20, 21, 22, 255, 254, 255})},
-        {"literal: its further pixels are new colours", {0x61, 0x00, 0x80, 0x00},
-         with(0, {255, 254, 255, 1, 0, 0})},
-        {"further pixels leave the cached colour", {0x61, 0x00, 0x80, 0x00, 0x60},
-         with(0, {255, 254, 255, 1, 0, 0, 255, 254, 255})},
-        {"a command's first new colour is cached", {0x00, 0x00, 0x80, 0x00, 0x60},
-         with(0, {1, 0, 0, 1, 0, 0})},
-        {"run cut at the row", {0xFA}, with(9, {255, 254, 255})},
-        {"colour without its third byte", {0x00, 0x00, 0x80}, seed},
-        {"colour without its second byte", {0x00, 0x80}, seed},
-        {"offset without its extension", {0x78}, with(9, {255, 254, 255})},
-        {"offset behind the row", {0x78, 0x01, 0x60}, seed},
+        {"seed alone", "", seed},
+        {"absolute colour, 8 + 8 + 7 bits", "007FC001", "FF8002 141516 1E1F20 28292A"},
+        {"differences, the last doubled", "08FC2F", "0A0B0C 131634 1E1F20 28292A"},
+        {"differences wrap around", "00C1F0", "FA1AEC 141516 1E1F20 28292A"},
+        {"run of two, cached before any colour", "E0", "FFFEFF FFFEFF 1E1F20 28292A"},
+        {"seed pixel on the left", "28", "0A0B0C 0A0B0C 1E1F20 28292A"},
+        {"left of the first pixel is black", "20", "000000 141516 1E1F20 28292A"},
+        {"seed pixel on the right", "48", "0A0B0C 1E1F20 1E1F20 28292A"},
+        {"right of the last pixel is black", "5800", "0A0B0C 141516 1E1F20 000000"},
+        {"offsets count from the last command", "6068", "FFFEFF 141516 FFFEFF 28292A"},
+        {"literal: its further pixels are new", "61008000", "FFFEFF 010000 1E1F20 28292A"},
+        {"further pixels are not cached", "6100800060", "FFFEFF 010000 FFFEFF 28292A"},
+        {"the first new colour is cached", "0000800060", "010000 010000 1E1F20 28292A"},
+        {"run cut at the row", "FA", "0A0B0C 141516 1E1F20 FFFEFF"},
+        {"colour without its third byte", "000080", seed},
+        {"colour without its second byte", "0080", seed},
+        {"offset without its extension", "78", "0A0B0C 141516 1E1F20 FFFEFF"},
+        {"offset behind the row", "780160", seed},
+        // Counts are extended behind their pixels: a run of 9 + 1, a literal of 8 + 2.
+        {"long run", "87008000 01 00 010000", "010000 010000 010000 010000"},
     };
     // clang-format on
     for (const auto& row : rows) {
-        EXPECT_EQ(Decode(10, row.data, 0, kRow, seed), row.expected) << row.name;
+        EXPECT_EQ(Decode(10, FromHex(row.data), FromHex(seed)), ToHex(FromHex(row.row)))
+            << row.name;
     }
-}
-
-TEST(RowDecoders, ReplacementCountsAreExtendedBehindTheirPixels) {
-    // A run of 9 + 1 and a literal of 8 + 2, told apart by their first bytes.
-    const Bytes run = {0x87, 0x00, 0x80, 0x00, 0x01, 0x00, 0x01, 0x00, 0x00};
-    Bytes literal = {0x07};
-    for (int i = 0; i < 8; ++i) literal.insert(literal.end(), {0x01, 0x80, 0x00});
-    literal.push_back(2);
-    for (int i = 0; i < 2; ++i) literal.insert(literal.end(), {0x02, 0x00, 0x00});
-    literal.insert(literal.end(), {0x00, 0x05, 0x00, 0x00});
-    const struct {
-        Bytes data;
-        Bytes firstBytes;  // of each pixel
-    } rows[] = {
-        {run, {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 2, 0}},
-        {literal, {3, 3, 3, 3, 3, 3, 3, 3, 4, 4, 10, 0}},
-    };
-    for (const auto& row : rows) {
-        Bytes stored(36, kUntouched);
-        DecodeReplacementDeltaRow({row.data.data(), row.data.size()}, nullptr,
-                                  {stored.data(), 36, 0, 36});
-        Bytes first;
-        for (std::size_t i = 0; i < 36; i += 3) first.push_back(stored[i]);
-        EXPECT_EQ(first, row.firstBytes);
-    }
+    const Bytes black(36, 0);
+    EXPECT_EQ(Decode(10, FromHex("87008000 01 00 010000"), black).substr(0, 66),
+              "010000010000010000010000010000010000010000010000010000010000020000");
+    EXPECT_EQ(Decode(10,
+                     FromHex("07 018000018000018000018000018000018000018000018000 02 020000"
+                             "020000 00050000"),
+                     black)
+                  .substr(42),
+              "030000040000040000"
+              "0A0000"
+              "000000");
 }
 
 // Random bytes must never write behind the row, with any share of it. Under AddressSanitizer this
@@ -200,7 +144,7 @@ TEST(RowDecoders, RandomDataStaysInsideTheRow) {
         Bytes data(random() % 40);
         for (auto& byte : data) byte = static_cast<std::uint8_t>(random());
         for (const int method : {0, 1, 2, 3, 10}) {
-            Decode(method, data, random() % 16, random() % 16);
+            Decode(method, data, Bytes(kRow, 0), random() % 16, random() % 16);
         }
     }
 }

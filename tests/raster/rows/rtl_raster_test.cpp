@@ -3,12 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include "tests/common/hex_text.h"
 
 namespace qm {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
 
 int Add(CRTLRaster& raster, std::int32_t row, const Bytes& data, int method) {
     return raster.AddRow(row, {data.data(), data.size()}, method, 0, 0, true);

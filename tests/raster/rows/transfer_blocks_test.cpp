@@ -3,12 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "tests/common/hex_text.h"
 
 namespace qm {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
 
 // The rows of an upright bitmap of the picture, top first, as hex digits between blanks.
 std::string Rows(CRTLRaster& raster) {
@@ -20,11 +18,7 @@ std::string Rows(CRTLRaster& raster) {
     std::string text;
     for (std::int32_t y = 0; y < view->Height(); ++y) {
         if (y != 0) text += ' ';
-        for (std::size_t i = 0; i < view->RowBytes(); ++i) {
-            const unsigned byte = view->RowFromTop(y)[i];
-            text += "0123456789abcdef"[byte >> 4];
-            text += "0123456789abcdef"[byte & 15U];
-        }
+        text += ToHex(view->RowFromTop(y), view->RowBytes());
     }
     return text;
 }
@@ -33,30 +27,27 @@ TEST(TransferBlocks, AdaptiveEntries) {
     // clang-format off
     const struct {
         const char* name;
-        Bytes block;
+        const char* block;
         std::int32_t nextRow;
         const char* rows;
     } rows[] = {
-        {"a row a method", {0, 0, 2, 1, 2, 1, 0, 2, 1, 7, 2, 0, 3, 1, 8, 9, 3, 0, 2, 1, 6}, 4,
-         "0102 0707 0809 0806"},
-        {"three copies", {0, 0, 2, 1, 2, 5, 0, 3}, 4, "0102 0102 0102 0102"},
-        {"empty rows become the seed", {0, 0, 2, 1, 2, 4, 0, 2, 5, 0, 1}, 4, "0102 0000 0000 0000"},
-        {"copies of no seed are empty", {5, 0, 2}, 2, "0000 0000"},
-        {"no rows at all", {4, 0, 0, 5, 0, 0}, 0, "none"},
-        {"delta of one byte: the seed", {0, 0, 2, 1, 2, 3, 0, 1, 0xE0, 5, 0, 1}, 3,
-         "0102 0102 0102"},
-        {"unknown command ends it", {0, 0, 1, 9, 6, 0, 1, 5, 0, 0, 1, 8}, 1, "0900"},
-        {"high command ends it", {0, 0, 1, 9, 128, 0, 0, 0, 0, 1, 8}, 1, "0900"},
-        {"count beyond the block", {0, 0, 9, 3}, 1, "0300"},
-        {"half an entry", {0, 0, 1, 9, 4, 0}, 1, "0900"},
+        {"a row a method", "0000020102 0100020107 0200030108 09 0300020106", 4, "0102 0707 0809 0806"},
+        {"three copies", "0000020102 050003", 4, "0102 0102 0102 0102"},
+        {"empty rows become the seed", "0000020102 040002 050001", 4, "0102 0000 0000 0000"},
+        {"copies of no seed are empty", "050002", 2, "0000 0000"},
+        {"no rows at all", "040000 050000", 0, "none"},
+        {"delta of one byte: the seed", "0000020102 030001E0 050001", 3, "0102 0102 0102"},
+        {"unknown command ends it", "00000109 060001 05000001 08", 1, "0900"},
+        {"high command ends it", "00000109 800000 00000108", 1, "0900"},
+        {"count beyond the block", "00000903", 1, "0300"},
+        {"half an entry", "00000109 0400", 1, "0900"},
     };
     // clang-format on
     for (const auto& row : rows) {
         CRTLRaster raster(16, 0, 1, kNoPlanes);
-        Bytes input = row.block;
-        input.push_back('X');
+        const Bytes input = FromHex(std::string(row.block) + " 58");
         SpanSource source({input.data(), input.size()});
-        const auto size = static_cast<std::int64_t>(row.block.size());
+        const auto size = static_cast<std::int64_t>(input.size()) - 1;
         EXPECT_EQ(AddAdaptiveBlock(source, size, raster, 0, {}), row.nextRow) << row.name;
         EXPECT_EQ(source.Left(), 1U) << row.name << ": the counted bytes and no more";
         EXPECT_EQ(Rows(raster), row.rows) << row.name;
@@ -80,26 +71,26 @@ TEST(TransferBlocks, PlainRows) {
     // clang-format off
     const struct {
         const char* name;
-        Bytes block;
+        const char* block;
         std::int64_t blockBytes;
         std::int32_t rows, nextRow;
         bool valid;
         const char* stored;
     } rows[] = {
-        {"two rows and a rest", {0, 0, 0, 12, 1, 2, 3, 4, 5}, 9, 2, 2, true, "0102 0304"},
-        {"wider than the picture", {0, 0, 0, 40, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, 14, 2, 2, true,
-         "0102 0607"},
-        {"narrower", {0, 0, 0, 1, 1, 2}, 6, 2, 2, true, "0100 0200"},
-        {"less than a row", {0, 0, 1, 0, 1}, 5, 0, 0, true, "none"},
-        {"width 0", {0, 0, 0, 0, 1, 2}, 6, 0, 0, false, "none"},
-        {"no width", {0, 0, 0}, 3, 0, 0, false, "none"},
-        {"input ends", {0, 0, 0, 16, 1, 2, 3}, 2000, 998, 2, true, "0102 0300"},
-        {"lying width", {255, 255, 255, 255, 1, 2, 3}, INT64_C(0x7FFFFFFF), 3, 1, true, "0102"},
+        {"two rows and a rest", "0000000C 0102030405", 9, 2, 2, true, "0102 0304"},
+        {"wider than the picture", "00000028 0102030405060708090A", 14, 2, 2, true, "0102 0607"},
+        {"narrower", "00000001 0102", 6, 2, 2, true, "0100 0200"},
+        {"less than a row", "00000100 01", 5, 0, 0, true, "none"},
+        {"width 0", "00000000 0102", 6, 0, 0, false, "none"},
+        {"no width", "000000", 3, 0, 0, false, "none"},
+        {"input ends", "00000010 010203", 2000, 998, 2, true, "0102 0300"},
+        {"lying width", "FFFFFFFF 010203", INT64_C(0x7FFFFFFF), 3, 1, true, "0102"},
     };
     // clang-format on
     for (const auto& row : rows) {
         CRTLRaster raster(16, 0, 1, kNoPlanes);
-        SpanSource source({row.block.data(), row.block.size()});
+        const Bytes block = FromHex(row.block);
+        SpanSource source({block.data(), block.size()});
         const auto result = AddPlainBlock(source, row.blockBytes, raster, 0, {});
         EXPECT_EQ(result.rows, row.rows) << row.name;
         EXPECT_EQ(result.nextRow, row.nextRow) << row.name;
