@@ -3,39 +3,36 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include "tests/common/hex_text.h"
 
 namespace qm {
 namespace {
 
-using Row = std::vector<std::uint8_t>;
-
-Row Made(const Row& from, std::int32_t width, int bits, bool turned) {
-    Row to(PictureRowBytes(width, bits), 0x77);
-    MakePictureRow(from.data(), width, bits, turned, to.data());
-    return to;
-}
-
 TEST(PictureRow, Table) {
+    // clang-format off
     const struct {
         const char* name;
-        Row from;
+        const char* from;
         std::int32_t width;
         int bits;
         bool turned;
-        Row expected;
+        const char* to;
     } rows[] = {
-        {"1 bit, whole bytes", {0x01, 0x40}, 16, 1, true, {0x02, 0x80}},
-        {"1 bit, unused bits become 1", {0x80, 0x00}, 9, 1, true, {0x00, 0xFF}},
-        {"1 bit, stored unused bits do not show", {0x00, 0x7F}, 9, 1, true, {0x00, 0x7F}},
-        {"1 bit, one pixel", {0x7F}, 1, 1, true, {0x7F}},
-        {"1 bit in order keeps them", {0x80, 0x7F}, 9, 1, false, {0x80, 0x7F}},
-        {"8 bits", {1, 2, 3}, 3, 8, true, {3, 2, 1}},
-        {"24 bits in order", {1, 2, 3, 4, 5, 6}, 2, 24, false, {3, 2, 1, 6, 5, 4}},
-        {"24 bits", {1, 2, 3, 4, 5, 6}, 2, 24, true, {6, 5, 4, 3, 2, 1}},
+        {"1 bit, whole bytes", "0140", 16, 1, true, "0280"},
+        {"1 bit, unused bits become 1", "8000", 9, 1, true, "00FF"},
+        {"1 bit, stored unused bits do not show", "007F", 9, 1, true, "007F"},
+        {"1 bit, one pixel", "7F", 1, 1, true, "7F"},
+        {"1 bit in order keeps them", "807F", 9, 1, false, "807F"},
+        {"8 bits", "010203", 3, 8, true, "030201"},
+        {"24 bits in order", "010203040506", 2, 24, false, "030201060504"},
+        {"24 bits", "010203040506", 2, 24, true, "060504030201"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(Made(row.from, row.width, row.bits, row.turned), row.expected) << row.name;
+    // clang-format on
+    for (const auto& row : rows) {
+        Bytes to(PictureRowBytes(row.width, row.bits), 0x77);
+        MakePictureRow(FromHex(row.from).data(), row.width, row.bits, row.turned, to.data());
+        EXPECT_EQ(ToHex(to), row.to) << row.name;
+    }
 }
 
 }  // namespace

@@ -356,8 +356,8 @@ TEST(RasterMode, Colours) {
          "000000,0000FF,00FF00,000009,FF0000,FF00FF,FFFF00,FFFFFF"},
         {"three planes", kStart + "\033*r-3U",
          "FFFFFF,FFFF00,FF00FF,FF0000,00FFFF,00FF00,0000FF,000000"},
-        {"... which leave the entries beyond", kStart + "\033*v9a8I\033*r-4U\033*r-3U",
-         "FFFFFF,FFFF00,FF00FF,FF0000,00FFFF,00FF00,0000FF,000000,FF0000,000000"},
+        {"... which leave the entries beyond", kStart + "\033*r-4U\033*r-3U",
+         "FFFFFF,FFFF00,FF00FF,FF0000,00FFFF,00FF00,0000FF,000000,00FFFF,000000"},
         {"four planes", kStart + "\033*r-4U",
          "FFFFFF,000000,FFFF00,000000,FF00FF,000000,FF0000,000000,00FFFF,000000,00FF00,000000,"
          "0000FF,000000,000000,000000"},

@@ -17,17 +17,14 @@ constexpr HatchFamily kNone{};
 constexpr double kUpright = 90 * kRadiansPerDegree;
 
 struct Segment {
-    PointI from;
-    PointI to;
+    PointI from, to;
 };
 
-std::vector<Segment> Segments(const PolygonGroups& area, HatchFamily family) {
+std::vector<Segment> Segments(const PolygonGroups& area, HatchFamily family,
+                              HatchFamily second = kNone) {
     std::vector<Segment> segments;
-    EXPECT_EQ(HatchPolygons(area, family, kNone,
-                            [&segments](PointI a, PointI b) {
-                                segments.push_back({a, b});
-                            }),
-              HatchResult::kDone);
+    const auto keep = [&segments](PointI a, PointI b) { segments.push_back({a, b}); };
+    EXPECT_EQ(HatchPolygons(area, family, second, keep), HatchResult::kDone);
     return segments;
 }
 
@@ -50,17 +47,10 @@ PolygonGroups Square(std::int32_t size) {
 
 TEST(Hatch, AxisParallelLines) {
     const PolygonGroups diamond = One({{0, 10}, {10, 0}, {20, 10}, {10, 20}, {0, 10}});
-    const PolygonGroups frame{{{0, 0},
-                               {30, 0},
-                               {30, 30},
-                               {0, 30},
-                               {0, 0},  // outside
-                               {10, 10},
-                               {20, 10},
-                               {20, 20},
-                               {10, 20},
-                               {10, 10}},
-                              {5, 5}};
+    // clang-format off
+    const PolygonGroups frame{{{0, 0}, {30, 0}, {30, 30}, {0, 30}, {0, 0},  // outside
+                               {10, 10}, {20, 10}, {20, 20}, {10, 20}, {10, 10}}, {5, 5}};
+    // clang-format on
     const PolygonGroups open{{{0, 0}, {9, 0}, {9, 9}, {0, 0}, {20, 0}, {20, 9}}, {4, 2}};
     // clang-format off
     const struct {
@@ -118,11 +108,7 @@ TEST(Hatch, EveryAngleCoversTheArea) {
 }
 
 TEST(Hatch, SecondFamilyFollowsTheFirst) {
-    std::vector<Segment> segments;
-    HatchPolygons(Square(10), {0.0, 5.0}, {kUpright, 5.0}, [&segments](PointI a, PointI b) {
-        segments.push_back({a, b});
-    });
-    EXPECT_EQ(Text(segments), "0,5-10,5 5,0-5,10 ");
+    EXPECT_EQ(Text(Segments(Square(10), {0.0, 5.0}, {kUpright, 5.0})), "0,5-10,5 5,0-5,10 ");
 }
 
 TEST(Hatch, Limits) {
@@ -130,10 +116,8 @@ TEST(Hatch, Limits) {
     const SegmentSink count = [&sent](PointI, PointI) { ++sent; };
     EXPECT_EQ(HatchPolygons({}, {0.0, 1.0}, kNone, count), HatchResult::kInvalidArgument);
 
-    const PolygonGroups huge = One({{INT32_MIN, INT32_MIN},
-                                    {INT32_MAX, INT32_MIN},
-                                    {INT32_MAX, INT32_MAX},
-                                    {INT32_MIN, INT32_MIN}});
+    constexpr std::int32_t kMin = INT32_MIN, kMax = INT32_MAX;
+    const PolygonGroups huge = One({{kMin, kMin}, {kMax, kMin}, {kMax, kMax}, {kMin, kMin}});
     for (const double angle : {0.0, kUpright, 1.0, -0.02}) {
         EXPECT_EQ(HatchPolygons(huge, {angle, 1.0}, kNone, count), HatchResult::kOutOfMemory);
     }
