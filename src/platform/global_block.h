@@ -1,7 +1,7 @@
 // GlobalBlock owns a movable global memory block, GlobalView locks one while it lives.
 //
 // Packed bitmaps travel as such blocks; the one who receives the handle frees it (Attach).
-// Test: tests/platform/global_memory_test.cpp.
+// Test: tests/platform/bstr_test.cpp.
 #pragma once
 
 #include <windows.h>

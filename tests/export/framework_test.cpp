@@ -177,6 +177,12 @@ TEST(ExportFramework, WithoutAStreamTheStructureIsThereButWritesFail) {
     EXPECT_EQ(LiveObjectCount(), before);
 }
 
+// Hosts pass these as plain numbers, so a renumbering would not be noticed by any compiler.
+TEST(ExportFramework, EnumerationValues) {
+    EXPECT_EQ((std::vector<int>{QM_COLLECTION, QM_PEN_TABLE, QM_RASTER_WB, QM_WINDING}),
+              (std::vector<int>{2001, 3006, 9, 1}));
+}
+
 // A settings object that answers no attributes is as none; a target is asked for its stream once a
 // document.
 TEST(ExportFramework, SinksOutliveTheFilter) {

@@ -2,7 +2,7 @@
 //
 // A handle is not the address of its bytes: use GlobalLock. Only movable blocks are offered
 // (GMEM_MOVEABLE, GHND); for others GlobalAlloc gives null. Test:
-// tests/platform/global_memory_test.cpp.
+// tests/platform/bstr_test.cpp.
 #pragma once
 
 #include "platform/posix/types.h"

@@ -1,5 +1,5 @@
 // CoTaskMem*: the heap on which strings handed across interfaces live. Test:
-// tests/platform/global_memory_test.cpp.
+// tests/platform/bstr_test.cpp.
 #pragma once
 
 #include "platform/posix/types.h"
