@@ -2,8 +2,6 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/cad_plot.h"
-#include "host/data_object.h"
-#include "host/host_classes.h"
 #include "host/open_plot.h"
 #include "import/qm_filter_hpgl.h"
 #include "server/class_factory.h"
@@ -26,7 +24,7 @@ void LoadCadPlot(benchmark::State& state) {
     for (auto _ : state) {
         ComPtr<IQmDataObject> source;
         OpenedPlot opened;
-        if (FAILED(OpenMemoryObject(plot, source)) || OpenPlot(*source, {}, opened) != S_OK) {
+        if (FAILED(OpenMemoryObject(plot, source.Put())) || OpenPlot(*source, {}, opened) != S_OK) {
             state.SkipWithError("the plot cannot be opened");
             break;
         }

@@ -3,7 +3,7 @@
 
 #include <qmfilter.h>
 
-#include "host/host_classes.h"
+#include "host/open_plot.h"
 #include "platform/com_ptr.h"
 
 namespace qm::cli {

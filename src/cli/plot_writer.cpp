@@ -8,8 +8,8 @@
 #include "common/numbers.h"
 #include "common/tool_error.h"
 #include "export/save_filter.h"
-#include "host/data_object.h"
 #include "host/document_walker.h"
+#include "host/source_and_events.h"
 #include "platform/status_name.h"
 #include "render/page_bitmap.h"
 

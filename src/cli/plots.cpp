@@ -6,7 +6,7 @@
 
 #include "cli/interruption.h"
 #include "common/tool_error.h"
-#include "host/data_object.h"
+#include "host/source_and_events.h"
 #include "platform/status_name.h"
 #include "platform/text.h"
 

@@ -7,6 +7,7 @@
 #include "common/geometry.h"
 #include "common/numbers.h"
 #include "common/packed_bitmap.h"
+#include "host/host_object.h"
 #include "host/page_summary.h"
 #include "host/vector_block_pusher.h"
 

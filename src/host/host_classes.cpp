@@ -1,11 +1,12 @@
-#include "host/host_classes.h"
-
+// HostClasses (open_plot.h): the class objects behind the ProgIDs a filter asks for. Test:
+// tests/host/open_plot_test.cpp.
 #include <iterator>
 #include <mutex>
 #include <utility>
 
 #include "host/document_node.h"
 #include "host/layers_and_pens.h"
+#include "host/open_plot.h"
 #include "platform/prog_id.h"
 
 namespace qm {

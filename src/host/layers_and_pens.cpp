@@ -45,13 +45,12 @@ std::vector<PageLayer> ReadLayers(IQmLayers* layers) {
     LONG count = 0;
     if (layers == nullptr || FAILED(layers->GetCount(&count))) return result;
     for (LONG i = 0; i < count; ++i) {
-        PageLayer layer;
+        LONG number = 0;
         Bstr name;
+        ULONG colour = 0;
         LONG visible = 0;
-        if (FAILED(layers->GetLayer(i, &layer.number, name.Put(), &layer.colour, &visible))) break;
-        layer.name = name.View();
-        layer.visible = visible != 0;
-        result.push_back(std::move(layer));
+        if (FAILED(layers->GetLayer(i, &number, name.Put(), &colour, &visible))) break;
+        result.push_back({number, std::wstring(name.View()), colour, visible != 0});
     }
     return result;
 }

@@ -2,21 +2,15 @@
 // of a page; a pen table also belongs to a print set-up. Test: tests/host/document_test.cpp.
 #pragma once
 
-#include <string>
+#include <qmfilter.h>
+
 #include <vector>
 
 #include "host/host_object.h"
+#include "host/open_plot.h"
 #include "platform/com_object.h"
-#include "qmfilter.h"
 
 namespace qm {
-
-struct PageLayer {
-    LONG number = 0;
-    std::wstring name;
-    ULONG colour = 0;  // 0x00BBGGRR
-    bool visible = true;
-};
 
 class LayerCollection final : public ComObject<IQmLayers> {
   public:

@@ -1,11 +1,21 @@
 #include "host/open_plot.h"
 
 #include "common/units.h"
+#include "host/document_node.h"
+#include "host/drawing_block.h"
 #include "host/layers_and_pens.h"
+#include "host/source_and_events.h"
 
 namespace qm {
 
 namespace {
+
+// A part of an object, which is released with the last copy of the pointer.
+template <typename Part, typename Object>
+std::shared_ptr<const Part> Share(Object& object, const Part& part) {
+    const auto owner = std::make_shared<ComPtr<Object>>(&object);
+    return {owner, &part};
+}
 
 // The drawing block of a page; null when the page is not one of ours.
 ComPtr<DrawingBlock> BlockOf(const DocumentNode& container) {
@@ -17,27 +27,27 @@ ComPtr<DrawingBlock> BlockOf(const DocumentNode& container) {
 }
 
 // The document as the filter left it: document > contents > pages.
-void CollectPages(OpenedPlot& plot) {
-    if (const Variant* const format = plot.document->Attributes().Find(L"Format")) {
+void CollectPages(const DocumentNode& document, OpenedPlot& plot) {
+    if (const Variant* const format = document.Attributes().Find(L"Format")) {
         plot.format = format->AsText();
     }
-    for (const DocumentNode::Child& part : plot.document->Children()) {
+    for (const DocumentNode::Child& part : document.Children()) {
         const auto contents = OwnObject<DocumentNode>(part.object.Get());
         if (!contents || contents->Type() != QM_CONTENTS) continue;
         for (const DocumentNode::Child& child : contents->Children()) {
-            auto page = OwnObject<DocumentNode>(child.object.Get());
+            const auto page = OwnObject<DocumentNode>(child.object.Get());
             if (!page) continue;
-            auto block = BlockOf(*page);
-            if (block) plot.pages.emplace_back(std::move(page), std::move(block));
+            const auto block = BlockOf(*page);
+            if (block) plot.pages.emplace_back(*page, *block);
         }
     }
 }
 
 HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot& plot) {
     plot = OpenedPlot();
-    plot.document = MakeObject<DocumentNode>(SHORT{QM_DOCUMENT});
+    const auto document = MakeObject<DocumentNode>(SHORT{QM_DOCUMENT});
     const auto sink = MakeObject<ProgressSink>(progress);
-    if (!plot.document || !sink) return E_OUTOFMEMORY;
+    if (!document || !sink) return E_OUTOFMEMORY;
 
     // 1. The filter, an object of its own for each document.
     ComPtr<IQmFilter> filter;
@@ -45,7 +55,7 @@ HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot
                                       __uuidof(IQmFilter), filter.PutVoid());
     if (FAILED(status)) return status;
     // 2. Is it a plot? The filter looks at the bytes and gives the document its contents node.
-    status = filter->OpenDocument(&source, plot.document.Get(), 0);
+    status = filter->OpenDocument(&source, document.Get(), 0);
     if (FAILED(status)) return status;
     // 3. Read it, all pages at once; an empty VARIANT names the first. Progress comes meanwhile, on
     // this thread.
@@ -53,19 +63,19 @@ HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot
     ComPtr<IUnknown> first;
     status = filter->GetNode(Variant().Get(), 0, first.Put());
     // 4. The pages hang in the document, also those finished before an abort.
-    CollectPages(plot);
+    CollectPages(*document, plot);
     return status;
 }
 
 }  // namespace
 
-PlotPage::PlotPage(ComPtr<DocumentNode> container, ComPtr<DrawingBlock> block)
-    : container_(std::move(container)),
-      block_(std::move(block)),
-      unitsPerInch_(Attributes().Number(L"LpiX", kUnitsPerInch)),
-      rotation_(Attributes().Number(L"InitialRotation", 0.0)) {
-    if (const Variant* const name = Attributes().Find(L"NodeID")) name_ = name->AsText();
-    layers_ = ReadLayers(Attributes().Object<IQmLayers>(L"Layers").Get());
+PlotPage::PlotPage(DocumentNode& container, DrawingBlock& block)
+    : attributes_(Share(container, container.Attributes())),
+      drawing_(Share(block, block.Drawing())),
+      layers_(ReadLayers(attributes_->Object<IQmLayers>(L"Layers").Get())),
+      unitsPerInch_(attributes_->Number(L"LpiX", kUnitsPerInch)),
+      rotation_(attributes_->Number(L"InitialRotation", 0.0)) {
+    if (const Variant* const name = attributes_->Find(L"NodeID")) name_ = name->AsText();
     if (!(unitsPerInch_ > 0.0)) unitsPerInch_ = kUnitsPerInch;
 }
 

@@ -4,41 +4,91 @@
 //   const HostClasses classes;
 //   ComPtr<IQmDataObject> source;
 //   OpenedPlot plot;
-//   if (SUCCEEDED(OpenFileObject(path, source)) && OpenPlot(*source, {}, plot) == S_OK)
+//   if (SUCCEEDED(OpenFileObject(path, source.Put())) && OpenPlot(*source, {}, plot) == S_OK)
 //       for (const PlotPage& page : plot.pages) Play(page.Drawing(), visitor);
 //
 // Test: tests/host/open_plot_test.cpp.
 #pragma once
 
+#include <qmfilter.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "host/document_node.h"
-#include "host/drawing_block.h"
-#include "host/layers_and_pens.h"
-#include "host/progress_sink.h"
-#include "qmfilter.h"
+#include "host/display_list.h"
 
 namespace qm {
+
+class AttributeMap;
+class DocumentNode;
+class DrawingBlock;
+class ObjectWrapper;
+
+// Registers "Tessel.QmContainer", "Tessel.QmLayers" and "Tessel.QmPenTable", the classes that a
+// filter asks its host for, on the calling thread (a class object belongs to its thread), for as
+// long as it exists; COM is initialised meanwhile. The ProgIDs themselves are the process's and
+// stay until the last HostClasses of any thread is gone.
+class HostClasses {
+  public:
+    // `wrapper` (host_object.h) gets every object that the classes and their nodes make; null for
+    // none.
+    explicit HostClasses(std::shared_ptr<ObjectWrapper> wrapper = nullptr) noexcept;
+    ~HostClasses();
+    HostClasses(const HostClasses&) = delete;
+    HostClasses& operator=(const HostClasses&) = delete;
+
+    // S_OK, or why the registration failed (then opening a plot fails with E_FAIL).
+    HRESULT Status() const noexcept { return status_; }
+
+  private:
+    HRESULT RegisterAll(const std::shared_ptr<ObjectWrapper>& wrapper);
+
+    static constexpr std::size_t kClassCount = 3;
+
+    bool initialised_;
+    std::shared_ptr<void> progIds_;
+    std::array<DWORD, kClassCount> cookies_{};
+    std::size_t registered_ = 0;
+    HRESULT status_;
+};
+
+// A source for OpenPlot: an existing file (the status is the file system's), or bytes in memory,
+// which are copied. `*object` is the caller's to release, and null after a failure.
+HRESULT OpenFileObject(const std::wstring& path, IQmDataObject** object) noexcept;
+HRESULT OpenMemoryObject(std::string_view bytes, IQmDataObject** object) noexcept;
+
+// A layer of a page. In plots there is one for each pen, with the pen's number.
+struct PageLayer {
+    std::int32_t number = 0;
+    std::wstring name;
+    std::uint32_t colour = 0;  // 0x00BBGGRR
+    bool visible = true;
+};
 
 // A finished page. Copies share the page's objects.
 class PlotPage {
   public:
-    PlotPage(ComPtr<DocumentNode> container, ComPtr<DrawingBlock> block);
+    // The host's own: a page of its document tree and the drawing block in it.
+    PlotPage(DocumentNode& container, DrawingBlock& block);
 
     const std::wstring& Name() const noexcept { return name_; }  // "Page 1"; numbers may skip
-    const DisplayList& Drawing() const noexcept { return block_->Drawing(); }
+    const DisplayList& Drawing() const noexcept { return *drawing_; }
     const std::vector<PageLayer>& Layers() const noexcept { return layers_; }
     // Coordinates per inch: 1016 for plots.
     double UnitsPerInch() const noexcept { return unitsPerInch_; }
     // Degrees counter-clockwise by which the drawing is to be shown turned; 0 for most plots.
     double Rotation() const noexcept { return rotation_; }
-    // All attributes of the page's container.
-    const AttributeMap& Attributes() const noexcept { return container_->Attributes(); }
+    // All attributes of the page's container (host_object.h).
+    const AttributeMap& Attributes() const noexcept { return *attributes_; }
 
   private:
-    ComPtr<DocumentNode> container_;
-    ComPtr<DrawingBlock> block_;
+    std::shared_ptr<const AttributeMap> attributes_;  // shares the container
+    std::shared_ptr<const DisplayList> drawing_;      // shares the block
     std::wstring name_;
     std::vector<PageLayer> layers_;
     double unitsPerInch_;
@@ -46,10 +96,12 @@ class PlotPage {
 };
 
 struct OpenedPlot {
-    ComPtr<DocumentNode> document;
     std::wstring format;  // "HPGL/2" or "Nemetschek Allplan"
     std::vector<PlotPage> pages;
 };
+
+// Called with 0 to 100; false asks the filter to stop. Must not throw.
+using ProgressCallback = std::function<bool(int percent)>;
 
 // Creates the import filter (CLSID_QmFilterHPGL must be registered) and loads all pages of
 // `source`.

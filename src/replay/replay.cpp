@@ -12,8 +12,8 @@
 
 #include "common/tool_error.h"
 #include "export/save_filter.h"
-#include "host/data_object.h"
 #include "host/layers_and_pens.h"
+#include "host/source_and_events.h"
 #include "platform/status_name.h"
 #include "platform/text.h"
 #include "replay/replay_calls.h"

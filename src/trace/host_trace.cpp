@@ -3,9 +3,8 @@
 #include <new>
 #include <utility>
 
-#include "host/data_object.h"
 #include "host/document_node.h"
-#include "host/progress_sink.h"
+#include "host/source_and_events.h"
 #include "import/qm_filter_hpgl.h"
 #include "platform/status_name.h"
 #include "trace/traced_objects.h"
@@ -61,7 +60,7 @@ HRESULT TraceImport(IQmDataObject& source, const TraceOptions& options, const Ho
 
 std::string Trace(std::string_view file, const TraceOptions& options) {
     ComPtr<IQmDataObject> source;
-    if (FAILED(OpenMemoryObject(file, source))) throw std::bad_alloc();
+    if (FAILED(OpenMemoryObject(file, source.Put()))) throw std::bad_alloc();
     std::string lines;
     TraceImport(*source, options, [&lines](std::string_view line) {
         lines.append(line) += '\n';

@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/host_classes.h"
+#include "host/open_plot.h"
 #include "platform/com_ptr.h"
 #include "trace/host_log.h"
 

@@ -4,7 +4,7 @@
 
 #include "export/save_filter.h"
 #include "export/save_structure.h"
-#include "host/data_object.h"
+#include "host/source_and_events.h"
 #include "platform/variant.h"
 #include "tests/export/exported.h"
 

@@ -12,9 +12,10 @@
 
 #include "common/packed_bitmap.h"
 #include "export/save_filter.h"
-#include "host/data_object.h"
 #include "host/display_list_player.h"
-#include "host/host_classes.h"
+#include "host/document_node.h"
+#include "host/drawing_block.h"
+#include "host/source_and_events.h"
 #include "import/qm_filter_hpgl.h"
 #include "server/class_factory.h"
 #include "tests/export/exported.h"
@@ -129,7 +130,7 @@ class DocumentWalkerTest : public testing::Test {
     static OpenedPlot Open(const std::string& bytes) {
         ComPtr<IQmDataObject> source;
         OpenedPlot plot;
-        EXPECT_EQ(OpenMemoryObject(bytes, source), S_OK);
+        EXPECT_EQ(OpenMemoryObject(bytes, source.Put()), S_OK);
         EXPECT_EQ(OpenPlot(*source, {}, plot), S_OK);
         return plot;
     }
@@ -229,7 +230,7 @@ class HandMadePage {
     void Put(const wchar_t* name, const Variant& value) {
         container_->PutAttribute(Bstr(name).Get(), value.Get(), 0);
     }
-    std::vector<PlotPage> Pages() const { return {PlotPage(container_, block_)}; }
+    std::vector<PlotPage> Pages() const { return {PlotPage(*container_, *block_)}; }
 
   private:
     ComPtr<DocumentNode> container_;

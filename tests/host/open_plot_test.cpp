@@ -8,8 +8,6 @@
 
 #include <thread>
 
-#include "host/data_object.h"
-#include "host/host_classes.h"
 #include "platform/file_handle.h"
 #include "platform/prog_id.h"
 #include "tests/host/fake_filter.h"
@@ -38,7 +36,7 @@ class OpenPlotTest : public testing::Test {
     static HRESULT Open(std::string_view bytes, const ProgressCallback& progress,
                         OpenedPlot& plot) {
         ComPtr<IQmDataObject> source;
-        EXPECT_EQ(OpenMemoryObject(bytes, source), S_OK);
+        EXPECT_EQ(OpenMemoryObject(bytes, source.Put()), S_OK);
         return OpenPlot(*source, progress, plot);
     }
 
@@ -93,13 +91,13 @@ TEST_F(OpenPlotTest, ReadsFiles) {
     ASSERT_EQ(stream->Write("IN;", 3, nullptr), S_OK);
     stream.Reset();
     ComPtr<IQmDataObject> source;
-    ASSERT_EQ(OpenFileObject(file.Path(), source), S_OK);
+    ASSERT_EQ(OpenFileObject(file.Path(), source.Put()), S_OK);
     Bstr name;
     EXPECT_EQ(source->get_StorageName(name.Put()), S_OK);
     EXPECT_EQ(name.View(), file.Path());
     OpenedPlot plot;
     EXPECT_EQ(OpenPlot(*source, {}, plot), S_OK);
-    EXPECT_TRUE(FAILED(OpenFileObject(file.Path() + L"-absent", source)));
+    EXPECT_TRUE(FAILED(OpenFileObject(file.Path() + L"-absent", source.Put())));
 }
 
 TEST_F(OpenPlotTest, NeedsTheFilterAndTheHostClasses) {

@@ -104,7 +104,7 @@ TEST_F(ArchiveImportTest, AbortLeavesNoFile) {
     TraceOptions options;
     options.abortAt = 30;
     ComPtr<IQmDataObject> source;
-    ASSERT_EQ(OpenFileObject(Utf8ToWide(path.string()), source), S_OK);
+    ASSERT_EQ(OpenFileObject(Utf8ToWide(path.string()), source.Put()), S_OK);
     EXPECT_EQ(TraceImport(*source, options, [](std::string_view) { return S_OK; }), E_ABORT);
 }
 

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/data_object.h"
+#include "host/source_and_events.h"
 #include "import/qm_filter_hpgl.h"
 #include "platform/variant.h"
 #include "trace/host_trace.h"

@@ -10,8 +10,8 @@
 #include <iterator>
 #include <vector>
 
-#include "host/data_object.h"
 #include "host/document_node.h"
+#include "host/source_and_events.h"
 #include "open_document.h"
 #include "platform/file_handle.h"
 #include "platform/text.h"
@@ -48,7 +48,7 @@ class ModuleTest : public testing::Test {
     HRESULT OpenBytes(
         std::string_view plot, std::function<bool(int)> goOn = [](int) { return true; }) {
         ComPtr<IQmDataObject> source;
-        OpenMemoryObject(plot, source);
+        qm::OpenMemoryObject(plot, source.Put());
         return Open(*source, std::move(goOn));
     }
     // Pages of the opened document.
@@ -99,7 +99,7 @@ TEST_F(ModuleTest, OpensAnArchive) {
     const auto path = folder / "plot.zip";
     qm::testing_zip::MakeZip(path, {{"readme.txt", "no plot"}, {"Plan.PRN", kTwoPages}});
     ComPtr<IQmDataObject> source;
-    ASSERT_EQ(qm::OpenFileObject(qm::Utf8ToWide(path.u8string()), source), S_OK);
+    ASSERT_EQ(qm::OpenFileObject(qm::Utf8ToWide(path.u8string()), source.Put()), S_OK);
     EXPECT_EQ(Open(*source), S_OK);
     EXPECT_EQ(Pages(), 2u);
 }

@@ -8,7 +8,7 @@
 #include <array>
 #include <memory>
 
-#include "host/host_classes.h"
+#include "host/open_plot.h"
 #include "platform/com_ptr.h"
 #include "platform/library.h"
 #include "qmfilter.h"

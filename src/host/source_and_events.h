@@ -1,23 +1,37 @@
-// ProgressSink: the embedded host's ear for a filter's events, and SinkConnection, which attaches
-// it to a filter for a scope. Test: tests/host/open_plot_test.cpp.
+// What the embedded host gives a filter besides the document: the file (DataObject) and an ear for
+// the filter's events (ProgressSink, which SinkConnection attaches for a scope). Test:
+// tests/host/open_plot_test.cpp.
 #pragma once
 
 #include <ocidl.h>
 
-#include <functional>
+#include <string>
 #include <utility>
 
+#include "host/open_plot.h"
 #include "platform/com_object.h"
-#include "qmfilter.h"
 
 namespace qm {
 
-// Called with 0 to 100; false asks the filter to stop. Must not throw.
-using ProgressCallback = std::function<bool(int percent)>;
+// A stream to read or to write, and the path behind it.
+class DataObject final : public ComObject<IQmDataObject> {
+  public:
+    // `storage` is to answer IStream. `path` may be empty when no file stands behind it.
+    DataObject(ComPtr<IUnknown> storage, std::wstring path) noexcept
+        : storage_(std::move(storage)), path_(std::move(path)) {}
+
+    HRESULT STDMETHODCALLTYPE get_Storage(IUnknown** value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_StorageName(BSTR* value) noexcept override;
+
+  private:
+    ComPtr<IUnknown> storage_;
+    std::wstring path_;
+};
 
 // Only Progress means something for plots; the other questions are answered with E_NOTIMPL.
 class ProgressSink final : public ComObject<_IQmFilterEvents> {
   public:
+    // `callback` may be empty.
     explicit ProgressSink(ProgressCallback callback) : callback_(std::move(callback)) {}
 
     HRESULT STDMETHODCALLTYPE Progress(LONG percent, VARIANT_BOOL* abort) noexcept override;
@@ -38,8 +52,6 @@ class SinkConnection {
     ~SinkConnection();
     SinkConnection(const SinkConnection&) = delete;
     SinkConnection& operator=(const SinkConnection&) = delete;
-
-    explicit operator bool() const noexcept { return static_cast<bool>(point_); }
 
   private:
     ComPtr<IConnectionPoint> point_;
