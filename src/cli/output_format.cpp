@@ -10,21 +10,19 @@ namespace {
 
 using Pages = std::vector<PlotPage>;
 
-#ifdef QM_WITH_CAIRO
 void WriteAllAsPdf(const Pages& pages, const WriteOptions& options, OutputSink& sink) {
     std::vector<PageSource> sources;
     for (const PlotPage& page : pages) sources.push_back(SourceOf(page));
     WritePdf(sources, options.page, sink);
 }
-#endif
 
 constexpr OutputFormat kFormats[] = {
     {"svg", false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WriteSvg(SourceOf(pages.front()), options.page, sink);
      }},
-#ifdef QM_WITH_CAIRO
     {"pdf", true, true, WriteAllAsPdf},
+#ifdef QM_WITH_CAIRO
     {"png", false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePng(SourceOf(pages.front()), options.page, sink);

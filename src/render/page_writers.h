@@ -41,10 +41,10 @@ struct PageOptions {
 
 // Vector formats keep physical sizes. One page a file.
 void WriteSvg(const PageSource& page, const PageOptions& options, OutputSink& sink);
-
-// The following are there when the build found Cairo (target qm_render_cairo).
-void WritePng(const PageSource& page, const PageOptions& options, OutputSink& sink);
-// One sheet for each page, each of its own size.
+// One sheet for each page, each of its own size (target qm_render_pdf).
 void WritePdf(const std::vector<PageSource>& pages, const PageOptions& options, OutputSink& sink);
+
+// There when the build found Cairo (target qm_render_cairo).
+void WritePng(const PageSource& page, const PageOptions& options, OutputSink& sink);
 
 }  // namespace qm

@@ -1,4 +1,4 @@
-// PNG and PDF pages: their size, a few dots of what was drawn, what is too large, failing sinks.
+// PNG pages: their size, a few dots of what was drawn, what is too large, failing sinks.
 #include <cairo.h>
 #include <gtest/gtest.h>
 
@@ -195,31 +195,8 @@ TEST(PngPage, SaysWhatFitsWhenTooLarge) {
     EXPECT_NO_THROW(WritePng(SourceOf(list), options, sink));
     list.AppendLine({INT32_MIN, INT32_MIN}, {INT32_MAX, INT32_MAX});
     EXPECT_THROW(WritePng(SourceOf(list), options, sink), ToolError);
-    EXPECT_THROW(WritePdf({SourceOf(list)}, options, sink), ToolError);
     FullSink full;
     EXPECT_THROW(WritePng(SourceOf(DisplayList()), options, full), ToolError);
-}
-
-TEST(PdfPages, AreSheetsOfTheirOwnSizeWithTexts) {
-    DisplayList wide;
-    wide.AppendLine({0, 0}, {4064, 1016});
-    wide.AppendText({{0, 0}, {400, 101}}, "find me");
-    wide.AppendText({{0, 200}, {900, 303}}, "too");   // shares the font
-    wide.AppendText({{0, 400}, {400, 500}}, "\xc3");  // no UTF-8
-    DisplayList high;
-    high.AppendLine({0, 0}, {1016, 4064});
-    MemorySink sink;
-    PageOptions options;
-    options.marginMillimetres = 0.0;
-    WritePdf({SourceOf(wide), SourceOf(high)}, options, sink);
-    EXPECT_EQ(sink.text.rfind("%PDF-", 0), 0U);
-    EXPECT_NE(sink.text.find("/MediaBox [ 0 0 288 72 ]"), std::string::npos);
-    EXPECT_NE(sink.text.find("/MediaBox [ 0 0 72 288 ]"), std::string::npos);
-    const std::size_t font = sink.text.find("/Subtype /Type3");
-    EXPECT_NE(font, std::string::npos);
-    EXPECT_EQ(sink.text.find("/Subtype /Type3", font + 1), std::string::npos);
-    FullSink full;
-    EXPECT_THROW(WritePdf({SourceOf(wide)}, options, full), ToolError);
 }
 
 }  // namespace

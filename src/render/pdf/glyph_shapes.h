@@ -1,0 +1,62 @@
+// GlyphShapes: the letters of labels as forms that are written once and used by reference.
+//
+// A display list holds letters as strokes. Strokes that came with the same coordinates several
+// times become a form XObject; used by reference it looks exactly as the strokes themselves. Type 3
+// fonts would be shorter, but their letters would be copied along with the searchable text. Test:
+// tests/render/pdf/pdf_writer_test.cpp.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "host/display_list_player.h"
+#include "render/pdf/pdf_file.h"
+
+namespace qm::pdf {
+
+class GlyphShapes {
+  public:
+    explicit GlyphShapes(PdfFile& file) : file_(file) {}
+
+    // A letter: `count` polylines, open unless they end where they begin.
+    struct Strokes {
+        const PointSpan* chains = nullptr;
+        std::size_t count = 0;
+    };
+    struct Form {
+        ObjectNumber object = 0;        // 0: draw the strokes themselves
+        std::uint32_t number = 0;       // of the form's name, from 1
+        std::uint32_t* page = nullptr;  // for the caller: the last page that used the form, 0 none
+    };
+
+    // The form that draws `strokes` when their first point is moved to the origin, written when a
+    // shape comes often enough. The number of shapes is bounded, so are their points.
+    Form Use(Strokes strokes);
+
+    // More points are not taken.
+    static constexpr std::size_t kMaxPoints = 100;
+
+  private:
+    struct Shape {
+        std::uint32_t hash = 0;
+        std::uint32_t first = 0;  // in words_
+        std::uint32_t count = 0;
+        std::uint32_t uses = 0;
+        std::uint32_t page = 0;
+        ObjectNumber form = 0;
+    };
+
+    // Fills key_: for each chain its points' number, then their distances from the first point of
+    // all. False: too large.
+    bool MakeKey(Strokes strokes);
+    Shape* FindOrAdd();
+    void WriteForm(Shape& shape);
+
+    PdfFile& file_;
+    std::vector<std::uint32_t> key_;
+    std::vector<std::uint32_t> words_;
+    std::vector<Shape> shapes_;
+    std::vector<std::uint32_t> slots_;  // shape + 1, by hash; 0 empty
+};
+
+}  // namespace qm::pdf

@@ -1,0 +1,94 @@
+// TextLayer: the searchable texts of a document: invisible, over the strokes they stand for, in
+// reading order (lines from top to bottom, each from left to right).
+//
+// Texts are shown with Type 3 fonts of our own whose letters mark a box and no ink, so that no font
+// is embedded and every Unicode character has a letter (ISO 32000-1, 9.6.5 and 9.10.3). Test:
+// tests/render/pdf/text_layer_test.cpp.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "render/fill_pattern.h"
+#include "render/pdf/content_stream.h"
+#include "render/pdf/page_resources.h"
+
+namespace qm::pdf {
+
+// Letters by the font and the code that show them.
+class TextFonts {
+  public:
+    struct Letter {
+        std::size_t font = 0;
+        unsigned char code = 0;
+    };
+    Letter LetterOf(char32_t character);
+    // The font's object, to be written by Write.
+    ObjectNumber Object(PdfFile& file, std::size_t font);
+    void Write(PdfFile& file) const;
+
+    static constexpr double kAdvance = 0.6;  // of the font size
+    static constexpr double kHeight = 0.72;
+
+  private:
+    struct Font {
+        ObjectNumber object = 0;
+        std::map<unsigned char, char32_t> characters;
+    };
+    Letter OtherLetter(char32_t character);
+
+    // ASCII has its own codes in the first font; all else is numbered as it comes.
+    std::vector<Font> fonts_{1};
+    std::array<bool, 128> ascii_{};
+    unsigned nextCode_ = 128;  // of the last font
+    std::map<char32_t, Letter> letters_;
+};
+
+class TextLayer {
+  public:
+    TextLayer(TextFonts& fonts, const PageFrame& frame, PointI origin)
+        : fonts_(fonts), frame_(frame), origin_(origin) {}
+
+    // Remembers a text, whose bytes must stay where they are. `backward`: its letters run to the
+    // left or downward.
+    void Add(const BoxI& box, std::string_view text, bool backward, std::int32_t layer);
+    // Memory is bounded: a full layer is to be written before more is added.
+    bool Full() const;
+    // Writes and forgets the texts. `enterLayer`: called before each text.
+    template <typename EnterLayer>
+    void Write(PdfFile& file, ContentStream& out, PageResources& resources,
+               const EnterLayer& enterLayer) {
+        Sort();
+        for (const Item& item : items_) {
+            enterLayer(item.layer);
+            WriteText(item, file, out, resources);
+        }
+        items_.clear();
+    }
+
+  private:
+    struct Item {
+        BoxI box;
+        std::string_view text;
+        std::int32_t layer = 0;
+        bool backward = false;
+        // On the sheet, y down.
+        float left = 0.0F;
+        float top = 0.0F;
+        float bottom = 0.0F;
+    };
+
+    void Sort();
+    void WriteText(const Item& item, PdfFile& file, ContentStream& out, PageResources& resources);
+
+    TextFonts& fonts_;
+    const PageFrame& frame_;
+    PointI origin_;
+    std::vector<Item> items_;
+};
+
+}  // namespace qm::pdf
