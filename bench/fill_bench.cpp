@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string>
 
-#include "bench/null_builder.h"
+#include "bench/counting_builder.h"
 #include "common/numbers.h"
 #include "interpreter/attributes/polygon_clip.h"
 
@@ -40,7 +40,7 @@ std::string FillPlot(const std::string& attributes, int vertices, int fills) {
 void Interpret(benchmark::State& state, const std::string& plot) {
     std::uint64_t primitives = 0;
     for (auto _ : state) {
-        NullBuilder builder(plot);
+        CountingBuilder builder(plot);
         builder.Interpret();
         primitives += builder.primitives;
     }

@@ -2,7 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/cad_plot.h"
-#include "bench/null_builder.h"
+#include "bench/counting_builder.h"
 
 namespace qm {
 namespace {
@@ -11,7 +11,7 @@ constexpr std::size_t kPlotBytes = 32 << 20;
 
 void Interpret(benchmark::State& state, const std::string& plot) {
     for (auto _ : state) {
-        NullBuilder builder(plot);
+        CountingBuilder builder(plot);
         benchmark::DoNotOptimize(builder.Interpret());
         benchmark::DoNotOptimize(builder.primitives);
     }
@@ -59,7 +59,7 @@ void Detect(benchmark::State& state) {
         return lines;
     }();
     for (auto _ : state) {
-        NullBuilder builder(text);
+        CountingBuilder builder(text);
         benchmark::DoNotOptimize(builder.Detect());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));

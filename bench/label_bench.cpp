@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "bench/null_builder.h"
+#include "bench/counting_builder.h"
 
 namespace qm {
 namespace {
@@ -22,7 +22,7 @@ std::string MakeLabels(const std::string& attributes) {
 void Draw(benchmark::State& state, const std::string& plot) {
     std::uint64_t strokes = 0;
     for (auto _ : state) {
-        NullBuilder builder(plot);
+        CountingBuilder builder(plot);
         benchmark::DoNotOptimize(builder.Interpret());
         strokes += builder.primitives;
     }

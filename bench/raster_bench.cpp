@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/null_builder.h"
+#include "bench/counting_builder.h"
 #include "raster/rows/rtl_raster.h"
 
 namespace {
@@ -133,8 +133,8 @@ void Interpret(benchmark::State& state, const std::string& setup, const Bytes& d
     const std::string head = "\033*b" + std::to_string(data.size()) + "W";
     for (int i = 0; i < rows; ++i) plot.append(head).append(data.begin(), data.end());
     for (auto _ : state) {
-        qm::NullBuilder builder(plot);
-        builder.documentMode = true;
+        qm::CountingBuilder builder(plot);
+        builder.EnterDocumentMode();
         builder.Interpret();
         if (builder.primitives != 1) state.SkipWithError("no picture");
     }

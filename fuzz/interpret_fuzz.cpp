@@ -6,14 +6,14 @@
 #include <cstdint>
 #include <string_view>
 
-#include "bench/null_builder.h"
+#include "interpreter/null_builder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view plot(reinterpret_cast<const char*>(data), size);
     qm::NullBuilder detection(plot);
     detection.Detect();
     qm::NullBuilder reader(plot);
-    reader.documentMode = true;
+    reader.EnterDocumentMode();
     reader.Interpret();
     return 0;
 }

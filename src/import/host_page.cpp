@@ -30,7 +30,7 @@ void PutLayers(IQmDocument& container, const PageFacts& facts) {
         const Layer& layer = facts.layers[static_cast<std::size_t>(number)];
         if (!layer.defined) continue;
         const Bstr name(L"Layer no.: " + std::to_wstring(number));
-        layers->AddLayer(number, name.Get(), layer.color, 1);
+        layers->AddLayer(number, name.Get(), layer.colour, 1);
     }
     Put(container, L"Layers", Variant::Object(layers.Get()), kStructureFlags);
 }

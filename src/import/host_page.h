@@ -24,7 +24,7 @@ inline constexpr LONG kStructureFlags = 2;
 inline constexpr LONG kPlainFlags = 0;
 
 struct Layer {
-    std::uint32_t color = 0;  // 0x00BBGGRR, current when the layer was first used on the page
+    std::uint32_t colour = 0;  // 0x00BBGGRR, current when the layer was first used on the page
     bool defined = false;
 };
 using LayerTable = std::array<Layer, kLayers>;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/colour.h"
 #include "common/numbers.h"
 #include "common/packed_bitmap.h"
 #include "import/qm_filter_hpgl.h"
@@ -14,15 +15,6 @@
 namespace qm {
 
 namespace {
-
-struct Components {
-    LONG red, green, blue;
-};
-
-Components Split(std::uint32_t color) {
-    return {static_cast<LONG>(color & 0xFF), static_cast<LONG>(color >> 8 & 0xFF),
-            static_cast<LONG>(color >> 16 & 0xFF)};
-}
 
 // Degrees as the host takes them, by the cut constant as everywhere.
 float Degrees(double radians) { return static_cast<float>(radians / kRadiansPerDegree); }
@@ -48,7 +40,7 @@ void HPGLReader::BeginDocument(ComPtr<IQmDocument> root, HostPage first, CQmFilt
     page_ = std::move(first);
     filter_ = filter;
     penUsed_ = {};
-    documentMode = true;
+    EnterDocumentMode();
 }
 
 // --- Source --------------------------------------------------------------------------------------
@@ -85,8 +77,8 @@ std::uint32_t HPGLReader::SeekData(std::int32_t offset, std::int32_t origin) {
 // --- Page ----------------------------------------------------------------------------------------
 
 PageFacts HPGLReader::Facts() const {
-    return {pageCounter_,   layers_,     highestLayer_,       penUsed_,
-            rasterPresent_, searchable_, coordinates.rotation};
+    return {pageCounter_,   layers_,     highestLayer_, penUsed_,
+            rasterPresent_, searchable_, Rotation()};
 }
 
 // Ends the block's data and, unless the page is empty, makes it a node; `finished` tells which.
@@ -215,7 +207,7 @@ void HPGLReader::SetPen(std::int32_t pen) {
     const auto index = static_cast<std::size_t>(pen);
     if (index >= kLayers) return;
     if (Layer& layer = layers_[index]; !layer.defined) {
-        layer = {color_, true};
+        layer = {colour_, true};
         highestLayer_ = std::max(highestLayer_, pen);
     }
     if (page_.block) {
@@ -229,10 +221,10 @@ void HPGLReader::SetLineWidth(std::int32_t width) {
     if (page_.block) page_.block->AppendLineWidth(width);
 }
 
-void HPGLReader::SetColor(std::uint32_t color) {
-    color_ = color;
+void HPGLReader::SetColor(std::uint32_t colour) {
+    colour_ = colour;
     if (!page_.block) return;
-    const auto [red, green, blue] = Split(color);
+    const auto [red, green, blue] = Colour::FromBgr(colour);
     page_.block->AppendDrawColor1(red, green, blue);
     page_.block->AppendFillColor1(red, green, blue);
 }

@@ -69,7 +69,7 @@ class HPGLReader final : public HPGLRead {
     void SetLineStyle(std::int32_t style) override;
     void SetPen(std::int32_t pen) override;
     void SetLineWidth(std::int32_t width) override;
-    void SetColor(std::uint32_t color) override;
+    void SetColor(std::uint32_t colour) override;
     int ReportProgress(std::int32_t percent) override;
     void Raster(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, void* bitmap,
                 std::int32_t flag, std::int32_t rop) override;
@@ -109,7 +109,7 @@ class HPGLReader final : public HPGLRead {
     std::int32_t pageCounter_ = 0;   // page ends so far
     bool rasterPresent_ = false;     // the page holds a picture
     bool searchable_ = false;        // a label's text was sent, on any page so far
-    std::uint32_t color_ = 0;        // last SetColor, 0x00BBGGRR
+    std::uint32_t colour_ = 0;       // last SetColor, 0x00BBGGRR
     std::int32_t frameOffset_ = 0;   // added to every y, plotter units
     bool trackExtent_ = false;       // a label is being drawn
     LabelExtent extent_;

@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "common/numbers.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/pen_motion.h"
 
 namespace qm {
 
@@ -68,36 +70,36 @@ bool StrictlyInside(const ClipWindow& window, const ArcPoints& points) {
 
 // Hands the arc to the receiver whole where it stays circular and inside the window. False: draw
 // segments.
-bool DrawNativeArc(HPGLRead& reader, PointD centre, double radius, const ArcSteps& arc) {
-    const CoordinateState& c = reader.coordinates;
+bool DrawNativeArc(Drawing& drawing, PointD centre, double radius, const ArcSteps& arc) {
+    const CoordinateState& c = drawing.coordinates;
     if (!c.Uniform()) return false;
     if (c.windowOn) {
         ArcPoints points{c.ToPlotter(PointOnCircle(centre, radius, arc.start))};
         AppendArcPoints(c, centre, radius, arc, points);
         if (!StrictlyInside(c.window, points)) return false;
     }
-    const PointI middle = c.ToPlotter(centre);
     const std::int32_t units = TruncateToInt32(radius * c.RadiusFactor());
-    return reader.Arc(middle.x, middle.y, units, arc.start, arc.sweep) != 0;
+    return drawing.out.Arc(c.ToPlotter(centre), units, arc.start, arc.sweep);
 }
 
-void DrawSegmentedArc(HPGLRead& reader, PointD centre, double radius, const ArcSteps& arc) {
-    ArcPoints points{reader.coordinates.ToPlotter(reader.motion.penPos)};
-    AppendArcPoints(reader.coordinates, centre, radius, arc, points);
-    EmitPolyline(reader, static_cast<std::int32_t>(points.size()), points.data());
+void DrawSegmentedArc(Drawing& drawing, PointD centre, double radius, const ArcSteps& arc) {
+    ArcPoints points{drawing.coordinates.ToPlotter(drawing.motion.penPos)};
+    AppendArcPoints(drawing.coordinates, centre, radius, arc, points);
+    drawing.EmitPolyline(points.size(), points.data());
 }
 
-void RecordArc(HPGLRead& reader, PointD centre, double radius, const ArcSteps& arc) {
+void RecordArc(Drawing& drawing, PointD centre, double radius, const ArcSteps& arc) {
     double angle = arc.start;
     for (std::int32_t i = 0; i < arc.count; ++i) {
         angle += arc.step;
-        DrawTo(reader, PointOnCircle(centre, radius, angle));
+        drawing.DrawTo(PointOnCircle(centre, radius, angle));
     }
 }
 
-}  // namespace
-
-void TessellateArc(HPGLRead& reader, PointD centre, double radius, double start, double sweep,
+// Draws an arc (current units, radians). With `connect` segments lead from the pen to its start and
+// from its end to the end's normalised twin, which is how AA and AR leave the pen. Outside polygon
+// mode the pen ends at the exact end.
+void TessellateArc(Drawing& drawing, PointD centre, double radius, double start, double sweep,
                    bool connect) {
     start = std::fmod(start, kTwoPi);
     // Quirk: the end for `connect` comes from the whole sweep although the arc is limited to one
@@ -105,36 +107,32 @@ void TessellateArc(HPGLRead& reader, PointD centre, double radius, double start,
     const double end = std::fmod(start + sweep, kTwoPi);
     const ArcSteps arc = CutArc(start, sweep);
     if (arc.count < 0) return;
-    if (connect) DrawTo(reader, PointOnCircle(centre, radius, arc.start));
-    if (reader.polygon.mode) {
-        RecordArc(reader, centre, radius, arc);
+    if (connect) drawing.DrawTo(PointOnCircle(centre, radius, arc.start));
+    if (drawing.polygon.mode) {
+        RecordArc(drawing, centre, radius, arc);
     } else {
-        if (!DrawNativeArc(reader, centre, radius, arc)) {
-            DrawSegmentedArc(reader, centre, radius, arc);
+        if (!DrawNativeArc(drawing, centre, radius, arc)) {
+            DrawSegmentedArc(drawing, centre, radius, arc);
         }
-        reader.motion.penPos = PointOnCircle(centre, radius, arc.start + arc.sweep);
+        drawing.motion.penPos = PointOnCircle(centre, radius, arc.start + arc.sweep);
     }
-    if (connect) DrawTo(reader, PointOnCircle(centre, radius, end));
-    reader.page.pageEmpty = false;
+    if (connect) drawing.DrawTo(PointOnCircle(centre, radius, end));
+    drawing.out.MarkDrawn();
 }
 
-namespace {
-
 // An arc from the pen about `centre`. Quirk: drawn whatever the pen state is.
-void ArcAbout(HPGLRead& reader, PointD centre, double sweepDegrees) {
-    const PointD arm = reader.motion.penPos - centre;
+void ArcAbout(Drawing& drawing, PointD centre, double sweepDegrees) {
+    const PointD arm = drawing.motion.penPos - centre;
     if (arm.x == 0.0 && arm.y == 0.0) return;
-    reader.arcs.arcCentre = centre;
-    TessellateArc(reader, centre, Length(arm.x, arm.y), std::atan2(arm.y, arm.x),
+    TessellateArc(drawing, centre, Length(arm.x, arm.y), std::atan2(arm.y, arm.x),
                   sweepDegrees * kRadiansPerDegree, true);
 }
 
 // An arc from the pen through p1 to p2.
-void ArcThrough(HPGLRead& reader, PointD p1, PointD p2) {
-    const PointD p0 = reader.motion.penPos;
+void ArcThrough(Drawing& drawing, PointD p1, PointD p2) {
+    const PointD p0 = drawing.motion.penPos;
     const CircleThrough circle = ThreePointCentre(p0, p1, p2);
     const PointD centre = circle.centre;
-    reader.arcs.threePointCentre = centre;
     double a0 = std::atan2(p0.y - centre.y, p0.x - centre.x);
     double a2 = std::atan2(p2.y - centre.y, p2.x - centre.x);
     if (circle.det < 0.0) {
@@ -142,33 +140,33 @@ void ArcThrough(HPGLRead& reader, PointD p1, PointD p2) {
     } else {
         while (a0 > a2) a2 += kTwoPi;
     }
-    TessellateArc(reader, centre, Length(p1.x - centre.x, p1.y - centre.y), a0, a2 - a0, false);
-    DrawTo(reader, p2);
+    TessellateArc(drawing, centre, Length(p1.x - centre.x, p1.y - centre.y), a0, a2 - a0, false);
+    drawing.DrawTo(p2);
 }
 
 // A circle as a sub-polygon of its own; the pen ends at the centre.
-void RecordCircle(HPGLRead& reader, PointD centre, double radius) {
-    NextSubPolygon(reader);
-    MoveTo(reader, {centre.x + radius, centre.y});
+void RecordCircle(Drawing& drawing, PointD centre, double radius) {
+    drawing.NextSubPolygon();
+    drawing.MoveTo({centre.x + radius, centre.y});
     double angle = 0.0;
     for (std::int32_t i = 0; i < kFullCircleSteps; ++i) {
-        DrawTo(reader, PointOnCircle(centre, radius, angle));  // the first repeats the start point
+        drawing.DrawTo(PointOnCircle(centre, radius, angle));  // the first repeats the start point
         angle += kArcStep;
     }
-    DrawTo(reader, PointOnCircle(centre, radius, 0.0));
-    reader.motion.penPos = centre;
-    NextSubPolygon(reader);
+    drawing.DrawTo(PointOnCircle(centre, radius, 0.0));
+    drawing.motion.penPos = centre;
+    drawing.NextSubPolygon();
 }
 
-void DrawSegmentedCircle(HPGLRead& reader, PointD centre, double radius) {
+void DrawSegmentedCircle(Drawing& drawing, PointD centre, double radius) {
     ArcPoints points;
     double angle = 0.0;
     for (std::int32_t i = 0; i < kFullCircleSteps; ++i) {
-        points.push_back(reader.coordinates.ToPlotter(PointOnCircle(centre, radius, angle)));
+        points.push_back(drawing.coordinates.ToPlotter(PointOnCircle(centre, radius, angle)));
         angle += kArcStep;
     }
-    points.push_back(reader.coordinates.ToPlotter(PointOnCircle(centre, radius, 0.0)));
-    EmitPolyline(reader, static_cast<std::int32_t>(points.size()), points.data());
+    points.push_back(drawing.coordinates.ToPlotter(PointOnCircle(centre, radius, 0.0)));
+    drawing.EmitPolyline(points.size(), points.data());
 }
 
 }  // namespace
@@ -176,48 +174,44 @@ void DrawSegmentedCircle(HPGLRead& reader, PointD centre, double radius) {
 namespace handlers {
 
 // AA x, y, sweep [, chord]; the chord tolerance is not read.
-void ArcAbsolute(HPGLRead& reader) {
-    if (reader.GetParams(3) < 3 || reader.params[2] == 0.0) return;
-    ArcAbout(reader, {reader.params[0], reader.params[1]}, reader.params[2]);
+void ArcAbsolute(Parameters& in, Drawing& drawing) {
+    if (in.GetParams(3) < 3 || in.slots[2] == 0.0) return;
+    ArcAbout(drawing, in.PointAt(0), in.slots[2]);
 }
 
 // AR dx, dy, sweep [, chord]. Quirk: unlike AA a sweep of 0 is drawn.
-void ArcRelative(HPGLRead& reader) {
-    if (reader.GetParams(3) < 3) return;
-    const PointD offset{reader.params[0], reader.params[1]};
-    ArcAbout(reader, reader.motion.penPos + offset, reader.params[2]);
+void ArcRelative(Parameters& in, Drawing& drawing) {
+    if (in.GetParams(3) < 3) return;
+    ArcAbout(drawing, drawing.motion.penPos + in.PointAt(0), in.slots[2]);
 }
 
 // AT x1, y1, x2, y2 [, chord]: through (x1, y1) to (x2, y2).
-void ArcAbsoluteThreePoint(HPGLRead& reader) {
-    if (reader.GetParams(4) < 4) return;
-    const auto& v = reader.params;
-    ArcThrough(reader, {v[0], v[1]}, {v[2], v[3]});
+void ArcAbsoluteThreePoint(Parameters& in, Drawing& drawing) {
+    if (in.GetParams(4) < 4) return;
+    ArcThrough(drawing, in.PointAt(0), in.PointAt(2));
 }
 
 // RT dx1, dy1, dx2, dy2 [, chord]
-void ArcRelativeThreePoint(HPGLRead& reader) {
-    if (reader.GetParams(4) < 4) return;
-    const auto& v = reader.params;
-    const PointD pen = reader.motion.penPos;
-    ArcThrough(reader, pen + PointD{v[0], v[1]}, pen + PointD{v[2], v[3]});
+void ArcRelativeThreePoint(Parameters& in, Drawing& drawing) {
+    if (in.GetParams(4) < 4) return;
+    const PointD pen = drawing.motion.penPos;
+    ArcThrough(drawing, pen + in.PointAt(0), pen + in.PointAt(2));
 }
 
 // CI radius [, chord]; the pen does not move. A window does not clip a native circle.
-void Circle(HPGLRead& reader) {
-    if (reader.GetParams(1) < 1) return;
-    const double radius = reader.params[0];
-    const PointD pen = reader.motion.penPos;
-    const CoordinateState& c = reader.coordinates;
-    if (reader.polygon.mode) {
-        RecordCircle(reader, pen, radius);
+void Circle(Parameters& in, Drawing& drawing) {
+    if (in.GetParams(1) < 1) return;
+    const double radius = in.slots[0];
+    const PointD pen = drawing.motion.penPos;
+    const CoordinateState& c = drawing.coordinates;
+    if (drawing.polygon.mode) {
+        RecordCircle(drawing, pen, radius);
     } else if (!c.Uniform()) {
-        DrawSegmentedCircle(reader, pen, radius);
+        DrawSegmentedCircle(drawing, pen, radius);
     } else {
-        const PointI centre = c.ToPlotter(pen);
-        reader.Circle(centre.x, centre.y, TruncateToInt32(radius * c.RadiusFactor()));
+        drawing.out.Circle(c.ToPlotter(pen), TruncateToInt32(radius * c.RadiusFactor()));
     }
-    reader.page.pageEmpty = false;
+    drawing.out.MarkDrawn();
 }
 
 }  // namespace handlers

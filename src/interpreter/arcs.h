@@ -2,22 +2,14 @@
 // segments of four degrees otherwise.
 //
 // Commands AA AR AT RT CI stand in arcs.cpp; WG shares ArcSteps. Tests:
-// tests/interpreter/arcs_test.cpp.
+// tests/interpreter/vectors_test.cpp.
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
 #include "common/geometry.h"
 
 namespace qm {
-
-class HPGLRead;
-
-struct ArcState {
-    PointD arcCentre;         // of the last AA or AR, current units
-    PointD threePointCentre;  // of the last AT or RT; (1e8, 1e8) for collinear points
-};
 
 // An arc's angles in radians, limited to one turn and cut into steps of four degrees.
 struct ArcSteps {
@@ -32,12 +24,6 @@ ArcSteps CutArc(double start, double sweep);
 
 // The point at `angle` (radians) on a circle.
 PointD PointOnCircle(PointD centre, double radius, double angle);
-
-// Draws an arc (current units, radians). With `connect` segments lead from the pen to its start and
-// from its end to the end's normalised twin, which is how AA and AR leave the pen. Outside polygon
-// mode the pen ends at the exact end.
-void TessellateArc(HPGLRead& reader, PointD centre, double radius, double start, double sweep,
-                   bool connect);
 
 // The centre of the circle through three points; (1e8, 1e8) when they are collinear. `det` tells
 // the turning sense (negative: clockwise).

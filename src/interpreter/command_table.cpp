@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "interpreter/handlers.h"
+
 namespace qm {
 
 namespace {
@@ -13,103 +15,103 @@ namespace h = handlers;
 // clang-format off
 constexpr Command kCommands[] = {
     // Coordinates
-    {"IP", h::InputP1P2,               "IP [p1x,p1y,p2x,p2y];"},
-    {"IR", h::InputP1P2Relative,       "IR x%,y%;"},
-    {"IW", h::InputWindow,             "IW [x0,y0,x1,y1];"},
-    {"RO", h::RotateCoordinateSystem,  "RO [angle];"},
-    {"SC", h::Scale,                   "SC [xmin,xmax,ymin,ymax[,type]];"},
+    {"IP", Handle<h::InputP1P2>,                  "IP [p1x,p1y,p2x,p2y];"},
+    {"IR", Handle<h::InputP1P2Relative>,          "IR x%,y%;"},
+    {"IW", Handle<h::InputWindow>,                "IW [x0,y0,x1,y1];"},
+    {"RO", Handle<h::RotateCoordinateSystem>,     "RO [angle];"},
+    {"SC", Handle<h::Scale>,                      "SC [xmin,xmax,ymin,ymax[,type]];"},
     // Pages
-    {"BP", h::BeginPlot,               "BP [kind,value...];"},
-    {"DF", h::DefaultValues,           "DF;"},
-    {"FR", h::FrameAdvance,            "FR distance;"},
-    {"NR", h::NotReady,                "NR [timeout];"},
-    {"PG", h::AdvanceFullPage,         "PG [n];"},
-    {"PS", h::PlotSize,                "PS length,width;"},
+    {"BP", Handle<h::BeginPlot>,                  "BP [kind,value...];"},
+    {"DF", Handle<h::DefaultValues>,              "DF;"},
+    {"FR", Handle<h::FrameAdvance>,               "FR distance;"},
+    {"NR", Handle<h::NotReady>,                   "NR [timeout];"},
+    {"PG", Handle<h::AdvanceFullPage>,            "PG [n];"},
+    {"PS", Handle<h::PlotSize>,                   "PS length,width;"},
     // Vectors
-    {"PA", h::PlotAbsolute,            "PA [x,y...];"},
-    {"PD", h::PenDown,                 "PD [x,y...];"},
-    {"PE", h::PolylineEncoded,         "PE [flag[value]|x,y]...;"},
-    {"PR", h::PlotRelative,            "PR [dx,dy...];"},
-    {"PU", h::PenUp,                   "PU [x,y...];"},
+    {"PA", Handle<h::PlotAbsolute>,               "PA [x,y...];"},
+    {"PD", Handle<h::PenDown>,                    "PD [x,y...];"},
+    {"PE", Handle<h::PolylineEncoded>,            "PE [flag[value]|x,y]...;"},
+    {"PR", Handle<h::PlotRelative>,               "PR [dx,dy...];"},
+    {"PU", Handle<h::PenUp>,                      "PU [x,y...];"},
     // Arcs and curves
-    {"AA", h::ArcAbsolute,             "AA x,y,sweep[,chord];"},
-    {"AR", h::ArcRelative,             "AR dx,dy,sweep[,chord];"},
-    {"AT", h::ArcAbsoluteThreePoint,   "AT x1,y1,x2,y2[,chord];"},
-    {"BR", h::BezierRelative,          "BR dx1,dy1,dx2,dy2,dx3,dy3...;"},
-    {"BZ", h::BezierAbsolute,          "BZ x1,y1,x2,y2,x3,y3...;"},
-    {"CI", h::Circle,                  "CI radius[,chord];"},
-    {"RT", h::ArcRelativeThreePoint,   "RT dx1,dy1,dx2,dy2[,chord];"},
+    {"AA", Handle<h::ArcAbsolute>,                "AA x,y,sweep[,chord];"},
+    {"AR", Handle<h::ArcRelative>,                "AR dx,dy,sweep[,chord];"},
+    {"AT", Handle<h::ArcAbsoluteThreePoint>,      "AT x1,y1,x2,y2[,chord];"},
+    {"BR", Handle<h::BezierRelative>,             "BR dx1,dy1,dx2,dy2,dx3,dy3...;"},
+    {"BZ", Handle<h::BezierAbsolute>,             "BZ x1,y1,x2,y2,x3,y3...;"},
+    {"CI", Handle<h::Circle>,                     "CI radius[,chord];"},
+    {"RT", Handle<h::ArcRelativeThreePoint>,      "RT dx1,dy1,dx2,dy2[,chord];"},
     // Pens
-    {"CR", h::ColorRange,              "CR br,wr,bg,wg,bb,wb;"},
-    {"NP", h::NumberOfPens,            "NP [n];"},
-    {"PC", h::PenColor,                "PC [pen[,red,green,blue]];"},
-    {"PW", h::PenWidth,                "PW [width[,pen]];"},
-    {"SP", h::SelectPen,               "SP [pen];"},
-    {"TR", h::TransparencyMode,        "TR [n];"},
-    {"WU", h::PenWidthUnit,            "WU [mode];"},
+    {"CR", Handle<h::ColorRange>,                 "CR br,wr,bg,wg,bb,wb;"},
+    {"NP", Handle<h::SkipOne>,                    "NP [n];"},
+    {"PC", Handle<h::PenColour>,                  "PC [pen[,red,green,blue]];"},
+    {"PW", Handle<h::PenWidth>,                   "PW [width[,pen]];"},
+    {"SP", Handle<h::SelectPen>,                  "SP [pen];"},
+    {"TR", Handle<h::TransparencyMode>,           "TR [n];"},
+    {"WU", Handle<h::PenWidthUnit>,               "WU [mode];"},
     // Lines
-    {"LA", h::LineAttributes,          "LA [kind,value...];"},
-    {"LT", h::LineType,                "LT [type[,length[,mode]]];"},
-    {"MC", h::MergeControl,            "MC [mode[,opcode]];"},
-    {"PP", h::PixelPlacement,          "PP [n];"},
-    {"PT", h::PenThickness,            "PT [width];"},
-    {"UL", h::UserDefinedLineType,     "UL [index[,gap...]];"},
+    {"LA", Handle<h::LineAttributes>,             "LA [kind,value...];"},
+    {"LT", Handle<h::LineType>,                   "LT [type[,length[,mode]]];"},
+    {"MC", Handle<h::MergeControl>,               "MC [mode[,opcode]];"},
+    {"PP", Handle<h::SkipOne>,                    "PP [n];"},
+    {"PT", Handle<h::PenThickness>,               "PT [width];"},
+    {"UL", Handle<h::UserDefinedLineType>,        "UL [index[,gap...]];"},
     // Polygons and fills
-    {"AC", h::AnchorCorner,            "AC [x,y];"},
-    {"EA", h::EdgeRectangleAbsolute,   "EA x,y;"},
-    {"EP", h::EdgePolygon,             "EP;"},
-    {"ER", h::EdgeRectangleRelative,   "ER dx,dy;"},
-    {"FP", h::FillPolygon,             "FP [rule];"},
-    {"FT", h::FillType,                "FT [type[,spacing[,angle]]];"},
-    {"PM", h::PolygonMode,             "PM [n];"},
-    {"RA", h::FillRectangleAbsolute,   "RA x,y;"},
-    {"RF", h::RasterFillDefinition,    "RF index,width,height,pixel...;"},
-    {"RR", h::FillRectangleRelative,   "RR dx,dy;"},
-    {"WG", h::FillWedge,               "WG radius,start,sweep[,chord];"},
+    {"AC", Handle<h::AnchorCorner>,               "AC [x,y];"},
+    {"EA", Handle<h::EdgeRectangleAbsolute>,      "EA x,y;"},
+    {"EP", Handle<h::EdgePolygon>,                "EP;"},
+    {"ER", Handle<h::EdgeRectangleRelative>,      "ER dx,dy;"},
+    {"FP", Handle<h::FillPolygon>,                "FP [rule];"},
+    {"FT", Handle<h::FillType>,                   "FT [type[,spacing[,angle]]];"},
+    {"PM", Handle<h::PolygonMode>,                "PM [n];"},
+    {"RA", Handle<h::FillRectangleAbsolute>,      "RA x,y;"},
+    {"RF", Handle<h::RasterFillDefinition>,       "RF index,width,height,pixel...;"},
+    {"RR", Handle<h::FillRectangleRelative>,      "RR dx,dy;"},
+    {"WG", Handle<h::FillWedge>,                  "WG radius,start,sweep[,chord];"},
     // Labels
-    {"AD", h::AlternateFontDefinition, "AD kind,value;"},
-    {"CP", h::CharacterPlot,           "CP [spaces,lines];"},
-    {"DI", h::AbsoluteDirection,       "DI run,rise;"},
-    {"DR", h::RelativeDirection,       "DR [run,rise];"},
-    {"DT", h::DefineLabelTerminator,   "DTc[,mode];"},
-    {"DV", h::DirectionVertical,       "DV [path];"},
-    {"ES", h::ExtraSpace,              "ES [character[,line]];"},
-    {"LB", h::Label,                   "LBtext<terminator>"},
-    {"LM", h::LabelMode,               "LM [n];"},
-    {"LO", h::LabelOrigin,             "LO [n];"},
-    {"SA", h::SelectAlternateFont,     "SA;"},
-    {"SD", h::StandardFontDefinition,  "SD kind,value...;"},
-    {"SI", h::AbsoluteCharacterSize,   "SI [width[,height]];"},
-    {"SL", h::CharacterSlant,          "SL [tangent];"},
-    {"SM", h::SymbolMode,              "SMc"},
-    {"SR", h::RelativeCharacterSize,   "SR [width[,height]];"},
-    {"SS", h::SelectStandardFont,      "SS;"},
-    {"TD", h::TransparentData,         "TD [n];"},
+    {"AD", Handle<h::AlternateFontDefinition>,    "AD kind,value;"},
+    {"CP", Handle<h::CharacterPlot>,              "CP [spaces,lines];"},
+    {"DI", Handle<h::AbsoluteDirection>,          "DI run,rise;"},
+    {"DR", Handle<h::RelativeDirection>,          "DR [run,rise];"},
+    {"DT", Handle<h::DefineLabelTerminator>,      "DTc[,mode];"},
+    {"DV", Handle<h::DirectionVertical>,          "DV [path];"},
+    {"ES", Handle<h::ExtraSpace>,                 "ES [character[,line]];"},
+    {"LB", Handle<h::Label>,                      "LBtext<terminator>"},
+    {"LM", Handle<h::SkipOne>,                    "LM [n];"},
+    {"LO", Handle<h::LabelOrigin>,                "LO [n];"},
+    {"SA", Handle<h::SelectAlternateFont>,        "SA;"},
+    {"SD", Handle<h::StandardFontDefinition>,     "SD kind,value...;"},
+    {"SI", Handle<h::AbsoluteCharacterSize>,      "SI [width[,height]];"},
+    {"SL", Handle<h::CharacterSlant>,             "SL [tangent];"},
+    {"SM", Handle<h::SymbolMode>,                 "SMc"},
+    {"SR", Handle<h::RelativeCharacterSize>,      "SR [width[,height]];"},
+    {"SS", Handle<h::SelectStandardFont>,         "SS;"},
+    {"TD", Handle<h::TransparentData>,            "TD [n];"},
     // Read over: they act on a real plotter, not on a drawing
-    {"CF", h::Ignore,                  "CF [mode[,pen]];"},
-    {"CO", h::Comment,                 "CO\"text\""},
-    {"CT", h::Ignore,                  "CT [n];"},
-    {"DC", h::Ignore,                  "DC;"},
-    {"DL", h::Ignore,                  "DL ...;"},
-    {"DP", h::Ignore,                  "DP;"},
-    {"EC", h::Ignore,                  "EC [n];"},
-    {"FI", h::Ignore,                  "FI font;"},
-    {"FN", h::Ignore,                  "FN font;"},
-    {"IN", h::Ignore,                  "IN [n];"},
-    {"MG", h::Ignore,                  "MG ...;"},
-    {"MT", h::Ignore,                  "MT [n];"},
-    {"OD", h::Ignore,                  "OD;"},
-    {"OE", h::Ignore,                  "OE;"},
-    {"OH", h::Ignore,                  "OH;"},
-    {"OI", h::Ignore,                  "OI;"},
-    {"OP", h::Ignore,                  "OP;"},
-    {"OS", h::Ignore,                  "OS;"},
-    {"QL", h::SkipOne,                 "QL [n];"},
-    {"RP", h::Ignore,                  "RP [n];"},
-    {"SB", h::Ignore,                  "SB [n];"},
-    {"ST", h::Ignore,                  "ST [n];"},
-    {"SV", h::SkipOne,                 "SV [n];"},
-    {"VS", h::SkipOne,                 "VS [speed];"},
+    {"CF", Handle<h::Ignore>,                     "CF [mode[,pen]];"},
+    {"CO", Handle<h::Comment>,                    "CO\"text\""},
+    {"CT", Handle<h::Ignore>,                     "CT [n];"},
+    {"DC", Handle<h::Ignore>,                     "DC;"},
+    {"DL", Handle<h::Ignore>,                     "DL ...;"},
+    {"DP", Handle<h::Ignore>,                     "DP;"},
+    {"EC", Handle<h::Ignore>,                     "EC [n];"},
+    {"FI", Handle<h::Ignore>,                     "FI font;"},
+    {"FN", Handle<h::Ignore>,                     "FN font;"},
+    {"IN", Handle<h::Ignore>,                     "IN [n];"},
+    {"MG", Handle<h::Ignore>,                     "MG ...;"},
+    {"MT", Handle<h::Ignore>,                     "MT [n];"},
+    {"OD", Handle<h::Ignore>,                     "OD;"},
+    {"OE", Handle<h::Ignore>,                     "OE;"},
+    {"OH", Handle<h::Ignore>,                     "OH;"},
+    {"OI", Handle<h::Ignore>,                     "OI;"},
+    {"OP", Handle<h::Ignore>,                     "OP;"},
+    {"OS", Handle<h::Ignore>,                     "OS;"},
+    {"QL", Handle<h::SkipOne>,                    "QL [n];"},
+    {"RP", Handle<h::Ignore>,                     "RP [n];"},
+    {"SB", Handle<h::Ignore>,                     "SB [n];"},
+    {"ST", Handle<h::Ignore>,                     "ST [n];"},
+    {"SV", Handle<h::SkipOne>,                    "SV [n];"},
+    {"VS", Handle<h::SkipOne>,                    "VS [speed];"},
 };
 
 constexpr char kDetected[][3] = {
@@ -164,7 +166,7 @@ static_assert(std::size(kCommands) < kNoCommand);
 
 CommandList AllCommands() { return {kCommands, std::size(kCommands)}; }
 
-handlers::Handler FindHandler(std::uint8_t first, std::uint8_t second) {
+Slot FindHandler(std::uint8_t first, std::uint8_t second) {
     const std::size_t slot = SlotOf(first, second);
     if (slot == kNoSlot || kIndex.command[slot] == kNoCommand) return nullptr;
     return kCommands[kIndex.command[slot]].handler;
@@ -175,4 +177,20 @@ bool CountsInDetection(std::uint8_t first, std::uint8_t second) {
     return slot != kNoSlot && kIndex.detected[slot];
 }
 
+namespace handlers {
+
+// Parameters stay in the input, where the main loop ignores what is no letter.
+void Ignore() {}
+
+// NP LM PP QL SV VS: one number is read and dropped.
+void SkipOne(Parameters& in) { in.GetShortParam(); }
+
+// CO "text". Quirk: a first byte that is no double quote is consumed, and nothing more.
+void Comment(InputReader& input) {
+    if (input.GetCooked() != '"') return;
+    while (!input.Over() && input.GetCooked() != '"') {
+    }
+}
+
+}  // namespace handlers
 }  // namespace qm

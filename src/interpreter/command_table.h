@@ -6,13 +6,13 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "interpreter/handlers.h"
+#include "interpreter/plotter.h"
 
 namespace qm {
 
 struct Command {
     const char* mnemonic;
-    handlers::Handler handler;
+    Slot handler;
     const char* syntax;  // for people
 };
 
@@ -27,7 +27,7 @@ CommandList AllCommands();
 
 // The handler of the command `first``second` (upper-case letters), or null. A second byte below 'A'
 // never has one.
-handlers::Handler FindHandler(std::uint8_t first, std::uint8_t second);
+Slot FindHandler(std::uint8_t first, std::uint8_t second);
 
 // True for the mnemonics that count in detection: a list of its own, which holds some that have no
 // handler and lacks some that have one.

@@ -4,7 +4,9 @@
 #include <algorithm>
 
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/pages.h"
+#include "interpreter/pen_motion.h"
 
 namespace qm {
 
@@ -76,45 +78,41 @@ bool ClipSegment(const ClipWindow& window, PointI& a, PointI& b) {
 namespace handlers {
 
 // IP [p1x, p1y, p2x, p2y]; the scale factors stay until the next SC.
-void InputP1P2(HPGLRead& reader) {
-    CoordinateState& c = reader.coordinates;
-    c.ipGiven = reader.GetParams(4) == 4;
-    const auto& v = reader.params;
-    c.p1 = c.ipGiven ? PointD{v[0], v[1]} : PointD{0.0, 0.0};
-    c.p2 = c.ipGiven ? PointD{v[2], v[3]} : PointD{10000.0, 10000.0};
+void InputP1P2(Parameters& in, CoordinateState& c) {
+    c.ipGiven = in.GetParams(4) == 4;
+    c.p1 = c.ipGiven ? in.PointAt(0) : PointD{0.0, 0.0};
+    c.p2 = c.ipGiven ? in.PointAt(2) : PointD{10000.0, 10000.0};
     c.p1p2Distance = Length(c.p2.x - c.p1.x, c.p2.y - c.p1.y);
 }
 
 // IR x, y in percent of the PS size.
 // Quirk: the offsets are added to P1 and P2, and nothing moves before a PS, when both sizes are 0.
-void InputP1P2Relative(HPGLRead& reader) {
-    if (reader.GetParams(4) != 2) return;
-    const PointD offset{reader.params[0] * reader.page.plotWidth / 100.0,
-                        reader.params[1] * reader.page.plotLength / 100.0};
-    reader.coordinates.p1 = reader.coordinates.p1 + offset;
-    reader.coordinates.p2 = reader.coordinates.p2 + offset;
+void InputP1P2Relative(Parameters& in, const PageState& page, CoordinateState& c) {
+    if (in.GetParams(4) != 2) return;
+    const PointD offset{in.slots[0] * page.plotWidth / 100.0,
+                        in.slots[1] * page.plotLength / 100.0};
+    c.p1 = c.p1 + offset;
+    c.p2 = c.p2 + offset;
 }
 
 // IW [x0, y0, x1, y1]; without numbers the window is off.
 // Quirk: with fewer than four numbers the others are what an earlier command left in the slots.
-void InputWindow(HPGLRead& reader) {
-    CoordinateState& c = reader.coordinates;
-    c.windowOn = reader.GetParams(4) > 0;
+void InputWindow(Parameters& in, CoordinateState& c) {
+    c.windowOn = in.GetParams(4) > 0;
     if (!c.windowOn) return;
-    const PointI a = c.ToPlotter({reader.params[0], reader.params[1]});
-    const PointI b = c.ToPlotter({reader.params[2], reader.params[3]});
+    const PointI a = c.ToPlotter(in.PointAt(0));
+    const PointI b = c.ToPlotter(in.PointAt(2));
     c.window = {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
 }
 
 // SC [xmin, xmax, ymin, ymax [, type]]; type 1 (isotropic) is treated as type 0, type 2 gives the
 // factors themselves. Quirk: the pen position is taken for plotter units even when an earlier SC
 // already made it user units.
-void Scale(HPGLRead& reader) {
-    CoordinateState& c = reader.coordinates;
-    const int count = reader.GetParams(5);
-    const auto& v = reader.params;
+void Scale(Parameters& in, CoordinateState& c, PenMotion& motion) {
+    const int count = in.GetParams(5);
+    const auto& v = in.slots;
     if (count < 4) {
-        reader.motion.penPos = c.ToPlotterReal(reader.motion.penPos);
+        motion.penPos = c.ToPlotterReal(motion.penPos);
         c.scaleOn = false;
         return;
     }
@@ -133,16 +131,11 @@ void Scale(HPGLRead& reader) {
         c.scaleY = v[3];
         c.scaleOn = true;
     }
-    if (!c.scaleOn) return;
-    PointD& pen = reader.motion.penPos;
-    pen = {(pen.x - c.p1.x) / c.scaleX + c.userMinX, (pen.y - c.p1.y) / c.scaleY + c.userMinY};
+    motion.penPos = c.FromPlotter(motion.penPos);
 }
 
 // RO [angle]; absent is 0.
-void RotateCoordinateSystem(HPGLRead& reader) {
-    const std::int16_t angle = reader.GetShortParam();
-    reader.coordinates.rotation = angle == kAbsentShort ? 0 : angle;
-}
+void RotateCoordinateSystem(Parameters& in, CoordinateState& c) { c.rotation = in.GetShortOr(0); }
 
 }  // namespace handlers
 }  // namespace qm

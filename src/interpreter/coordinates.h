@@ -48,6 +48,11 @@ struct CoordinateState {
         const PointD real = ToPlotterReal(point);
         return {TruncateToInt32(real.x), TruncateToInt32(real.y)};
     }
+    // The inverse of ToPlotterReal.
+    PointD FromPlotter(PointD point) const {
+        if (!scaleOn) return point;
+        return {(point.x - p1.x) / scaleX + userMinX, (point.y - p1.y) / scaleY + userMinY};
+    }
     // True when a circle in current units is a circle in plotter units.
     bool Uniform() const { return !scaleOn || scaleX == scaleY; }
     // Plotter units per current unit, for radii; meaningful when Uniform().

@@ -1,10 +1,12 @@
-// See curves.h. Handlers: BZ BR.
-#include "interpreter/curves.h"
-
+// Bezier curves, drawn as runs of segments whatever the pen state is. Handlers: BZ BR. Tests:
+// tests/interpreter/vectors_test.cpp.
+#include <array>
+#include <cstddef>
 #include <vector>
 
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/pen_motion.h"
 
 namespace qm {
 
@@ -29,6 +31,43 @@ PointD Blend(const Weights& w, const PointD* p) {
             w[0] * p[0].y + w[1] * p[1].y + w[2] * p[2].y + w[3] * p[3].y};
 }
 
+// Turns cubic segments into points and sends them in runs; in polygon mode every point is drawn
+// into the polygon.
+class BezierEmitter {
+  public:
+    explicit BezierEmitter(Drawing& drawing) : drawing_(drawing) {}
+
+    // One segment by its four control points, current units: its start and the points at t = 1/12
+    // ... 10/12.
+    void Segment(const PointD* control) {
+        Add(control[0]);
+        for (const Weights& w : kBernstein) Add(Blend(w, control));
+    }
+    // The last segment's end, and what is left in the run.
+    void Finish(PointD end) {
+        Add(end);
+        if (count_ > 0) drawing_.EmitPolyline(count_, run_.data());
+        count_ = 0;
+    }
+
+  private:
+    void Add(PointD point) {
+        if (drawing_.polygon.mode) return drawing_.DrawTo(point);
+        run_[count_++] = drawing_.coordinates.ToPlotter(point);
+        if (count_ < kRunLength) return;
+        drawing_.EmitPolyline(count_, run_.data());
+        count_ = 0;
+    }
+
+    // A run is sent when it holds this many points. Quirk: the segment that would join two runs is
+    // not drawn.
+    static constexpr std::size_t kRunLength = 99;
+
+    Drawing& drawing_;
+    std::array<PointI, kRunLength> run_;
+    std::size_t count_ = 0;
+};
+
 // Control points that are read before any of them is drawn. A longer curve is drawn as it is read,
 // so that its memory stays bounded; the result is the same.
 constexpr std::size_t kMaxBuffered = 3 * 4096 + 1;
@@ -43,51 +82,33 @@ bool DrawSegments(BezierEmitter& emitter, std::vector<PointD>& points) {
 
 // Reads control points up to the first incomplete pair. A rest that fills no segment draws nothing,
 // but the pen ends at the last point read.
-void DrawCurve(HPGLRead& reader, bool relative) {
-    PointD base = relative ? reader.motion.penPos : PointD{};
-    std::vector<PointD> points{reader.motion.penPos};
-    BezierEmitter emitter(reader);
+void DrawCurve(Parameters& in, Drawing& drawing, bool relative) {
+    PointD base = relative ? drawing.motion.penPos : PointD{};
+    std::vector<PointD> points{drawing.motion.penPos};
+    BezierEmitter emitter(drawing);
     bool drawn = false;
     std::size_t read = 0;
-    while (reader.GetParams(2) == 2) {
-        points.push_back(PointD{reader.params[0], reader.params[1]} + base);
+    PointD point;
+    while (in.GetPoint(point)) {
+        points.push_back(point + base);
         if (++read % 3 == 0 && relative) base = points.back();
         if (points.size() == kMaxBuffered) drawn = DrawSegments(emitter, points) || drawn;
     }
     const PointD last = points.back();
     drawn = DrawSegments(emitter, points) || drawn;
     if (drawn) emitter.Finish(points.front());
-    reader.motion.penPos = last;
+    drawing.motion.penPos = last;
 }
 
 }  // namespace
 
-void BezierEmitter::Segment(const PointD* control) {
-    Add(control[0]);
-    for (const Weights& w : kBernstein) Add(Blend(w, control));
-}
-
-void BezierEmitter::Finish(PointD end) {
-    Add(end);
-    if (count_ > 0) EmitPolyline(reader_, static_cast<std::int32_t>(count_), run_.data());
-    count_ = 0;
-}
-
-void BezierEmitter::Add(PointD point) {
-    if (reader_.polygon.mode) return DrawTo(reader_, point);
-    run_[count_++] = reader_.coordinates.ToPlotter(point);
-    if (count_ < kRunLength) return;
-    EmitPolyline(reader_, static_cast<std::int32_t>(count_), run_.data());
-    count_ = 0;
-}
-
 namespace handlers {
 
 // BZ x1, y1, x2, y2, x3, y3 [...]
-void BezierAbsolute(HPGLRead& reader) { DrawCurve(reader, false); }
+void BezierAbsolute(Parameters& in, Drawing& drawing) { DrawCurve(in, drawing, false); }
 
 // BR dx1, dy1, dx2, dy2, dx3, dy3 [...]: each segment relative to its own start.
-void BezierRelative(HPGLRead& reader) { DrawCurve(reader, true); }
+void BezierRelative(Parameters& in, Drawing& drawing) { DrawCurve(in, drawing, true); }
 
 }  // namespace handlers
 }  // namespace qm

@@ -2,15 +2,15 @@
 // tests/interpreter/detect_test.cpp.
 #include "common/units.h"
 #include "interpreter/command_table.h"
-#include "interpreter/envelopes.h"
+#include "interpreter/handlers.h"
 #include "interpreter/hpgl_read.h"
+#include "interpreter/plotter.h"
 
 namespace qm {
 
 namespace {
 
 constexpr std::uint8_t kControlSequence = 0x9B;
-constexpr std::uint8_t kFramingByte = 0xCD;
 constexpr int kEnoughInARow = 6;
 constexpr int kMaxControlBytes = 5;
 constexpr int kMaxLineFeeds = 35;
@@ -18,7 +18,7 @@ constexpr std::uint8_t kControlBelow = 10;
 
 class Detector {
   public:
-    explicit Detector(HPGLRead& reader) : reader_(reader), input_(reader.input) {}
+    explicit Detector(Plotter& plotter) : plotter_(plotter), input_(plotter.in.input) {}
 
     int Run();
 
@@ -30,7 +30,7 @@ class Detector {
     bool TakeOther(std::uint8_t c);
     void CountControl(std::uint8_t c);
 
-    HPGLRead& reader_;
+    Plotter& plotter_;
     InputReader& input_;
     int controlBytes_ = 0;
     // Quirk: cooked reading never gives a line feed, so this limit never ends the pass.
@@ -53,7 +53,7 @@ int Detector::Run() {
         CountControl(c);
         if (c == kEscape || c == kControlSequence) {
             ++run_;
-            reader_.DoEscape(input_.GetCooked());
+            DoEscape(plotter_, input_.GetCooked());
         } else if (IsUpper(c)) {
             const Verdict verdict = TakeLetter(c);
             if (verdict != Verdict::kOpen) return verdict == Verdict::kPlot ? 1 : 0;
@@ -90,10 +90,10 @@ Detector::Verdict Detector::TakePair(std::uint8_t first, std::uint8_t second) {
         }
         if (input_.aborted) return Verdict::kNoPlot;
     } else if (is("CO")) {
-        handlers::Comment(reader_);
+        handlers::Comment(input_);
     } else if (is("BP")) {
         ++run_;
-        handlers::BeginPlot(reader_);
+        handlers::BeginPlot(input_);
     } else if (is("BE")) {
         ++run_;
         SkipBegBlock(input_);
@@ -109,7 +109,7 @@ Detector::Verdict Detector::TakePair(std::uint8_t first, std::uint8_t second) {
 // False ends the pass.
 bool Detector::TakeOther(std::uint8_t c) {
     if (c == '@') {
-        ReadPjlLine(input_, reader_.job, true);
+        ReadPjlLine(input_, plotter_.job, true);
     } else if (c == '*') {
         SkipVendorBlock(input_);
     } else if (c == kFramingByte) {
@@ -125,8 +125,8 @@ bool Detector::TakeOther(std::uint8_t c) {
 }  // namespace
 
 int HPGLRead::Detect() {
-    detecting = true;
-    return Detector(*this).Run();
+    plotter_->detecting = true;
+    return Detector(*plotter_).Run();
 }
 
 }  // namespace qm

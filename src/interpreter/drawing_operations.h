@@ -63,7 +63,7 @@ class DrawingOperations {
     // 15: the line width, 0 (hairline) to 10000.
     virtual void SetLineWidth(std::int32_t width) = 0;
     // 16: the draw and fill colour.
-    virtual void SetColor(std::uint32_t color) = 0;
+    virtual void SetColor(std::uint32_t colour) = 0;
 
     // --- Progress -------------------------------------------------------------------------------
     // 17: `percent` (1 to 99) of the source is read; answers non-zero to go on, 0 to stop.

@@ -1,8 +1,11 @@
 // See encoded_polyline.h. Handler: PE.
 #include "interpreter/encoded_polyline.h"
 
+#include "interpreter/attributes/fill.h"
+#include "interpreter/attributes/labels.h"
+#include "interpreter/attributes/pens.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/pen_motion.h"
 
 namespace qm {
 
@@ -61,8 +64,16 @@ namespace {
 // One run of PE: the pending list of points and the flags that hold for the next pair.
 class EncodedPolyline {
   public:
-    explicit EncodedPolyline(HPGLRead& reader) : reader_(reader), numbers_(reader.input) {
-        Append(reader.motion.penPos);
+    EncodedPolyline(InputReader& input, EncodedState& encoded, Drawing& drawing, PenState& pens,
+                    const FillState& fill, const LabelState& label)
+        : input_(input),
+          encoded_(encoded),
+          drawing_(drawing),
+          pens_(pens),
+          fill_(fill),
+          label_(label),
+          numbers_(input) {
+        Append(drawing.motion.penPos);
     }
 
     void Run();
@@ -77,7 +88,12 @@ class EncodedPolyline {
     void Flush();
     void Finish(EncodedEnd end);
 
-    HPGLRead& reader_;
+    InputReader& input_;
+    EncodedState& encoded_;
+    Drawing& drawing_;
+    PenState& pens_;
+    const FillState& fill_;
+    const LabelState& label_;
     EncodedNumbers numbers_;
     std::size_t count_ = 0;
     bool penDownNext_ = true;
@@ -87,14 +103,13 @@ class EncodedPolyline {
 };
 
 void EncodedPolyline::Run() {
-    InputReader& input = reader_.input;
     EncodedEnd end = EncodedEnd::kNo;
     while (end == EncodedEnd::kNo) {
-        const std::uint8_t c = input.GetCooked();
-        if (c == ';' || input.Over()) {
+        const std::uint8_t c = input_.GetCooked();
+        if (c == ';' || input_.Over()) {
             end = EncodedEnd::kOrdinary;
         } else if (c > 32 && !TakeFlag(c & 0x7FU)) {
-            input.UngetChar();
+            input_.UngetChar();
             end = TakePair();
         }
     }
@@ -134,10 +149,10 @@ bool EncodedPolyline::TakeFlag(std::uint8_t flag) {
 void EncodedPolyline::SelectPenFlag() {
     std::int32_t pen = 0;
     numbers_.ReadInteger(pen);
-    if (reader_.polygon.mode) return;
+    if (drawing_.polygon.mode) return;
     Flush();
-    SelectPen(reader_, pen);
-    Append(reader_.motion.penPos);
+    pens_.Select(pen, drawing_.lines, drawing_.out);
+    Append(drawing_.motion.penPos);
 }
 
 EncodedEnd EncodedPolyline::TakePair() {
@@ -150,7 +165,7 @@ EncodedEnd EncodedPolyline::TakePair() {
     } else {
         penDownNext_ = true;
     }
-    if (!absoluteNext_) point = point + reader_.motion.penPos;
+    if (!absoluteNext_) point = point + drawing_.motion.penPos;
     absoluteNext_ = false;
     if (rectangleMode_) return DrawRectangle(point);
     PlotPoint(point);
@@ -162,59 +177,57 @@ EncodedEnd EncodedPolyline::DrawRectangle(PointD corner) {
     EncodedEnd end = numbers_.ReadCoordinate(size.x);
     if (end == EncodedEnd::kNo) end = numbers_.ReadCoordinate(size.y);
     if (end != EncodedEnd::kNo) return end;
-    const PointI a = reader_.coordinates.ToPlotter(corner);
-    const PointI b = reader_.coordinates.ToPlotter(corner + size);
-    if (reader_.fill.DrawsRectangleOutline()) {
-        reader_.Rectangle(a.x, a.y, b.x, b.y);
+    const CoordinateState& c = drawing_.coordinates;
+    const BoxI box{c.ToPlotter(corner), c.ToPlotter(corner + size)};
+    if (fill_.DrawsRectangleOutline()) {
+        drawing_.out.Rectangle(box);
     } else {
-        reader_.FilledRectangle(a.x, a.y, b.x, b.y);
+        drawing_.out.FilledRectangle(box);
     }
-    reader_.page.pageEmpty = false;
-    MoveTo(reader_, corner);
+    drawing_.MoveTo(corner);
     penDownNext_ = false;
     return EncodedEnd::kNo;
 }
 
 void EncodedPolyline::PlotPoint(PointD point) {
-    if (!reader_.polygon.mode) {
+    if (!drawing_.polygon.mode) {
         if (!penDownNext_) Flush();
         Append(point);
-        reader_.motion.penPos = point;
+        drawing_.motion.penPos = point;
     } else if (penDownNext_) {
-        DrawTo(reader_, point);
+        drawing_.DrawTo(point);
     } else {
-        MoveTo(reader_, point);
+        drawing_.MoveTo(point);
     }
-    if (reader_.label.SymbolChar != 0) DrawSymbol(reader_);
+    if (label_.SymbolChar != 0) DrawSymbol(label_, drawing_);
 }
 
 void EncodedPolyline::Append(PointD point) {
     if (count_ == kMaxEncodedPoints) Flush();
-    reader_.encoded.encodedPoints[count_++] = point;
+    encoded_.encodedPoints[count_++] = point;
 }
 
 void EncodedPolyline::Flush() {
     if (count_ >= 2) {
-        EncodedState& state = reader_.encoded;
+        const CoordinateState& c = drawing_.coordinates;
         for (std::size_t i = 0; i < count_; ++i) {
-            state.plotterPoints[i] = reader_.coordinates.ToPlotter(state.encodedPoints[i]);
+            encoded_.plotterPoints[i] = c.ToPlotter(encoded_.encodedPoints[i]);
         }
-        EmitPolyline(reader_, static_cast<std::int32_t>(count_), state.plotterPoints.data());
+        drawing_.EmitPolyline(count_, encoded_.plotterPoints.data());
     }
     count_ = 0;
 }
 
 void EncodedPolyline::Finish(EncodedEnd end) {
-    reader_.motion.penDown = penDownNext_;
+    drawing_.motion.penDown = penDownNext_;
     if (end == EncodedEnd::kOrdinary) {
         Flush();
-        reader_.page.pageEmpty = false;
+        drawing_.out.MarkDrawn();
         return;
     }
     // A broken number drops the pending list.
-    InputReader& input = reader_.input;
-    while (end == EncodedEnd::kInside && !input.Over()) {
-        if (input.GetCooked() == ';') break;
+    while (end == EncodedEnd::kInside && !input_.Over()) {
+        if (input_.GetCooked() == ';') break;
     }
 }
 
@@ -223,7 +236,10 @@ void EncodedPolyline::Finish(EncodedEnd end) {
 namespace handlers {
 
 // PE [flag [value] | x, y] ... ;
-void PolylineEncoded(HPGLRead& reader) { EncodedPolyline(reader).Run(); }
+void PolylineEncoded(InputReader& input, EncodedState& encoded, Drawing& drawing, PenState& pens,
+                     const FillState& fill, const LabelState& label) {
+    EncodedPolyline(input, encoded, drawing, pens, fill, label).Run();
+}
 
 }  // namespace handlers
 }  // namespace qm

@@ -5,13 +5,19 @@
 // took. Tests: tests/interpreter/envelopes_test.cpp.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "interpreter/input_reader.h"
-#include "interpreter/job.h"
 
 namespace qm {
+
+// The job header: what PJL lines in front of (or between) plots say.
+struct JobState {
+    std::int32_t jobResolution = 300;  // dots per inch as given, even negative; never 0
+    bool jobLanguagePCL = false;
+    bool jobLanguageHPGL = false;
+};
 
 // Behind '@': reads the line and takes the resolution and the language from it. The detection pass
 // keeps fewer bytes of a line, takes no resolution and looks for every language.

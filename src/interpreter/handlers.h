@@ -1,111 +1,120 @@
-// All command handlers, grouped by the file that holds them. Each reads its own parameters through
-// the interpreter; with too few it returns without effect. The table that calls them is
-// command_table.cpp.
+// All command handlers, grouped by the file that holds them. The parameters of each name what it
+// reads and changes; with too few numbers in the plot it returns without effect. The table that
+// calls them is command_table.cpp.
 #pragma once
 
 namespace qm {
 
-class HPGLRead;
+class InputReader;
+class Output;
+struct CoordinateState;
+struct Drawing;
+struct EncodedState;
+struct FillState;
+struct JobState;
+struct LabelState;
+struct LineState;
+struct PageState;
+struct Parameters;
+struct PenMotion;
+struct PenState;
 
 namespace handlers {
 
-using Handler = void (*)(HPGLRead&);
-
-// plain_commands.cpp
-void Ignore(HPGLRead& reader);
-void SkipOne(HPGLRead& reader);
-void Comment(HPGLRead& reader);
+// command_table.cpp
+void Ignore();
+void SkipOne(Parameters& in);
+void Comment(InputReader& input);
 
 // coordinates.cpp
-void InputP1P2(HPGLRead& reader);
-void InputP1P2Relative(HPGLRead& reader);
-void InputWindow(HPGLRead& reader);
-void RotateCoordinateSystem(HPGLRead& reader);
-void Scale(HPGLRead& reader);
+void InputP1P2(Parameters& in, CoordinateState& coordinates);
+void InputP1P2Relative(Parameters& in, const PageState& page, CoordinateState& coordinates);
+void InputWindow(Parameters& in, CoordinateState& coordinates);
+void RotateCoordinateSystem(Parameters& in, CoordinateState& coordinates);
+void Scale(Parameters& in, CoordinateState& coordinates, PenMotion& motion);
 
 // pages.cpp
-void AdvanceFullPage(HPGLRead& reader);
-void BeginPlot(HPGLRead& reader);
-void DefaultValues(HPGLRead& reader);
-void FrameAdvance(HPGLRead& reader);
-void NotReady(HPGLRead& reader);
-void PlotSize(HPGLRead& reader);
+void AdvanceFullPage(PageState& page, LineState& lines, Output& out);
+void BeginPlot(InputReader& input);
+void DefaultValues(LabelState& label, FillState& fill, LineState& lines, Output& out);
+void FrameAdvance(Parameters& in, const CoordinateState& coordinates, PageState& page, Output& out);
+void NotReady(Parameters& in, PageState& page, LineState& lines, Output& out);
+void PlotSize(Parameters& in, const JobState& job, PageState& page);
 
 // pen_motion.cpp
-void PenDown(HPGLRead& reader);
-void PenUp(HPGLRead& reader);
-void PlotAbsolute(HPGLRead& reader);
-void PlotRelative(HPGLRead& reader);
+void PenDown(Parameters& in, Drawing& drawing, const LabelState& label);
+void PenUp(Parameters& in, Drawing& drawing, const LabelState& label);
+void PlotAbsolute(Parameters& in, Drawing& drawing, const LabelState& label);
+void PlotRelative(Parameters& in, Drawing& drawing, const LabelState& label);
 
 // arcs.cpp
-void ArcAbsolute(HPGLRead& reader);
-void ArcAbsoluteThreePoint(HPGLRead& reader);
-void ArcRelative(HPGLRead& reader);
-void ArcRelativeThreePoint(HPGLRead& reader);
-void Circle(HPGLRead& reader);
+void ArcAbsolute(Parameters& in, Drawing& drawing);
+void ArcAbsoluteThreePoint(Parameters& in, Drawing& drawing);
+void ArcRelative(Parameters& in, Drawing& drawing);
+void ArcRelativeThreePoint(Parameters& in, Drawing& drawing);
+void Circle(Parameters& in, Drawing& drawing);
 
 // curves.cpp
-void BezierAbsolute(HPGLRead& reader);
-void BezierRelative(HPGLRead& reader);
+void BezierAbsolute(Parameters& in, Drawing& drawing);
+void BezierRelative(Parameters& in, Drawing& drawing);
 
 // encoded_polyline.cpp
-void PolylineEncoded(HPGLRead& reader);
+void PolylineEncoded(InputReader& input, EncodedState& encoded, Drawing& drawing, PenState& pens,
+                     const FillState& fill, const LabelState& label);
 
 // attributes/pens.cpp
-void ColorRange(HPGLRead& reader);
-void NumberOfPens(HPGLRead& reader);
-void PenColor(HPGLRead& reader);
-void PenWidth(HPGLRead& reader);
-void PenWidthUnit(HPGLRead& reader);
-void SelectPen(HPGLRead& reader);
-void TransparencyMode(HPGLRead& reader);
+void ColorRange(Parameters& in, PenState& pens);
+void PenColour(Parameters& in, PenState& pens, Output& out);
+void PenWidth(Parameters& in, const CoordinateState& coordinates, PenState& pens, LineState& lines,
+              Output& out);
+void PenWidthUnit(Parameters& in, PenState& pens);
+void SelectPen(Parameters& in, PenState& pens, LineState& lines, Output& out);
+void TransparencyMode(Parameters& in, PenState& pens);
 
 // attributes/lines.cpp
-void LineAttributes(HPGLRead& reader);
-void LineType(HPGLRead& reader);
-void MergeControl(HPGLRead& reader);
-void PenThickness(HPGLRead& reader);
-void PixelPlacement(HPGLRead& reader);
-void UserDefinedLineType(HPGLRead& reader);
+void LineAttributes(Parameters& in, LineState& lines, Output& out);
+void LineType(Parameters& in, LineState& lines, Output& out);
+void MergeControl(Parameters& in, LineState& lines, Output& out);
+void PenThickness(Parameters& in);
+void UserDefinedLineType(Parameters& in, LineState& lines);
 
 // attributes/polygon.cpp
-void PolygonMode(HPGLRead& reader);
+void PolygonMode(Parameters& in, Drawing& drawing);
 
 // attributes/fill.cpp
-void EdgePolygon(HPGLRead& reader);
-void FillPolygon(HPGLRead& reader);
-void FillType(HPGLRead& reader);
+void EdgePolygon(Drawing& drawing);
+void FillPolygon(Drawing& drawing, const PenState& pens, const FillState& fill);
+void FillType(Parameters& in, const CoordinateState& coordinates, FillState& fill);
 
 // attributes/shapes.cpp
-void AnchorCorner(HPGLRead& reader);
-void EdgeRectangleAbsolute(HPGLRead& reader);
-void EdgeRectangleRelative(HPGLRead& reader);
-void FillRectangleAbsolute(HPGLRead& reader);
-void FillRectangleRelative(HPGLRead& reader);
-void FillWedge(HPGLRead& reader);
-void RasterFillDefinition(HPGLRead& reader);
+void AnchorCorner(Parameters& in);
+void EdgeRectangleAbsolute(Parameters& in, Drawing& drawing);
+void EdgeRectangleRelative(Parameters& in, Drawing& drawing);
+void FillRectangleAbsolute(Parameters& in, Drawing& drawing, const FillState& fill);
+void FillRectangleRelative(Parameters& in, Drawing& drawing);
+void FillWedge(Parameters& in, Drawing& drawing);
+void RasterFillDefinition(Parameters& in, Output& out);
 
 // attributes/labels.cpp
-void CharacterPlot(HPGLRead& reader);
-void Label(HPGLRead& reader);
+void CharacterPlot(Parameters& in, const LabelState& label, PenMotion& motion);
+void Label(InputReader& input, const LabelState& label, Drawing& drawing);
 
 // attributes/character_attributes.cpp
-void AbsoluteCharacterSize(HPGLRead& reader);
-void AbsoluteDirection(HPGLRead& reader);
-void AlternateFontDefinition(HPGLRead& reader);
-void CharacterSlant(HPGLRead& reader);
-void DefineLabelTerminator(HPGLRead& reader);
-void DirectionVertical(HPGLRead& reader);
-void ExtraSpace(HPGLRead& reader);
-void LabelMode(HPGLRead& reader);
-void LabelOrigin(HPGLRead& reader);
-void RelativeCharacterSize(HPGLRead& reader);
-void RelativeDirection(HPGLRead& reader);
-void SelectAlternateFont(HPGLRead& reader);
-void SelectStandardFont(HPGLRead& reader);
-void StandardFontDefinition(HPGLRead& reader);
-void SymbolMode(HPGLRead& reader);
-void TransparentData(HPGLRead& reader);
+void AbsoluteCharacterSize(Parameters& in, const CoordinateState& coordinates, LabelState& label);
+void AbsoluteDirection(Parameters& in, LabelState& label);
+void AlternateFontDefinition(Parameters& in, LabelState& label);
+void CharacterSlant(Parameters& in, LabelState& label);
+void DefineLabelTerminator(Parameters& in, LabelState& label);
+void DirectionVertical(Parameters& in, LabelState& label);
+void ExtraSpace(Parameters& in, LabelState& label);
+void LabelOrigin(Parameters& in, LabelState& label);
+void RelativeCharacterSize(Parameters& in, const CoordinateState& coordinates, LabelState& label);
+void RelativeDirection(Parameters& in, const CoordinateState& coordinates, LabelState& label);
+void SelectAlternateFont(LabelState& label);
+void SelectStandardFont(LabelState& label);
+void StandardFontDefinition(Parameters& in, LabelState& label);
+void SymbolMode(InputReader& input, LabelState& label);
+void TransparentData(Parameters& in, LabelState& label);
 
 }  // namespace handlers
 }  // namespace qm

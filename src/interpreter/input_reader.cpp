@@ -9,7 +9,6 @@ namespace qm {
 
 namespace {
 
-constexpr std::uint8_t kFramingByte = 0xCD;
 // A framing record: 0xCD and 19 bytes more, then perhaps one 0x01.
 constexpr std::uint8_t kRecordStart[] = {0xCA, 0x10, 0x02};
 constexpr std::ptrdiff_t kRecordRest = 19;
@@ -77,7 +76,7 @@ void InputReader::Refill() {
     }
     cursor_ = block_;
     anchor_ = block_;
-    if (sourceFailed) {
+    if (sourceFailed_) {
         *block_ = ';';
         endOfInput = true;
         staleAvailable_ = false;
@@ -86,9 +85,9 @@ void InputReader::Refill() {
     }
     std::uint32_t count = source_.ReadData(block_, kBlockSize);
     count = std::min(count, static_cast<std::uint32_t>(kBlockSize));
-    sourceFailed = count == 0;
-    staleAvailable_ = sourceFailed;
-    end_ = block_ + (sourceFailed ? 1 : count);
+    sourceFailed_ = count == 0;
+    staleAvailable_ = sourceFailed_;
+    end_ = block_ + (sourceFailed_ ? 1 : count);
 }
 
 void InputReader::UngetChar() {

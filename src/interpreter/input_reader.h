@@ -15,6 +15,9 @@
 
 namespace qm {
 
+// What framing headers and records begin with.
+inline constexpr std::uint8_t kFramingByte = 0xCD;
+
 class InputReader {
   public:
     // `source` supplies the bytes and takes the progress; it must outlive the reader.
@@ -41,6 +44,9 @@ class InputReader {
     // Drops `count` raw bytes, fewer when the input ends.
     void SkipRaw(std::size_t count);
 
+    // What the source says of its size; asks it anew.
+    std::uint32_t DataSize() { return source_.GetDataSize(); }
+
     // True when every reading loop has to end.
     bool Over() const { return endOfInput || aborted; }
 
@@ -56,8 +62,6 @@ class InputReader {
 
     // The source is exhausted and the synthetic ';' has been supplied, or the end marker was read.
     bool endOfInput = false;
-    // A read from the source returned nothing.
-    bool sourceFailed = false;
     // The progress callback asked to stop.
     bool aborted = false;
     // Framing records are being removed.
@@ -87,6 +91,7 @@ class InputReader {
     const std::uint8_t* limit_ = block_;         // fast path ends here; can be one below the cursor
     const std::uint8_t* end_ = block_;           // valid bytes end here
     const std::uint8_t* historyBegin_ = block_;  // push-back ends here
+    bool sourceFailed_ = false;                  // a read from the source returned nothing
     bool staleAvailable_ = false;                // the block holds nothing but the stale byte
 
     // Bytes since the last progress step = progressBase_ + (cursor_ - anchor_), so that the fast

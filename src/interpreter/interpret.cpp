@@ -1,16 +1,78 @@
-// The interpreting pass: HPGLRead::Interpret, Dispatch. Tests:
-// tests/interpreter/interpret_test.cpp.
+// The interpreting pass and the escape sequences met outside raster mode: HPGLRead::Interpret,
+// DoEscape. Tests: tests/interpreter/envelopes_test.cpp, tests/interpreter/pages_test.cpp.
+#include <cstring>
+
 #include "common/units.h"
 #include "interpreter/command_table.h"
-#include "interpreter/envelopes.h"
+#include "interpreter/handlers.h"
 #include "interpreter/hpgl_read.h"
+#include "interpreter/plotter.h"
 
 namespace qm {
+
+// --- Escapes ------------------------------------------------------------------------------------
+
+namespace {
+
+// ESC % # A / B / X: only A (enter raster mode) acts; the others mark where this language begins or
+// a job ends.
+void ChangeLanguage(Plotter& plotter) {
+    InputReader& input = plotter.in.input;
+    bool lastDigitSet = false;
+    std::uint8_t c = input.GetCooked();
+    while ((IsDigit(c) || c == '-') && !input.Over()) {
+        if (c != '-') lastDigitSet = c != '0';
+        c = input.GetCooked();
+    }
+    if (c == 'A') {
+        RunRasterMode(plotter, lastDigitSet);
+    } else if (c != 'B' && c != 'X') {
+        input.UngetChar();
+    }
+}
+
+// Raster escapes without an entry sequence: the raster loop reads them again from the ESC on.
+void EnterRasterMode(Plotter& plotter, std::uint8_t next) {
+    InputReader& input = plotter.in.input;
+    if (next == '*') {
+        if (input.GetCooked() == ' ') return SkipDeviceControl(input);
+        input.UngetChar();
+    }
+    input.UngetChars(2);
+    RunRasterMode(plotter, false);
+}
+
+// ESC . d: some device controls are complete with their letter, the others end with ':' or the
+// line.
+void DeviceControl(InputReader& input) {
+    constexpr char kComplete[] = "()ABEJKLORYZ";
+    const std::uint8_t d = input.GetRaw();
+    if (std::memchr(kComplete, d, sizeof kComplete - 1) == nullptr) SkipDeviceControl(input);
+}
+
+}  // namespace
+
+void DoEscape(Plotter& plotter, std::uint8_t next) {
+    switch (next) {
+        case '%':
+            return ChangeLanguage(plotter);
+        case '&':
+        case '*':
+        case 'p':
+        case 'c':
+            return EnterRasterMode(plotter, next);
+        case '.':
+            return DeviceControl(plotter.in.input);
+        default:
+            return;
+    }
+}
+
+// --- The pass -----------------------------------------------------------------------------------
 
 namespace {
 
 constexpr std::uint8_t kControlZ = 0x1A;
-constexpr std::uint8_t kFramingByte = 0xCD;
 
 // Behind Ctrl-Z: "PLW" is the end marker.
 void ReadEndMarker(InputReader& input) {
@@ -21,23 +83,27 @@ void ReadEndMarker(InputReader& input) {
     input.endOfInput = true;
 }
 
-void InterpretCommand(HPGLRead& reader, std::uint8_t first, std::uint8_t second) {
+void InterpretCommand(Plotter& plotter, std::uint8_t first, std::uint8_t second) {
+    InputReader& input = plotter.in.input;
     if (!IsUpper(second) && second != '%' && second != '.') return;
-    if (first == 'B' && second == 'E') return SkipBegBlock(reader.input);
+    if (first == 'B' && second == 'E') return SkipBegBlock(input);
+    const Slot handler = FindHandler(first, second);
     // An unknown pair loses its first letter only.
-    if (!reader.Dispatch(first, second)) reader.input.UngetChar();
+    if (handler == nullptr) return input.UngetChar();
+    handler(plotter);
 }
 
-void InterpretOther(HPGLRead& reader, std::uint8_t c) {
+void InterpretOther(Plotter& plotter, std::uint8_t c) {
+    InputReader& input = plotter.in.input;
     switch (c) {
         case kControlZ:
-            return ReadEndMarker(reader.input);
+            return ReadEndMarker(input);
         case kFramingByte:
-            return SkipFramingHeader(reader.input);
+            return SkipFramingHeader(input);
         case '@':
-            return ReadPjlLine(reader.input, reader.job, false);
+            return ReadPjlLine(input, plotter.job, false);
         case '*':
-            return SkipVendorBlock(reader.input);
+            return SkipVendorBlock(input);
         default:
             return;  // digits, separators and everything else mean nothing here
     }
@@ -45,30 +111,32 @@ void InterpretOther(HPGLRead& reader, std::uint8_t c) {
 
 }  // namespace
 
+HPGLRead::HPGLRead() : plotter_(std::make_unique<Plotter>(*this)) {}
+HPGLRead::~HPGLRead() = default;
+
+void HPGLRead::EnterDocumentMode() { plotter_->raster.documentMode = true; }
+
+std::int32_t HPGLRead::Rotation() const { return plotter_->drawing.coordinates.rotation; }
+
 std::int32_t HPGLRead::Interpret() {
-    detecting = false;
+    Plotter& plotter = *plotter_;
+    InputReader& input = plotter.in.input;
+    plotter.detecting = false;
     input.StartProgress(GetDataSize());
-    handlers::DefaultValues(*this);
+    Handle<handlers::DefaultValues>(plotter);
     while (!input.Over()) {
         const std::uint8_t c = FoldToUpper(input.GetCooked());
         if (IsUpper(c)) {
-            InterpretCommand(*this, c, FoldToUpper(input.GetCooked()));
+            InterpretCommand(plotter, c, FoldToUpper(input.GetCooked()));
         } else if (c == kEscape) {
             // Quirk: folded, so that ESC p and ESC c are ignored here although detection enters
             // raster mode for them.
-            DoEscape(FoldToUpper(input.GetCooked()));
+            DoEscape(plotter, FoldToUpper(input.GetCooked()));
         } else {
-            InterpretOther(*this, c);
+            InterpretOther(plotter, c);
         }
     }
-    return WrapAdd(page.pageIndex, 1);
-}
-
-bool HPGLRead::Dispatch(std::uint8_t first, std::uint8_t second) {
-    const handlers::Handler handler = FindHandler(first, second);
-    if (handler == nullptr) return false;
-    handler(*this);
-    return true;
+    return WrapAdd(plotter.page.pageIndex, 1);
 }
 
 }  // namespace qm

@@ -1,13 +1,16 @@
 // The lexer: separators and numbers of the plotter language, read from an InputReader in cooked
-// mode.
+// mode; Parameters, from which the handlers take theirs.
 //
 // Numbers have no exponent form; a number ends at the first byte that is no part of it, which stays
 // unread. Line ends and NULs inside a number are not part of the stream. Tests:
 // tests/interpreter/lexer_test.cpp.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
+#include "common/geometry.h"
 #include "interpreter/input_reader.h"
 
 namespace qm {
@@ -34,6 +37,41 @@ bool GetRealParam(InputReader& input, double& value);
 // An escape sequence's value: digits and signs up to another byte, which is consumed and returned.
 // `value` is negative when a '-' stood anywhere in it; `hadSign` says whether any sign did.
 std::uint8_t GetSignedNumber(InputReader& input, std::int32_t& value, bool& hadSign);
+
+// The input and the numbers that the handlers read from it.
+struct Parameters {
+    explicit Parameters(DrawingOperations& source) : input(source) {}
+
+    // Reads up to `count` (at most kMaxParams) reals into the slots; returns how many came. The
+    // other slots keep what an earlier command left there.
+    int GetParams(int count) {
+        for (int i = 0; i < count; ++i) {
+            if (!GetRealParam(slots[static_cast<std::size_t>(i)])) return i;
+        }
+        return count;
+    }
+    // Two neighbouring slots as a point.
+    PointD PointAt(std::size_t slot) const { return {slots[slot], slots[slot + 1]}; }
+    // False, and `point` untouched, without two numbers.
+    bool GetPoint(PointD& point) {
+        if (GetParams(2) < 2) return false;
+        point = PointAt(0);
+        return true;
+    }
+    std::int32_t GetIntParam() { return qm::GetIntParam(input); }
+    std::int16_t GetShortParam() { return qm::GetShortParam(input); }
+    // `absent` when no number follows.
+    std::int16_t GetShortOr(std::int16_t absent) {
+        const std::int16_t value = GetShortParam();
+        return value == kAbsentShort ? absent : value;
+    }
+    bool GetRealParam(double& value) { return qm::GetRealParam(input, value); }
+
+    static constexpr std::size_t kMaxParams = 8;
+
+    InputReader input;
+    std::array<double, kMaxParams> slots{};
+};
 
 inline bool IsDigit(std::uint8_t c) { return c >= '0' && c <= '9'; }
 inline bool IsUpper(std::uint8_t c) { return c >= 'A' && c <= 'Z'; }

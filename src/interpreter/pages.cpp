@@ -3,18 +3,23 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/attributes/fill.h"
+#include "interpreter/attributes/labels.h"
+#include "interpreter/attributes/lines.h"
+#include "interpreter/coordinates.h"
+#include "interpreter/envelopes.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/output.h"
 
 namespace qm {
 
-void EndCurrentPage(HPGLRead& reader) {
-    if (reader.page.pageEmpty) return;
-    reader.page.pageIndex = WrapAdd(reader.page.pageIndex, 1);
-    reader.EndPage(static_cast<std::uint32_t>(reader.page.pageIndex));
-    reader.SetColor(0);
-    ResetLineAttributes(reader);
-    reader.page.pageEmpty = true;
+void EndCurrentPage(PageState& page, LineState& lines, Output& out) {
+    if (out.PageEmpty()) return;
+    page.pageIndex = WrapAdd(page.pageIndex, 1);
+    out.EndPage(page.pageIndex);
+    out.SetColor(0);
+    lines.Reset(out);
 }
 
 namespace {
@@ -48,21 +53,20 @@ namespace handlers {
 
 // DF; also run once before the first byte. P1, P2, scaling, window, rotation and the pen position
 // stay.
-void DefaultValues(HPGLRead& reader) {
-    reader.label.StrokeWeight = 0;
-    ResetLineAttributes(reader);
-    reader.label.StandardCharSet = 0;
-    reader.label.CurrentCharSet = 0;
-    reader.fill.ShadingLevel = 100;
+void DefaultValues(LabelState& label, FillState& fill, LineState& lines, Output& out) {
+    label.StrokeWeight = 0;
+    lines.Reset(out);
+    label.StandardCharSet = 0;
+    label.CurrentCharSet = 0;
+    fill.ShadingLevel = 100;
 }
 
 // PS length, width in plotter units.
 // Quirk: an absent number reads as -2147483648, but the test is for -32768, so only a given -32768
 // clears both.
-void PlotSize(HPGLRead& reader) {
-    PageState& page = reader.page;
-    page.plotLength = reader.GetIntParam();
-    page.plotWidth = reader.GetIntParam();
+void PlotSize(Parameters& in, const JobState& job, PageState& page) {
+    page.plotLength = in.GetIntParam();
+    page.plotWidth = in.GetIntParam();
     if (page.plotLength == kAbsentShort || page.plotWidth == kAbsentShort) {
         page.plotLength = 0;
         page.plotWidth = 0;
@@ -71,33 +75,34 @@ void PlotSize(HPGLRead& reader) {
         page.plotLength >= page.plotWidth || page.plotLength == 0 || page.plotWidth == 0;
     if (page.plotLandscape) {
         page.rasterYOffset =
-            WrapNegate(TruncateToInt32(page.plotLength / kUnitsPerInch * reader.job.jobResolution));
+            WrapNegate(TruncateToInt32(page.plotLength / kUnitsPerInch * job.jobResolution));
     }
     page.plotSizeGiven = true;
 }
 
 // PG: ends the page; its parameter is not read.
-void AdvanceFullPage(HPGLRead& reader) { EndCurrentPage(reader); }
+void AdvanceFullPage(PageState& page, LineState& lines, Output& out) {
+    EndCurrentPage(page, lines, out);
+}
 
 // NR [timeout]: acts as PG.
-void NotReady(HPGLRead& reader) {
-    reader.GetShortParam();
-    EndCurrentPage(reader);
+void NotReady(Parameters& in, PageState& page, LineState& lines, Output& out) {
+    in.GetShortParam();
+    EndCurrentPage(page, lines, out);
 }
 
 // FR distance: what follows lies further along the medium.
-void FrameAdvance(HPGLRead& reader) {
+void FrameAdvance(Parameters& in, const CoordinateState& coordinates, PageState& page,
+                  Output& out) {
     double distance = 0.0;
-    if (!reader.GetRealParam(distance)) return;
-    PageState& page = reader.page;
+    if (!in.GetRealParam(distance)) return;
     page.frameOffset = WrapAdd(page.frameOffset, TruncateToInt32(distance));
-    reader.SetFrameOffset(TruncateToInt32(reader.coordinates.p1.y + page.frameOffset));
+    out.SetFrameOffset(TruncateToInt32(coordinates.p1.y + page.frameOffset));
 }
 
 // BP [kind, value ...]: read and dropped. The first byte behind a value that is no comma ends the
 // command.
-void BeginPlot(HPGLRead& reader) {
-    InputReader& input = reader.input;
+void BeginPlot(InputReader& input) {
     std::uint8_t c = 0;
     do {
         c = input.GetCooked();

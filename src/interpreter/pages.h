@@ -7,11 +7,11 @@
 
 namespace qm {
 
-class HPGLRead;
+class Output;
+struct LineState;
 
 struct PageState {
-    std::int32_t pageIndex = 0;   // pages completed
-    bool pageEmpty = true;        // nothing drawn yet on the current page
+    std::int32_t pageIndex = 0;   // pages completed; whether one is empty, the Output knows
     std::int32_t plotLength = 0;  // the two PS numbers in the order given, plotter units
     std::int32_t plotWidth = 0;
     bool plotLandscape = false;  // length >= width at the last PS
@@ -22,6 +22,6 @@ struct PageState {
 
 // Ends the page when something was drawn on it and resets the attributes that each page starts
 // with.
-void EndCurrentPage(HPGLRead& reader);
+void EndCurrentPage(PageState& page, LineState& lines, Output& out);
 
 }  // namespace qm

@@ -1,60 +1,68 @@
 // See pen_motion.h. Handlers: PU PD PA PR.
 #include "interpreter/pen_motion.h"
 
+#include "interpreter/attributes/labels.h"
+#include "interpreter/attributes/polygon_clip.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
 
 namespace qm {
 
-void MoveTo(HPGLRead& reader, PointD target) {
-    if (reader.polygon.mode) reader.polygon.Append(target, false);
-    reader.motion.penPos = target;
+void Drawing::MoveTo(PointD target) {
+    if (polygon.mode) polygon.Append(target, false);
+    motion.penPos = target;
 }
 
-void DrawTo(HPGLRead& reader, PointD target) {
-    if (reader.polygon.mode) {
-        reader.polygon.Append(target, true);
-    } else if (reader.lines.MergeOpcode != kMergeNoDraw) {
-        const CoordinateState& c = reader.coordinates;
-        EmitSegment(reader, c.ToPlotter(reader.motion.penPos), c.ToPlotter(target));
+void Drawing::DrawTo(PointD target) {
+    if (polygon.mode) {
+        polygon.Append(target, true);
+    } else if (lines.MergeOpcode != kMergeNoDraw) {
+        EmitSegment(coordinates.ToPlotter(motion.penPos), coordinates.ToPlotter(target));
     }
-    reader.page.pageEmpty = false;
-    reader.motion.penPos = target;
+    out.MarkDrawn();
+    motion.penPos = target;
 }
 
-void EmitSegment(HPGLRead& reader, PointI from, PointI to) {
-    if (reader.coordinates.windowOn && !ClipSegment(reader.coordinates.window, from, to)) return;
-    reader.page.pageEmpty = false;
-    reader.Line(from.x, from.y, to.x, to.y);
+void Drawing::EmitSegment(PointI from, PointI to) {
+    if (coordinates.windowOn && !ClipSegment(coordinates.window, from, to)) return;
+    out.Line(from, to);
 }
 
-void EmitPolyline(HPGLRead& reader, std::int32_t count, PointI* points) {
-    if (!reader.coordinates.windowOn) {
-        reader.page.pageEmpty = false;
-        reader.Polyline(count, points);
-        return;
+void Drawing::EmitPolyline(std::size_t count, PointI* points) {
+    if (!coordinates.windowOn) return out.Polyline(static_cast<std::int32_t>(count), points);
+    for (std::size_t i = 1; i < count; ++i) EmitSegment(points[i - 1], points[i]);
+}
+
+void Drawing::EmitFilledPolygon(std::vector<PointI>& points) {
+    if (!coordinates.windowOn || !ReachesOutside(points, coordinates.window)) {
+        return out.FilledPolygon(points);
     }
-    for (std::int32_t i = 1; i < count; ++i) EmitSegment(reader, points[i - 1], points[i]);
+    for (Contour& contour : ClipPolygon(points, coordinates.window)) out.FilledPolygon(contour);
+}
+
+void Drawing::NextSubPolygon() {
+    polygon.Close(motion.penDown);
+    polygon.StartNext(motion.penPos);
 }
 
 namespace {
 
 // The coordinate pairs behind PU, PD, PA and PR. No pair with the pen down is a dot.
-void PlotPairs(HPGLRead& reader) {
-    PenMotion& motion = reader.motion;
+void PlotPairs(Parameters& in, Drawing& drawing, const LabelState& label) {
+    const PenMotion& motion = drawing.motion;
     bool any = false;
-    while (reader.GetParams(2) == 2) {
+    PointD target;
+    while (in.GetPoint(target)) {
         any = true;
-        PointD target{reader.params[0], reader.params[1]};
         if (motion.relative) target = target + motion.penPos;
         if (motion.penDown) {
-            DrawTo(reader, target);
+            drawing.DrawTo(target);
         } else {
-            MoveTo(reader, target);
+            drawing.MoveTo(target);
         }
-        if (reader.label.SymbolChar != 0) DrawSymbol(reader);
+        if (label.SymbolChar != 0) DrawSymbol(label, drawing);
     }
-    if (!any && motion.penDown && !reader.polygon.mode) DrawTo(reader, motion.penPos);
+    if (!any && motion.penDown && !drawing.polygon.mode) drawing.DrawTo(motion.penPos);
 }
 
 }  // namespace
@@ -62,27 +70,27 @@ void PlotPairs(HPGLRead& reader) {
 namespace handlers {
 
 // PU [x, y ...]
-void PenUp(HPGLRead& reader) {
-    reader.motion.penDown = false;
-    PlotPairs(reader);
+void PenUp(Parameters& in, Drawing& drawing, const LabelState& label) {
+    drawing.motion.penDown = false;
+    PlotPairs(in, drawing, label);
 }
 
 // PD [x, y ...]
-void PenDown(HPGLRead& reader) {
-    reader.motion.penDown = true;
-    PlotPairs(reader);
+void PenDown(Parameters& in, Drawing& drawing, const LabelState& label) {
+    drawing.motion.penDown = true;
+    PlotPairs(in, drawing, label);
 }
 
 // PA [x, y ...]
-void PlotAbsolute(HPGLRead& reader) {
-    reader.motion.relative = false;
-    PlotPairs(reader);
+void PlotAbsolute(Parameters& in, Drawing& drawing, const LabelState& label) {
+    drawing.motion.relative = false;
+    PlotPairs(in, drawing, label);
 }
 
 // PR [dx, dy ...]
-void PlotRelative(HPGLRead& reader) {
-    reader.motion.relative = true;
-    PlotPairs(reader);
+void PlotRelative(Parameters& in, Drawing& drawing, const LabelState& label) {
+    drawing.motion.relative = true;
+    PlotPairs(in, drawing, label);
 }
 
 }  // namespace handlers

@@ -1,16 +1,21 @@
-// Pen motion: the two moves that everything drawn with the pen goes through.
+// Pen motion: the two moves that everything drawn with the pen goes through, and Drawing, what
+// stands between a coordinate and a drawing operation.
 //
 // Commands PU PD PA PR stand in pen_motion.cpp. While a polygon is recorded both moves store
-// vertices instead of drawing. Tests: tests/interpreter/pen_motion_test.cpp.
+// vertices instead of drawing. Tests: tests/interpreter/vectors_test.cpp.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "common/geometry.h"
+#include "interpreter/attributes/lines.h"
+#include "interpreter/attributes/polygon.h"
+#include "interpreter/coordinates.h"
+#include "interpreter/output.h"
 
 namespace qm {
-
-class HPGLRead;
 
 struct PenMotion {
     PointD penPos;          // current units
@@ -18,17 +23,33 @@ struct PenMotion {
     bool relative = false;  // PR, cleared by PA
 };
 
-// Moves the pen up to `target` (current units). Nothing is sent.
-void MoveTo(HPGLRead& reader, PointD target);
+// The parts of the plotter that vectors pass.
+struct Drawing {
+    explicit Drawing(DrawingOperations& operations) : out(operations) {}
 
-// Draws from the pen position to `target` (current units), clipped to the window when it is on.
-void DrawTo(HPGLRead& reader, PointD target);
+    // Moves the pen up to `target` (current units). Nothing is sent.
+    void MoveTo(PointD target);
+    // Draws from the pen position to `target` (current units), clipped to the window when it is on.
+    void DrawTo(PointD target);
 
-// Sends one segment in plotter units, clipped when the window is on.
-void EmitSegment(HPGLRead& reader, PointI from, PointI to);
+    // Sends one segment in plotter units, clipped when the window is on.
+    void EmitSegment(PointI from, PointI to);
+    // Sends an open run of `count` points in plotter units: whole without a window, else as its
+    // clipped segments. The points may be overwritten by the receiver.
+    void EmitPolyline(std::size_t count, PointI* points);
+    // Sends one filled polygon in plotter units: whole without a window or inside it, else the
+    // contours of its part in the window. The points may be overwritten by the receiver.
+    void EmitFilledPolygon(std::vector<PointI>& points);
 
-// Sends an open run of `count` points in plotter units: whole without a window, else as its clipped
-// segments. The points may be overwritten by the receiver.
-void EmitPolyline(HPGLRead& reader, std::int32_t count, PointI* points);
+    // Ends the current sub-polygon and begins the next at the pen position (PM1; a circle does it
+    // on both sides).
+    void NextSubPolygon();
+
+    CoordinateState coordinates;
+    PenMotion motion;
+    LineState lines;
+    PolygonBuffer polygon;
+    Output out;
+};
 
 }  // namespace qm

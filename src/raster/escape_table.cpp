@@ -12,51 +12,51 @@ namespace e = escapes;
 // clang-format off
 constexpr Escape kEscapes[] = {
     // Transfer
-    {"*b", 'W', e::TransferRow,        "ESC*b#W[data]  a row"},
-    {"*b", 'V', e::TransferPlane,      "ESC*b#V[data]  a plane of a row"},
-    {"*b", 'M', e::CompressionMethod,  "ESC*b#M        0-5, 10"},
-    {"*b", 'Y', e::RasterYOffset,      "ESC*b[+-]#Y    dots"},
+    {"*b", 'W', HandleEscape<e::TransferRow>,        "ESC*b#W[data]  a row"},
+    {"*b", 'V', HandleEscape<e::TransferPlane>,      "ESC*b#V[data]  a plane of a row"},
+    {"*b", 'M', HandleEscape<e::CompressionMethod>,  "ESC*b#M        0-5, 10"},
+    {"*b", 'Y', HandleEscape<e::RasterYOffset>,      "ESC*b[+-]#Y    dots"},
     // Picture
-    {"*r", 'S', e::SourceWidth,        "ESC*r#S        pixels"},
-    {"*r", 'T', e::SourceHeight,       "ESC*r#T        rows"},
-    {"*r", 'U', e::SimpleColour,       "ESC*r#U        -3, -4: planes"},
-    {"*r", 'A', e::Ignore,             "ESC*r#A        start"},
-    {"*r", 'C', e::Ignore,             "ESC*rC         end"},
-    {"*t", 'R', e::Resolution,         "ESC*t#R        dots per inch"},
-    {"*t", 'H', e::DestinationWidth,   "ESC*t#H        decipoints"},
-    {"*t", 'V', e::DestinationHeight,  "ESC*t#V        decipoints"},
-    {"*l", 'O', e::MergeMode,          "ESC*l#O        raster operation 0-255"},
+    {"*r", 'S', HandleEscape<e::SourceWidth>,        "ESC*r#S        pixels"},
+    {"*r", 'T', HandleEscape<e::SourceHeight>,       "ESC*r#T        rows"},
+    {"*r", 'U', HandleEscape<e::SimpleColour>,       "ESC*r#U        -3, -4: planes"},
+    {"*r", 'A', HandleEscape<e::Ignore>,             "ESC*r#A        start"},
+    {"*r", 'C', HandleEscape<e::Ignore>,             "ESC*rC         end"},
+    {"*t", 'R', HandleEscape<e::Resolution>,         "ESC*t#R        dots per inch"},
+    {"*t", 'H', HandleEscape<e::DestinationWidth>,   "ESC*t#H        decipoints"},
+    {"*t", 'V', HandleEscape<e::DestinationHeight>,  "ESC*t#V        decipoints"},
+    {"*l", 'O', HandleEscape<e::MergeMode>,          "ESC*l#O        raster operation 0-255"},
     // Colours
-    {"*v", 'W', e::ConfigureImageData, "ESC*v#W[data]  space, encoding, bits per index..."},
-    {"*v", 'A', e::ColourRed,          "ESC*v#A        first component"},
-    {"*v", 'B', e::ColourGreen,        "ESC*v#B        second component"},
-    {"*v", 'C', e::ColourBlue,         "ESC*v#C        third component"},
-    {"*v", 'I', e::AssignColour,       "ESC*v#I        to index"},
-    {"*v", 'S', e::ForegroundColour,   "ESC*v#S        index"},
-    {"*p", 'P', e::PushPopPalette,     "ESC*p#P        0 push, 1 pop the palette"},
+    {"*v", 'W', HandleEscape<e::ConfigureImageData>, "ESC*v#W[data]  space, encoding, bits per index..."},
+    {"*v", 'A', HandleEscape<e::ColourRed>,          "ESC*v#A        first component"},
+    {"*v", 'B', HandleEscape<e::ColourGreen>,        "ESC*v#B        second component"},
+    {"*v", 'C', HandleEscape<e::ColourBlue>,         "ESC*v#C        third component"},
+    {"*v", 'I', HandleEscape<e::AssignColour>,       "ESC*v#I        to index"},
+    {"*v", 'S', HandleEscape<e::ForegroundColour>,   "ESC*v#S        index"},
+    {"*p", 'P', HandleEscape<e::PushPopPalette>,     "ESC*p#P        0 push, 1 pop the palette"},
     // Position
-    {"*p", 'X', e::CursorX,            "ESC*p[+-]#X    dots or units"},
-    {"*p", 'Y', e::CursorY,            "ESC*p[+-]#Y    dots or units"},
-    {"&a", 'H', e::CursorXDecipoints,  "ESC&a[+-]#H    decipoints"},
-    {"&a", 'V', e::CursorYDecipoints,  "ESC&a[+-]#V    decipoints"},
-    {"&u", 'D', e::PositionUnits,      "ESC&u#D        units per inch"},
+    {"*p", 'X', HandleEscape<e::CursorX>,            "ESC*p[+-]#X    dots or units"},
+    {"*p", 'Y', HandleEscape<e::CursorY>,            "ESC*p[+-]#Y    dots or units"},
+    {"&a", 'H', HandleEscape<e::CursorXDecipoints>,  "ESC&a[+-]#H    decipoints"},
+    {"&a", 'V', HandleEscape<e::CursorYDecipoints>,  "ESC&a[+-]#V    decipoints"},
+    {"&u", 'D', HandleEscape<e::PositionUnits>,      "ESC&u#D        units per inch"},
     // Data that is no part of the picture
-    {"*c", 'W', e::SkipData,           "ESC*c#W[data]  user-defined pattern"},
-    {"*o", 'W', e::SkipData,           "ESC*o#W[data]  driver configuration"},
-    {"&b", 'W', e::SkipData,           "ESC&b#W[data]"},
-    {"&l", 'W', e::SkipData,           "ESC&l#W[data]"},
-    {"&n", 'W', e::SkipData,           "ESC&n#W[data]  alphanumeric identification"},
-    {"&p", 'X', e::SkipData,           "ESC&p#X[data]  transparent print data"},
-    {"(f", 'W', e::SkipData,           "ESC(f#W[data]  symbol set"},
-    {"(s", 'W', e::SkipData,           "ESC(s#W[data]  character"},
-    {")f", 'W', e::SkipData,           "ESC)f#W[data]"},
-    {")s", 'W', e::SkipData,           "ESC)s#W[data]  font"},
+    {"*c", 'W', HandleEscape<e::SkipData>,           "ESC*c#W[data]  user-defined pattern"},
+    {"*o", 'W', HandleEscape<e::SkipData>,           "ESC*o#W[data]  driver configuration"},
+    {"&b", 'W', HandleEscape<e::SkipData>,           "ESC&b#W[data]"},
+    {"&l", 'W', HandleEscape<e::SkipData>,           "ESC&l#W[data]"},
+    {"&n", 'W', HandleEscape<e::SkipData>,           "ESC&n#W[data]  alphanumeric identification"},
+    {"&p", 'X', HandleEscape<e::SkipData>,           "ESC&p#X[data]  transparent print data"},
+    {"(f", 'W', HandleEscape<e::SkipData>,           "ESC(f#W[data]  symbol set"},
+    {"(s", 'W', HandleEscape<e::SkipData>,           "ESC(s#W[data]  character"},
+    {")f", 'W', HandleEscape<e::SkipData>,           "ESC)f#W[data]"},
+    {")s", 'W', HandleEscape<e::SkipData>,           "ESC)s#W[data]  font"},
     // Text commands whose W carries no data; naming one letter names the group
-    {"&d", 'W', e::Ignore,             "ESC&d...       underline"},
-    {"&f", 'W', e::Ignore,             "ESC&f...       macros"},
-    {"&k", 'W', e::Ignore,             "ESC&k...       text modes"},
-    {"&s", 'W', e::Ignore,             "ESC&s...       line wrap"},
-    {"&t", 'W', e::Ignore,             "ESC&t...       text parsing"},
+    {"&d", 'W', HandleEscape<e::Ignore>,             "ESC&d...       underline"},
+    {"&f", 'W', HandleEscape<e::Ignore>,             "ESC&f...       macros"},
+    {"&k", 'W', HandleEscape<e::Ignore>,             "ESC&k...       text modes"},
+    {"&s", 'W', HandleEscape<e::Ignore>,             "ESC&s...       line wrap"},
+    {"&t", 'W', HandleEscape<e::Ignore>,             "ESC&t...       text parsing"},
 };
 // clang-format on
 
@@ -64,7 +64,7 @@ constexpr Escape kEscapes[] = {
 
 EscapeList AllEscapes() { return {kEscapes, sizeof(kEscapes) / sizeof(kEscapes[0])}; }
 
-EscapeHandler FindEscapeHandler(std::uint8_t intro, std::uint8_t group, std::uint8_t letter) {
+EscapeSlot FindEscapeHandler(std::uint8_t intro, std::uint8_t group, std::uint8_t letter) {
     bool named = false;
     for (const Escape& escape : kEscapes) {
         const auto first = static_cast<std::uint8_t>(escape.group[0]);
@@ -73,12 +73,12 @@ EscapeHandler FindEscapeHandler(std::uint8_t intro, std::uint8_t group, std::uin
         named = true;
         if (static_cast<std::uint8_t>(escape.letter) == letter) return escape.handler;
     }
-    return !named && letter == 'W' ? escapes::SkipData : escapes::Ignore;
+    return !named && letter == 'W' ? HandleEscape<e::SkipData> : HandleEscape<e::Ignore>;
 }
 
 namespace escapes {
 
-void Ignore(HPGLRead& /*reader*/, EscapeValue /*value*/) {}
+void Ignore() {}
 
 }  // namespace escapes
 }  // namespace qm

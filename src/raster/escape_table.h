@@ -1,15 +1,16 @@
 // The raster escapes that take a value: which handler acts on which group and letter.
 //
-// A handler gets the value that stood in front of its letter and reads the counted data behind it,
-// if the command has any. Tests: tests/raster/raster_mode_test.cpp.
+// A handler gets the value that stood in front of its letter and the parts of the plotter that its
+// other parameters name; it reads the counted data behind the letter, if the command has any.
+// Tests: tests/raster/raster_mode_test.cpp.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-namespace qm {
+#include "interpreter/plotter.h"
 
-class HPGLRead;
+namespace qm {
 
 // A command's value; absent, it is 0 without a sign.
 struct EscapeValue {
@@ -17,12 +18,17 @@ struct EscapeValue {
     bool hadSign = false;  // makes positions relative
 };
 
-using EscapeHandler = void (*)(HPGLRead&, EscapeValue);
+// A handler as the table holds it.
+using EscapeSlot = void (*)(Plotter&, EscapeValue);
+template <auto kHandler>
+void HandleEscape(Plotter& plotter, EscapeValue value) {
+    CallHandler(kHandler, plotter, value);
+}
 
 struct Escape {
     const char* group;  // the two bytes behind ESC
     char letter;        // upper case
-    EscapeHandler handler;
+    EscapeSlot handler;
     const char* syntax;  // for people
 };
 
@@ -36,46 +42,46 @@ EscapeList AllEscapes();
 
 // The handler of ESC `intro` `group` # `letter` (upper case); never null: commands without effect
 // have one that does nothing. In groups that the table does not name, W is taken for counted data.
-EscapeHandler FindEscapeHandler(std::uint8_t intro, std::uint8_t group, std::uint8_t letter);
+EscapeSlot FindEscapeHandler(std::uint8_t intro, std::uint8_t group, std::uint8_t letter);
 
 namespace escapes {
 
 // escape_table.cpp
-void Ignore(HPGLRead& reader, EscapeValue value);
+void Ignore();
 
 // transfer_escapes.cpp
-void CompressionMethod(HPGLRead& reader, EscapeValue value);
-void RasterYOffset(HPGLRead& reader, EscapeValue value);
-void SkipData(HPGLRead& reader, EscapeValue value);
-void TransferPlane(HPGLRead& reader, EscapeValue value);
-void TransferRow(HPGLRead& reader, EscapeValue value);
+void CompressionMethod(EscapeValue value, RasterState& raster);
+void RasterYOffset(EscapeValue value, RasterState& raster);
+void SkipData(EscapeValue value, InputReader& input);
+void TransferPlane(EscapeValue value, InputReader& input, RasterState& raster,
+                   const PageState& page);
+void TransferRow(EscapeValue value, InputReader& input, RasterState& raster, const JobState& job,
+                 const PageState& page, Drawing& drawing);
 
 // palette_escapes.cpp
-void AssignColour(HPGLRead& reader, EscapeValue value);
-void ColourBlue(HPGLRead& reader, EscapeValue value);
-void ColourGreen(HPGLRead& reader, EscapeValue value);
-void ColourRed(HPGLRead& reader, EscapeValue value);
-void ConfigureImageData(HPGLRead& reader, EscapeValue value);
-void ForegroundColour(HPGLRead& reader, EscapeValue value);
-void PushPopPalette(HPGLRead& reader, EscapeValue value);
-void SimpleColour(HPGLRead& reader, EscapeValue value);
-
-// position_escapes.cpp
-void CursorX(HPGLRead& reader, EscapeValue value);
-void CursorY(HPGLRead& reader, EscapeValue value);
-void CursorXDecipoints(HPGLRead& reader, EscapeValue value);
-void CursorYDecipoints(HPGLRead& reader, EscapeValue value);
-void DestinationHeight(HPGLRead& reader, EscapeValue value);
-void DestinationWidth(HPGLRead& reader, EscapeValue value);
-void PositionUnits(HPGLRead& reader, EscapeValue value);
-void Resolution(HPGLRead& reader, EscapeValue value);
-void SourceHeight(HPGLRead& reader, EscapeValue value);
-void SourceWidth(HPGLRead& reader, EscapeValue value);
+void AssignColour(EscapeValue value, RasterState& raster);
+void ColourBlue(EscapeValue value, RasterState& raster);
+void ColourGreen(EscapeValue value, RasterState& raster);
+void ColourRed(EscapeValue value, RasterState& raster);
+void ConfigureImageData(EscapeValue value, InputReader& input, RasterState& raster);
+void ForegroundColour(EscapeValue value, RasterState& raster);
+void PushPopPalette(EscapeValue value, RasterState& raster);
+void SimpleColour(EscapeValue value, RasterState& raster);
 
 // page_escapes.cpp
-void MergeMode(HPGLRead& reader, EscapeValue value);
+void CursorX(EscapeValue value, RasterState& raster);
+void CursorY(EscapeValue value, RasterState& raster);
+void CursorXDecipoints(EscapeValue value, RasterState& raster);
+void CursorYDecipoints(EscapeValue value, RasterState& raster);
+void DestinationHeight(EscapeValue value, RasterState& raster);
+void DestinationWidth(EscapeValue value, RasterState& raster);
+void MergeMode(EscapeValue value, LineState& lines);
+void PositionUnits(EscapeValue value, RasterState& raster);
+void Resolution(EscapeValue value, RasterState& raster);
+void SourceHeight(EscapeValue value, RasterState& raster);
+void SourceWidth(EscapeValue value, RasterState& raster);
 // ESC E takes no value and stands in no table.
-void PrinterReset(HPGLRead& reader);
+void PrinterReset(PageState& page, LineState& lines, RasterState& raster, Output& out);
 
 }  // namespace escapes
 }  // namespace qm

@@ -1,7 +1,6 @@
 // Escapes that choose the pixel format and make the palette; see escape_table.h.
 #include <algorithm>
 
-#include "interpreter/hpgl_read.h"
 #include "raster/escape_table.h"
 
 namespace qm {
@@ -24,43 +23,40 @@ std::int32_t PixelFormatOf(std::uint8_t encoding, std::uint8_t bitsPerIndex) {
 namespace escapes {
 
 // ESC*v#A ESC*v#B ESC*v#C: the low byte of the value.
-void ColourRed(HPGLRead& reader, EscapeValue value) {
-    reader.raster.components[0] = static_cast<std::uint8_t>(value.number & 255);
+void ColourRed(EscapeValue value, RasterState& raster) {
+    raster.nextColour.red = static_cast<std::uint8_t>(value.number & 255);
 }
-void ColourGreen(HPGLRead& reader, EscapeValue value) {
-    reader.raster.components[1] = static_cast<std::uint8_t>(value.number & 255);
+void ColourGreen(EscapeValue value, RasterState& raster) {
+    raster.nextColour.green = static_cast<std::uint8_t>(value.number & 255);
 }
-void ColourBlue(HPGLRead& reader, EscapeValue value) {
-    reader.raster.components[2] = static_cast<std::uint8_t>(value.number & 255);
+void ColourBlue(EscapeValue value, RasterState& raster) {
+    raster.nextColour.blue = static_cast<std::uint8_t>(value.number & 255);
 }
 
 // ESC*v#I
-void AssignColour(HPGLRead& reader, EscapeValue value) {
-    RasterState& raster = reader.raster;
-    DefineEntry(raster.palette, value.number, raster.components[0], raster.components[1],
-                raster.components[2]);
+void AssignColour(EscapeValue value, RasterState& raster) {
+    DefineEntry(raster.palette, value.number, raster.nextColour);
 }
 
 // ESC*v#S
-void ForegroundColour(HPGLRead& reader, EscapeValue value) {
-    SetForeground(reader.raster.palette, value.number);
+void ForegroundColour(EscapeValue value, RasterState& raster) {
+    SetForeground(raster.palette, value.number);
 }
 
 // ESC*v#W: colour space (not used), pixel encoding mode, bits per index, two bits-per-primary
 // values (not used). Data too short to tell the format changes nothing.
-void ConfigureImageData(HPGLRead& reader, EscapeValue value) {
+void ConfigureImageData(EscapeValue value, InputReader& input, RasterState& raster) {
     std::uint8_t head[3];
     const auto count = static_cast<std::size_t>(std::max(value.number, 0));
     const std::size_t wanted = std::min(count, sizeof(head));
-    if (reader.input.ReadRaw(head, wanted) < sizeof(head)) return;
-    reader.input.SkipRaw(count - wanted);
-    ApplyConfigureDefaults(reader.raster.palette, head[2]);
-    reader.raster.pixelFormat = PixelFormatOf(head[1], head[2]);
+    if (input.ReadRaw(head, wanted) < sizeof(head)) return;
+    input.SkipRaw(count - wanted);
+    ApplyConfigureDefaults(raster.palette, head[2]);
+    raster.pixelFormat = PixelFormatOf(head[1], head[2]);
 }
 
 // ESC*r#U: only the two plane formats have an effect.
-void SimpleColour(HPGLRead& reader, EscapeValue value) {
-    RasterState& raster = reader.raster;
+void SimpleColour(EscapeValue value, RasterState& raster) {
     if (value.number == -3) {
         raster.pixelFormat = kPlanesOfThree;
         SetThreePlanePalette(raster.palette);
@@ -72,8 +68,7 @@ void SimpleColour(HPGLRead& reader, EscapeValue value) {
 
 // ESC*p#P: 0 saves the palette, 1 brings the last saved one back. The foreground colour is no part
 // of it. A full stack saves nothing, an empty one brings nothing.
-void PushPopPalette(HPGLRead& reader, EscapeValue value) {
-    RasterState& raster = reader.raster;
+void PushPopPalette(EscapeValue value, RasterState& raster) {
     auto& saved = raster.savedPalettes;
     if (value.number == 0 && saved.size() < RasterState::kMaxSavedPalettes) {
         saved.push_back(raster.palette);

@@ -1,17 +1,17 @@
 // See picture.h.
 #include "raster/picture.h"
 
-#include <cmath>
+#include <memory>
 #include <utility>
 
+#include "common/numbers.h"
 #include "common/units.h"
-#include "interpreter/hpgl_read.h"
-#include "raster/rows/placement.h"
-#include "raster/rows/rtl_raster.h"
+#include "interpreter/envelopes.h"
+#include "interpreter/pages.h"
+#include "interpreter/pen_motion.h"
+#include "raster/rows/raster_state.h"
 
 namespace qm {
-
-void PictureDeleter::operator()(CRTLRaster* picture) const { delete picture; }
 
 namespace {
 
@@ -33,61 +33,53 @@ PictureFormat FormatOf(std::int32_t pixelFormat, bool byPlane) {
 // A job header may name a page language whose raster data is no part of the plot.
 bool PicturesAreOff(const JobState& job) { return job.jobLanguagePCL && !job.jobLanguageHPGL; }
 
-Placement Place(const HPGLRead& reader, const CRTLRaster& picture) {
-    const RasterState& raster = reader.raster;
-    PlacementInput in;
-    in.resolution = raster.resolution;
-    in.sourceWidth = raster.sourceWidth;
-    in.rows = picture.RowCount();
-    in.destinationWidth = raster.destinationWidth;
-    in.destinationHeight = raster.destinationHeight;
-    in.offsetA = raster.positionA;
-    in.offsetB = raster.positionB;
-    in.plotRotation = reader.coordinates.rotation;
-    in.orientation = reader.page.plotLandscape;
-    in.jobHeader = reader.job.jobLanguageHPGL;
-    in.turn = raster.turn;
-    in.mergeMode = reader.lines.MergeOpcode;
-    return PlacePicture(in);
+// Quirk: pictures under "destination" draw nothing by definition; those under "not source" are left
+// out too, so an inverted picture does not appear.
+bool LeavesNoMark(std::int32_t rasterOperation) {
+    constexpr std::int32_t kDestination = 170;
+    constexpr std::int32_t kNotSource = 51;
+    return rasterOperation == kDestination || rasterOperation == kNotSource;
 }
 
-void SendBitmap(HPGLRead& reader, CRTLRaster& picture, const Placement& place) {
-    picture.SetColours(PictureColours(reader.raster.palette, picture.BitsPerPixel()));
+void SendBitmap(const RasterState& raster, CRTLRaster& picture, const Placement& place,
+                std::int32_t rasterOperation, Output& out) {
+    picture.SetColours(PictureColours(raster.palette, picture.BitsPerPixel()));
     GlobalBlock bitmap = picture.MakeBitmap(place.angle);
-    if (!bitmap) return;
-    reader.page.pageEmpty = false;
-    reader.Raster(place.x0, place.y0, place.x1, place.y1, bitmap.Detach(), 0,
-                  reader.lines.MergeOpcode);
+    if (bitmap) out.Raster(place.box, bitmap.Detach(), rasterOperation);
 }
 
 }  // namespace
 
-CRTLRaster* OpenPicture(HPGLRead& reader, bool byPlane) {
-    RasterState& raster = reader.raster;
-    if (raster.picture || !reader.documentMode) return raster.picture.get();
-    if (raster.sourceWidth == 0) {
-        const double inches = reader.page.plotWidth / kUnitsPerInch;
-        raster.sourceWidth = RoundToInt32(inches * raster.resolution);
+CRTLRaster* OpenPicture(RasterState& raster, const PageState& page, bool byPlane) {
+    if (raster.picture || !raster.documentMode) return raster.picture.get();
+    PictureFrame& frame = raster.frame;
+    if (frame.sourceWidth == 0) {
+        const double inches = page.plotWidth / kUnitsPerInch;
+        frame.sourceWidth = RoundToInt32(inches * frame.resolution);
     }
     const PictureFormat format = FormatOf(raster.pixelFormat, byPlane);
-    raster.picture.reset(new CRTLRaster(raster.sourceWidth, raster.sourceHeight, format.bits,
-                                        format.planes, &raster.budget));
+    raster.picture = std::make_unique<CRTLRaster>(frame.sourceWidth, frame.sourceHeight,
+                                                  format.bits, format.planes, &raster.budget);
     raster.planeIndex = 0;
     return raster.picture.get();
 }
 
-void FinishPicture(HPGLRead& reader) {
-    RasterState& raster = reader.raster;
+void FinishPicture(RasterState& raster, const JobState& job, const PageState& page,
+                   Drawing& drawing) {
     // Taken out of the state first: it is gone however this ends.
     const auto picture = std::move(raster.picture);
     raster.currentRow = 0;
     raster.planeIndex = 0;
     raster.rowBuffer = {};
-    if (!picture || !picture->HasRows() || PicturesAreOff(reader.job)) return;
-    const Placement place = Place(reader, *picture);
-    if (place.visible) SendBitmap(reader, *picture, place);
-    raster.positionA = place.offsetA;
-    raster.positionB = place.offsetB;
+    if (!picture || !picture->HasRows() || PicturesAreOff(job)) return;
+    const Placement place = PlacePicture(
+        raster.frame, picture->RowCount(), raster.cursor,
+        {drawing.coordinates.rotation, page.plotLandscape, job.jobLanguageHPGL, raster.turn});
+    const std::int32_t operation = drawing.lines.MergeOpcode;
+    if (place.visible && !LeavesNoMark(operation)) {
+        SendBitmap(raster, *picture, place, operation, drawing.out);
+    }
+    raster.cursor = place.cursor;
 }
 
 }  // namespace qm

@@ -1,11 +1,12 @@
-// See raster_mode.h. Entry, the loop, escape syntax, leaving.
-#include "interpreter/raster_mode.h"
-#include "common/units.h"
-
+// Raster mode: the loop that reads raster escapes until the plot returns to vectors. Entry point:
+// RunRasterMode (interpreter/plotter.h).
+//
+// The sequences that act stand in escape_table.cpp, one line each; their handlers in the files that
+// escape_table.h names. Tests: tests/raster/raster_mode_test.cpp.
 #include <array>
 #include <cstring>
 
-#include "interpreter/hpgl_read.h"
+#include "common/units.h"
 #include "raster/escape_table.h"
 #include "raster/picture.h"
 
@@ -14,8 +15,6 @@ namespace qm {
 namespace {
 
 constexpr std::int32_t kUniversalExit = -12345;
-constexpr std::int32_t kMaskPenMode = 9;
-constexpr std::int32_t kCopyPenMode = 13;
 
 bool IsLower(std::uint8_t c) { return c >= 'a' && c <= 'z'; }
 
@@ -23,51 +22,49 @@ bool IsLower(std::uint8_t c) { return c >= 'a' && c <= 'z'; }
 
 // The palette follows the pens only when they changed, so that a plot which leaves raster mode for
 // a few vectors finds the colours that it defined there.
-void TakePensAsPalette(HPGLRead& reader) {
-    if (reader.raster.entered && !reader.pens.PaletteChanged) return;
+void TakePensAsPalette(RasterState& raster, PenState& pens) {
+    if (raster.entered && !pens.PaletteChanged) return;
     std::array<std::uint32_t, kPenCount> colours{};
-    for (std::size_t i = 0; i < colours.size(); ++i) colours[i] = reader.pens.PenTable[i].color;
-    LoadFromPens(reader.raster.palette, colours.data(), colours.size());
-    reader.pens.PaletteChanged = false;
+    for (std::size_t i = 0; i < colours.size(); ++i) colours[i] = pens.PenTable[i].colour;
+    LoadFromPens(raster.palette, colours.data(), colours.size());
+    pens.PaletteChanged = false;
 }
 
 // The raster position from the pen's: the inverse of what ESC % 1 B does.
-void TakePenPosition(HPGLRead& reader) {
-    const CoordinateState& c = reader.coordinates;
-    PointD pen = reader.motion.penPos;
+void TakePenPosition(RasterState& raster, const CoordinateState& c, PointD pen) {
     if (c.scaleOn) {
         const PointI units = c.ToPlotter(pen);
         pen = {static_cast<double>(units.x), static_cast<double>(units.y)};
     }
-    RasterState& raster = reader.raster;
-    raster.positionA = RoundToInt32(pen.x * raster.resolution / kUnitsPerInch);
-    raster.positionB = RoundToInt32(-pen.y * raster.resolution / kUnitsPerInch);
+    const std::int32_t resolution = raster.frame.resolution;
+    raster.cursor.down = RoundToInt32(pen.x * resolution / kUnitsPerInch);
+    raster.cursor.across = RoundToInt32(-pen.y * resolution / kUnitsPerInch);
 }
 
 // The raster language's own position is kept from entry to entry. A plot size moves it to the top
 // of the page, once.
-void TakePlotSize(HPGLRead& reader) {
-    PageState& page = reader.page;
-    if (!page.plotSizeGiven || !page.plotLandscape || reader.coordinates.rotation == 0) return;
+void TakePlotSize(RasterState& raster, PageState& page, std::int32_t rotation) {
+    if (!page.plotSizeGiven || !page.plotLandscape || rotation == 0) return;
     // Quirk: dots of the job's resolution are taken for dots of the raster's, also when an escape
     // has changed that.
-    reader.raster.positionB = page.rasterYOffset;
+    raster.cursor.across = page.rasterYOffset;
     page.plotSizeGiven = false;
 }
 
-void Enter(HPGLRead& reader, bool keepPen) {
-    RasterState& raster = reader.raster;
+void Enter(Plotter& plotter, bool keepPen) {
+    RasterState& raster = plotter.raster;
+    const CoordinateState& coordinates = plotter.drawing.coordinates;
     if (!raster.entered) {
-        raster.resolution = reader.job.jobResolution;
-        raster.budget = WorkBudget::ForPlot(reader.GetDataSize());
+        raster.frame.resolution = plotter.job.jobResolution;
+        raster.budget = WorkBudget::ForPlot(plotter.in.input.DataSize());
     }
-    TakePensAsPalette(reader);
+    TakePensAsPalette(raster, plotter.pens);
     raster.entered = true;
-    raster.turn = reader.page.plotLandscape && reader.coordinates.rotation == 0;
+    raster.turn = plotter.page.plotLandscape && coordinates.rotation == 0;
     if (keepPen) {
-        TakePenPosition(reader);
+        TakePenPosition(raster, coordinates, plotter.drawing.motion.penPos);
     } else {
-        TakePlotSize(reader);
+        TakePlotSize(raster, plotter.page, coordinates.rotation);
     }
 }
 
@@ -107,8 +104,8 @@ std::uint8_t ReadValue(InputReader& input, EscapeValue& value) {
 // ESC intro group (value letter)...: a lower-case letter goes on, an upper-case one ends. Where a
 // digit stands in place of the group (fonts: ESC ( 8 U), one value and one letter are the whole
 // sequence.
-void RunGroup(HPGLRead& reader, std::uint8_t intro) {
-    InputReader& input = reader.input;
+void RunGroup(Plotter& plotter, std::uint8_t intro) {
+    InputReader& input = plotter.in.input;
     const std::uint8_t group = input.GetCooked();
     EscapeValue value;
     if (!IsLower(group)) {
@@ -121,7 +118,7 @@ void RunGroup(HPGLRead& reader, std::uint8_t intro) {
     do {
         letter = ReadValue(input, value);
         if (input.Over()) return;
-        FindEscapeHandler(intro, group, FoldToUpper(letter))(reader, value);
+        FindEscapeHandler(intro, group, FoldToUpper(letter))(plotter, value);
     } while (IsLower(letter));
 }
 
@@ -136,21 +133,21 @@ Leave ChangeLanguage(InputReader& input) {
     return Leave::kNo;
 }
 
-Leave RunEscape(HPGLRead& reader, std::uint8_t next) {
+Leave RunEscape(Plotter& plotter, std::uint8_t next) {
     switch (next) {
         case '%':
-            return ChangeLanguage(reader.input);
+            return ChangeLanguage(plotter.in.input);
         case '*':
         case '&':
         case '(':
         case ')':
-            RunGroup(reader, next);
+            RunGroup(plotter, next);
             break;
         case 'E':
-            escapes::PrinterReset(reader);
+            CallHandler(&escapes::PrinterReset, plotter);
             break;
         case kEscape:
-            reader.input.UngetChar();
+            plotter.in.input.UngetChar();
             break;
         default:
             break;  // other two-byte sequences
@@ -161,36 +158,33 @@ Leave RunEscape(HPGLRead& reader, std::uint8_t next) {
 // --- Leaving ------------------------------------------------------------------------------------
 
 // ESC % 1 B: the pen continues where raster mode stopped.
-void GivePositionToPen(HPGLRead& reader) {
-    const RasterState& raster = reader.raster;
-    const CoordinateState& c = reader.coordinates;
-    const double unitsPerDot = kUnitsPerInch / raster.resolution;
-    PointD pen{std::floor(raster.positionA * unitsPerDot + 0.5),
-               std::floor(-(raster.positionB * unitsPerDot) + 0.5)};
-    if (c.scaleOn) {
-        pen = {(pen.x - c.p1.x) / c.scaleX + c.userMinX, (pen.y - c.p1.y) / c.scaleY + c.userMinY};
-    }
-    reader.motion.penPos = pen;
+PointD PenPosition(const RasterState& raster, const CoordinateState& coordinates) {
+    const double unitsPerDot = kUnitsPerInch / raster.frame.resolution;
+    return coordinates.FromPlotter({std::floor(raster.cursor.down * unitsPerDot + 0.5),
+                                    std::floor(-(raster.cursor.across * unitsPerDot) + 0.5)});
 }
 
-void SendMergeMode(HPGLRead& reader) {
-    const std::int32_t merge = reader.lines.MergeOpcode;
-    reader.SetDrawMode(merge == 160 || merge == kMergeMaskPen ? kMaskPenMode : kCopyPenMode);
+// Unlike MC, raster mode takes 160 for a mask too.
+std::int32_t DrawModeOf(std::int32_t merge) {
+    return merge == 160 || merge == kMergeMaskPen ? kMaskPenMode : kCopyPenMode;
 }
 
 }  // namespace
 
-void RunRasterMode(HPGLRead& reader, bool keepPen) {
-    Enter(reader, keepPen);
-    const std::int32_t mergeAtEntry = reader.lines.MergeOpcode;
+void RunRasterMode(Plotter& plotter, bool keepPen) {
+    Enter(plotter, keepPen);
+    InputReader& input = plotter.in.input;
+    Drawing& drawing = plotter.drawing;
+    const std::int32_t mergeAtEntry = drawing.lines.MergeOpcode;
     Leave leave = Leave::kNo;
-    while (leave == Leave::kNo && !reader.input.Over()) {
-        leave = RunEscape(reader, FindEscape(reader.input));
+    while (leave == Leave::kNo && !input.Over()) leave = RunEscape(plotter, FindEscape(input));
+    FinishPicture(plotter.raster, plotter.job, plotter.page, drawing);
+    if (leave == Leave::kYesWithPosition) {
+        drawing.motion.penPos = PenPosition(plotter.raster, drawing.coordinates);
     }
-    FinishPicture(reader);
-    if (leave == Leave::kYesWithPosition) GivePositionToPen(reader);
     // Detection draws nothing, so nothing is told about drawing either.
-    if (reader.lines.MergeOpcode != mergeAtEntry && !reader.detecting) SendMergeMode(reader);
+    const std::int32_t merge = drawing.lines.MergeOpcode;
+    if (merge != mergeAtEntry && !plotter.detecting) drawing.out.SetDrawMode(DrawModeOf(merge));
 }
 
 }  // namespace qm

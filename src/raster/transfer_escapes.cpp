@@ -1,10 +1,8 @@
 // Escapes that transfer rows; see escape_table.h.
 #include <algorithm>
 
-#include "interpreter/hpgl_read.h"
 #include "raster/escape_table.h"
 #include "raster/picture.h"
-#include "raster/rows/rtl_raster.h"
 #include "raster/rows/transfer_blocks.h"
 
 namespace qm {
@@ -31,15 +29,13 @@ std::size_t DataBytes(EscapeValue value) {
 
 // The counted data behind a transfer: where it lies in the input block, or, when it runs past the
 // block, gathered in the row buffer. Shorter than counted when the input ends.
-ByteSpan ReadData(HPGLRead& reader, EscapeValue value) {
-    InputReader& input = reader.input;
+ByteSpan ReadData(EscapeValue value, InputReader& input, std::vector<std::uint8_t>& buffer) {
     const std::size_t count = DataBytes(value);
     const std::uint8_t* from = input.Cursor();
     if (from < input.Limit() && count <= static_cast<std::size_t>(input.Limit() - from)) {
         input.Advance(from + count);
         return {from, count};
     }
-    std::vector<std::uint8_t>& buffer = reader.raster.rowBuffer;
     ReaderSource source(input);
     ReadCounted(source, value.number, buffer);
     return {buffer.data(), buffer.size()};
@@ -52,32 +48,29 @@ RowShare ShareOf(const RasterState& raster) {
     return {static_cast<std::size_t>(raster.planeIndex) * plane, plane};
 }
 
-void AddPlainRows(HPGLRead& reader, CRTLRaster& picture, std::int64_t count) {
-    RasterState& raster = reader.raster;
-    ReaderSource source(reader.input);
+void AddPlainRows(std::int64_t count, InputReader& input, RasterState& raster) {
+    ReaderSource source(input);
     if (raster.pixelFormat != kOneBit) {
         SkipCounted(source, count);
         return;
     }
     const PlainBlockResult block =
-        AddPlainBlock(source, count, picture, raster.currentRow, ShareOf(raster));
+        AddPlainBlock(source, count, *raster.picture, raster.currentRow, ShareOf(raster));
     raster.currentRow = block.nextRow;
-    if (block.valid) picture.SetHeight(block.rows);
+    if (block.valid) raster.picture->SetHeight(block.rows);
 }
 
-void AddAdaptiveRows(HPGLRead& reader, CRTLRaster& picture, std::int64_t count) {
-    RasterState& raster = reader.raster;
-    ReaderSource source(reader.input);
+void AddAdaptiveRows(std::int64_t count, InputReader& input, RasterState& raster) {
+    ReaderSource source(input);
     raster.currentRow =
-        AddAdaptiveBlock(source, count, picture, raster.currentRow, ShareOf(raster));
+        AddAdaptiveBlock(source, count, *raster.picture, raster.currentRow, ShareOf(raster));
 }
 
 // A row that cannot be stored counts all the same.
-void AddOneRow(HPGLRead& reader, CRTLRaster& picture, EscapeValue value) {
-    RasterState& raster = reader.raster;
+void AddOneRow(EscapeValue value, InputReader& input, RasterState& raster) {
     const RowShare share = ShareOf(raster);
-    const ByteSpan data = ReadData(reader, value);
-    picture.AddRow(raster.currentRow, data, raster.method, share.offset, share.count, true);
+    const ByteSpan data = ReadData(value, input, raster.rowBuffer);
+    raster.picture->AddRow(raster.currentRow, data, raster.method, share.offset, share.count, true);
     if (raster.currentRow < INT32_MAX) ++raster.currentRow;
 }
 
@@ -86,42 +79,44 @@ void AddOneRow(HPGLRead& reader, CRTLRaster& picture, EscapeValue value) {
 namespace escapes {
 
 // ESC*b#M
-void CompressionMethod(HPGLRead& reader, EscapeValue value) { reader.raster.method = value.number; }
+void CompressionMethod(EscapeValue value, RasterState& raster) { raster.method = value.number; }
 
 // ESC*b#Y; in an open picture too it moves the position only, not the row.
-void RasterYOffset(HPGLRead& reader, EscapeValue value) {
-    std::int32_t& position = reader.raster.positionA;
-    position = value.hadSign ? WrapAdd(position, value.number) : value.number;
+void RasterYOffset(EscapeValue value, RasterState& raster) {
+    std::int32_t& down = raster.cursor.down;
+    down = value.hadSign ? WrapAdd(down, value.number) : value.number;
 }
 
 // Commands whose data means nothing here.
-void SkipData(HPGLRead& reader, EscapeValue value) { reader.input.SkipRaw(DataBytes(value)); }
+void SkipData(EscapeValue value, InputReader& input) { input.SkipRaw(DataBytes(value)); }
 
 // ESC*b#V: one plane; the row goes on.
-void TransferPlane(HPGLRead& reader, EscapeValue value) {
-    CRTLRaster* picture = OpenPicture(reader, true);
-    if (picture == nullptr) return SkipData(reader, value);
-    RasterState& raster = reader.raster;
+void TransferPlane(EscapeValue value, InputReader& input, RasterState& raster,
+                   const PageState& page) {
+    CRTLRaster* picture = OpenPicture(raster, page, true);
+    if (picture == nullptr) return SkipData(value, input);
     const RowShare share = ShareOf(raster);
-    const ByteSpan data = ReadData(reader, value);
+    const ByteSpan data = ReadData(value, input, raster.rowBuffer);
     picture->AddRow(raster.currentRow, data, raster.method, share.offset, share.count, false);
     raster.planeIndex = WrapAdd(raster.planeIndex, 1);
 }
 
 // ESC*b#W: a row or its last plane, or a block of rows.
-void TransferRow(HPGLRead& reader, EscapeValue value) {
-    CRTLRaster* picture = OpenPicture(reader, false);
-    if (picture == nullptr) return SkipData(reader, value);
-    RasterState& raster = reader.raster;
+void TransferRow(EscapeValue value, InputReader& input, RasterState& raster, const JobState& job,
+                 const PageState& page, Drawing& drawing) {
+    CRTLRaster* picture = OpenPicture(raster, page, false);
+    if (picture == nullptr) return SkipData(value, input);
     if (raster.method == kPlainBlock) {
-        AddPlainRows(reader, *picture, value.number);
+        AddPlainRows(value.number, input, raster);
     } else if (raster.method == kAdaptive) {
-        AddAdaptiveRows(reader, *picture, value.number);
+        AddAdaptiveRows(value.number, input, raster);
     } else {
-        AddOneRow(reader, *picture, value);
+        AddOneRow(value, input, raster);
     }
     raster.planeIndex = 0;
-    if (picture->Height() > 0 && raster.currentRow >= picture->Height()) FinishPicture(reader);
+    if (picture->Height() > 0 && raster.currentRow >= picture->Height()) {
+        FinishPicture(raster, job, page, drawing);
+    }
 }
 
 }  // namespace escapes

@@ -62,7 +62,7 @@ void AppendBitmap(std::string& line, const void* data, std::size_t size) {
 
 OperationRecorder::OperationRecorder(Source source, std::uint32_t dataSize, Sink sink)
     : source_(std::move(source)), dataSize_(dataSize), sink_(std::move(sink)) {
-    documentMode = true;
+    EnterDocumentMode();
 }
 
 void OperationRecorder::Record() {
@@ -173,7 +173,7 @@ void OperationRecorder::SetLineWidth(std::int32_t width) {
     Begin("SetLineWidth").Add(width).Done();
 }
 
-void OperationRecorder::SetColor(std::uint32_t color) { Begin("SetColor").AddHex(color, 6).Done(); }
+void OperationRecorder::SetColor(std::uint32_t colour) { Begin("SetColor").AddHex(colour, 6).Done(); }
 
 int OperationRecorder::ReportProgress(std::int32_t /*percent*/) { return 1; }
 

@@ -45,7 +45,7 @@ class OperationRecorder : public HPGLRead {
     void SetLineStyle(std::int32_t style) override;
     void SetPen(std::int32_t pen) override;
     void SetLineWidth(std::int32_t width) override;
-    void SetColor(std::uint32_t color) override;
+    void SetColor(std::uint32_t colour) override;
     int ReportProgress(std::int32_t percent) override;
     void Raster(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, void* bitmap,
                 std::int32_t flag, std::int32_t rop) override;

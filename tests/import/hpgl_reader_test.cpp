@@ -147,20 +147,17 @@ INSTANTIATE_TEST_SUITE_P(Operations, BuilderTest, testing::Values(
 INSTANTIATE_TEST_SUITE_P(Pages, BuilderTest, testing::Values(
     Row{"pages start clean, but a searchable document stays one",
         [](HPGLReader& r) {
-            r.coordinates.rotation = 90;
             r.SetPen(3);
             r.SetFrameOffset(50);
             r.BeginLabelExtent("", 0.0, 0, 0);
             r.Raster(0, 0, 1, 1, SmallPicture(), 0, 204);
             r.EndPage(1);
-            r.coordinates.rotation = 0;
             r.Line(0, 0, 1, 1);
         },
         {"block1 AppendLayer 3", "block1 AppendPen 3", "block1 AppendDib 0 -50 1 -49 52 204 2x1x1 crc32=0F04182A",
          "document AddChild \"Page 1\" container1 0", "layers1 AddLayer 3 \"Layer no.: 3\" 0x000000 1",
          "pentable1 AddPen 3 0xFFFFFFFF -1.0 0xFFFFFFFF", "container1 PutAttribute \"Default\" true 0",
          "container1 PutAttribute \"UseBitmapPrinting\" true 0", "container1 PutAttribute \"SearchAble\" true 0",
-         "container1 PutAttribute \"InitialRotation\" 90.0 0",
          "block2 AppendLine 0 0 1 1", "document AddChild \"Page 2\" container2 0",
          "container2 PutAttribute \"SearchAble\" true 0", "pages 2"}},
     Row{"empty pages are counted, so that no page is the default one",

@@ -80,12 +80,12 @@ TEST(Envelopes, PjlLinesTellResolutionAndLanguage) {
 TEST(Envelopes, OnlyTheStartOfALongPjlLineIsKept) {
     for (const std::size_t before : {84U, 85U}) {  // 98 bytes hold 13 of "LANGUAGE=HPGL" behind 85
         PlotReader reader(std::string(before, 'x') + "language=hpgl\n");
-        ReadPjlLine(reader.input, reader.job, false);
-        EXPECT_TRUE(reader.job.jobLanguageHPGL);
+        ReadPjlLine(reader.input, reader.State().job, false);
+        EXPECT_TRUE(reader.State().job.jobLanguageHPGL);
     }
     PlotReader reader(std::string(86, 'x') + "language=hpgl\n");
-    ReadPjlLine(reader.input, reader.job, false);
-    EXPECT_FALSE(reader.job.jobLanguageHPGL);
+    ReadPjlLine(reader.input, reader.State().job, false);
+    EXPECT_FALSE(reader.State().job.jobLanguageHPGL);
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ TEST_P(Reals, AreReadAlikeInsideABlockAndAcrossItsEdge) {
         PlotReader reader(std::string(InputReader::kBlockSize - before, ' ') + row.text +
                           "          ");
         double value = -99.0;
-        ASSERT_TRUE(reader.GetRealParam(value)) << before;
+        ASSERT_TRUE(reader.in.GetRealParam(value)) << before;
         EXPECT_EQ(value, row.value) << before;
         EXPECT_EQ(std::signbit(value), std::signbit(row.value));
         EXPECT_EQ(reader.input.GetCooked(), row.next) << before;
@@ -56,10 +56,10 @@ TEST(Lexer, WhatIsNoNumberStaysUnread) {
     for (const char* text : {"P", ";", "!", "/", ":", "\x1B", "\x80"}) {
         PlotReader reader(std::string(" ,,") + text + "        ");
         double value = 7.0;
-        EXPECT_FALSE(reader.GetRealParam(value));
+        EXPECT_FALSE(reader.in.GetRealParam(value));
         EXPECT_EQ(value, 7.0);
-        EXPECT_EQ(reader.GetIntParam(), kAbsentInt);
-        EXPECT_EQ(reader.GetShortParam(), kAbsentShort);
+        EXPECT_EQ(reader.in.GetIntParam(), kAbsentInt);
+        EXPECT_EQ(reader.in.GetShortParam(), kAbsentShort);
         EXPECT_EQ(reader.input.GetCooked(), static_cast<std::uint8_t>(*text));
     }
 }
@@ -72,8 +72,8 @@ TEST(Lexer, IntegersWrapAndAreCutTo16Bits) {
     } rows[] = {{"-12,", -12, -12},          {"70000;", 70000, 4464}, {"+;", 0, 0},
                 {"-32768;", -32768, -32768}, {"1.5;", 1, 1},          {"4294967298;", 2, 2}};
     for (const auto& row : rows) {
-        EXPECT_EQ(PlotReader(row.text).GetIntParam(), row.whole) << row.text;
-        EXPECT_EQ(PlotReader(row.text).GetShortParam(), row.cut) << row.text;
+        EXPECT_EQ(PlotReader(row.text).in.GetIntParam(), row.whole) << row.text;
+        EXPECT_EQ(PlotReader(row.text).in.GetShortParam(), row.cut) << row.text;
     }
 }
 
@@ -100,8 +100,8 @@ TEST(Lexer, EscapeValuesKeepWhetherASignWasGiven) {
 TEST(Lexer, ANumberOfAMillionDigitsEnds) {
     const std::string digits(1000000, '9');
     double value = 0.0;
-    EXPECT_TRUE(PlotReader(digits + ";").GetRealParam(value));
-    EXPECT_TRUE(PlotReader("0." + digits + ";").GetRealParam(value));
+    EXPECT_TRUE(PlotReader(digits + ";").in.GetRealParam(value));
+    EXPECT_TRUE(PlotReader("0." + digits + ";").in.GetRealParam(value));
     EXPECT_NEAR(value, 1.0, 1e-12);
 }
 
@@ -133,11 +133,11 @@ TEST(Lexer, AnAbortNeverDrawsWhatThePlotDoesNotSay) {
 
 TEST(Lexer, MissingParametersLeaveTheirSlots) {
     PlotReader reader("1,2,3;4;");
-    EXPECT_EQ(reader.GetParams(3), 3);
+    EXPECT_EQ(reader.in.GetParams(3), 3);
     reader.input.GetCooked();
-    EXPECT_EQ(reader.GetParams(3), 1);
-    EXPECT_EQ(reader.params[0], 4.0);
-    EXPECT_EQ(reader.params[2], 3.0);
+    EXPECT_EQ(reader.in.GetParams(3), 1);
+    EXPECT_EQ(reader.in.slots[0], 4.0);
+    EXPECT_EQ(reader.in.slots[2], 3.0);
 }
 
 }  // namespace

@@ -47,9 +47,9 @@ TEST(Pages, PlotSize) {
     for (const auto& row : rows) {
         PlotReader reader(row.plot);
         reader.Interpret();
-        EXPECT_EQ(reader.page.plotLength, row.length) << row.plot;
-        EXPECT_EQ(reader.page.plotLandscape, row.landscape) << row.plot;
-        EXPECT_EQ(reader.page.rasterYOffset, row.offset) << row.plot;
+        EXPECT_EQ(reader.State().page.plotLength, row.length) << row.plot;
+        EXPECT_EQ(reader.State().page.plotLandscape, row.landscape) << row.plot;
+        EXPECT_EQ(reader.State().page.rasterYOffset, row.offset) << row.plot;
     }
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "interpreter/plotter.h"
 #include "trace/operation_recorder.h"
 
 namespace qm {
@@ -24,6 +25,10 @@ class PlotReader : public OperationRecorder {
               },
               static_cast<std::uint32_t>(plot.size()),
               [this](std::string_view line) { lines.emplace_back(line); }) {}
+
+    using HPGLRead::State;
+    Parameters& in = State().in;
+    InputReader& input = in.input;
 
     int ReportProgress(std::int32_t percent) override {
         progress.push_back(percent);

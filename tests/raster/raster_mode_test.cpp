@@ -2,8 +2,6 @@
 //
 // Most plots run at 1016 dots per inch, so that a dot is a plotter unit, and behind a job header,
 // which makes pictures stand upright with their top left corner at the raster position.
-#include "interpreter/raster_mode.h"
-
 #include <gtest/gtest.h>
 
 #include "raster/escape_table.h"
@@ -391,9 +389,9 @@ TEST(RasterMode, CutAnywhereItEnds) {
     for (std::size_t size = 0; size < plot.size(); ++size) {
         EXPECT_NE(Ops(plot.substr(0, size)).find("result "), std::string::npos) << size;
         PlotReader detection(plot.substr(0, size));
-        detection.documentMode = false;
+        detection.State().raster.documentMode = false;
         detection.Detect();
-        EXPECT_TRUE(detection.page.pageEmpty) << size;
+        EXPECT_TRUE(detection.State().drawing.out.PageEmpty()) << size;
     }
 }
 
@@ -404,19 +402,19 @@ TEST(RasterMode, AbortEndsItAndFinishesThePicture) {
     reader.abortAt = 50;
     reader.Interpret();
     EXPECT_TRUE(reader.input.aborted);
-    EXPECT_EQ(reader.raster.picture, nullptr);
-    EXPECT_FALSE(reader.page.pageEmpty);
+    EXPECT_EQ(reader.State().raster.picture, nullptr);
+    EXPECT_FALSE(reader.State().drawing.out.PageEmpty());
     EXPECT_EQ(reader.progress.back(), 50);
 }
 
 TEST(RasterMode, OutsideDocumentModeEverythingIsReadAndNothingMade) {
     PlotReader reader(kStart + kEight + "\033%1BPD9,9;");
-    reader.documentMode = false;
+    reader.State().raster.documentMode = false;
     reader.Interpret();
-    EXPECT_EQ(reader.motion.penPos.x, 9.0);
-    EXPECT_EQ(reader.raster.picture, nullptr);
-    EXPECT_EQ(reader.raster.currentRow, 0);
-    EXPECT_EQ(reader.raster.sourceWidth, 8);
+    EXPECT_EQ(reader.State().drawing.motion.penPos.x, 9.0);
+    EXPECT_EQ(reader.State().raster.picture, nullptr);
+    EXPECT_EQ(reader.State().raster.currentRow, 0);
+    EXPECT_EQ(reader.State().raster.frame.sourceWidth, 8);
 }
 
 TEST(RasterMode, DetectionReadsOverRasterData) {
@@ -444,10 +442,10 @@ TEST(RasterMode, ClaimsCostNothing) {
 TEST(RasterMode, PicturesStopWhenTheBudgetIsSpent) {
     for (const std::int64_t bytes : {100, 1000}) {
         PlotReader reader(kStart + kEight);
-        reader.raster.entered = true;
-        reader.raster.budget = WorkBudget(bytes);
+        reader.State().raster.entered = true;
+        reader.State().raster.budget = WorkBudget(bytes);
         reader.Interpret();
-        EXPECT_EQ(reader.page.pageEmpty, bytes == 100);
+        EXPECT_EQ(reader.State().drawing.out.PageEmpty(), bytes == 100);
     }
 }
 

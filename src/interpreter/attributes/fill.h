@@ -5,17 +5,12 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
-
-#include "common/geometry.h"
 
 namespace qm {
 
-class HPGLRead;
-
 struct FillState {
-    std::int32_t FillType =
-        1;  // 1, 2 solid; 3 hatch; 4 cross-hatch; 10 shading; 11 user pattern; others solid
+    // 1, 2 solid; 3 hatch; 4 cross-hatch; 10 shading; 11 user pattern; others solid.
+    std::int32_t FillType = 1;
     std::int32_t HatchSpacing = 0;    // plotter units
     std::int32_t HatchAngle = 0;      // degrees
     std::int32_t ShadingLevel = 100;  // percent of ink for type 10
@@ -24,9 +19,5 @@ struct FillState {
     // Rectangles by RA and PE show only their outline for these types.
     bool DrawsRectangleOutline() const { return FillType == 11 || FillType == 22; }
 };
-
-// Sends one filled polygon in plotter units: whole without a window or inside it, else the contours
-// of its part in the window. The points may be overwritten by the receiver.
-void EmitFilledPolygon(HPGLRead& reader, std::vector<PointI>& points);
 
 }  // namespace qm

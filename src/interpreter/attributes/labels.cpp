@@ -8,7 +8,8 @@
 #include "common/units.h"
 #include "interpreter/attributes/stroke_font.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/pen_motion.h"
 
 namespace qm {
 
@@ -16,8 +17,6 @@ namespace {
 
 // Characters kept of one label; the rest is read and lost.
 constexpr std::size_t kMaxLabelLength = 256;
-constexpr char kLineFeed = 10;
-constexpr char kCarriageReturn = 13;
 constexpr int kShiftIn = 15;  // the one code that takes no room
 
 // A character cell is this many character widths wide, the gap to the next included.
@@ -94,26 +93,27 @@ GlyphTransform::GlyphTransform(const LabelState& label)
 
 namespace {
 
-// Draws the glyph of `code` as solid lines through the pen moves; in polygon mode they become
-// vertices. The pen position stays. Codes without a glyph go through the line attributes all the
-// same.
+// Draws a glyph as solid lines through the pen moves; in polygon mode they become vertices. The pen
+// position stays. Codes without a glyph (null) go through the line attributes all the same.
 // Quirk: the line type is restored, the dash pattern is not; it stays solid until the next LT.
-void DrawGlyph(HPGLRead& reader, const GlyphTransform& transform, int code, PointD origin) {
-    const std::int32_t lineType = reader.lines.EmittedLineType;
-    const PointD pen = reader.motion.penPos;
-    SendLineType(reader, 0);
-    SendPattern(reader, 1.0, -1);
-    GlyphCursor cursor(StrokeGlyph(code, reader.label.CurrentCharSet));
+void DrawGlyph(Drawing& drawing, const GlyphTransform& transform, const unsigned char* glyph,
+               PointD origin) {
+    LineState& lines = drawing.lines;
+    const std::int32_t lineType = lines.EmittedLineType;
+    const PointD pen = drawing.motion.penPos;
+    lines.SendLineType(0, drawing.out);
+    lines.SendPattern(1.0, -1, drawing.out);
+    GlyphCursor cursor(glyph);
     while (const auto stroke = cursor.Next()) {
         const PointD target = transform.At(origin, stroke->x, stroke->y);
         if (stroke->down) {
-            DrawTo(reader, target);
+            drawing.DrawTo(target);
         } else {
-            MoveTo(reader, target);
+            drawing.MoveTo(target);
         }
     }
-    SendLineType(reader, lineType);
-    reader.motion.penPos = pen;
+    lines.SendLineType(lineType, drawing.out);
+    drawing.motion.penPos = pen;
 }
 
 // Reads up to the terminator into `text` (room for kMaxLabelLength bytes); returns how many are
@@ -132,44 +132,44 @@ std::size_t ReadLabelText(InputReader& input, const LabelState& label, char* tex
 }
 
 // Draws `count` characters from the pen position on; returns where a further one would stand.
-PointD DrawCharacters(HPGLRead& reader, const char* text, std::size_t count) {
-    const LabelState& label = reader.label;
+PointD DrawCharacters(const LabelState& label, Drawing& drawing, const char* text,
+                      std::size_t count) {
     const PointD advance = AdvanceVector(label);
     const GlyphTransform transform(label);
-    PointD origin = reader.motion.penPos + LabelOriginOffset(label, count);
+    PointD origin = drawing.motion.penPos + LabelOriginOffset(label, count);
     for (std::size_t i = 0; i < count; ++i) {
         const int code = MapCharacter(static_cast<std::uint8_t>(text[i]), label.CurrentCharSet);
-        DrawGlyph(reader, transform, code, origin);
+        DrawGlyph(drawing, transform, StrokeGlyph(code, label.CurrentCharSet), origin);
         if (code != kShiftIn) origin = origin + advance;
     }
     return origin;
 }
 
 // A piece of a label as the builder's text element; text[count] must be 0.
-PointD DrawPiece(HPGLRead& reader, const char* text, std::size_t count) {
-    reader.BeginLabelExtent(text, 0.0, TruncateToInt32(reader.label.CharHeight), 0);
-    const PointD end = DrawCharacters(reader, text, count);
-    reader.EndLabelExtent(text);
+PointD DrawPiece(const LabelState& label, Drawing& drawing, const char* text, std::size_t count) {
+    drawing.out.BeginLabelExtent(text, TruncateToInt32(label.CharHeight));
+    const PointD end = DrawCharacters(label, drawing, text, count);
+    drawing.out.EndLabelExtent(text);
     return end;
 }
 
 // Draws a label line by line and leaves the pen behind its last character.
 // Quirk: that holds behind a closing CR or LF as well, whose own move is lost.
 // The line ends in `text` (room for length + 1) are overwritten, so that each piece ends in a zero.
-void DrawLabel(HPGLRead& reader, char* text, std::size_t length) {
-    PointD& pen = reader.motion.penPos;
+void DrawLabel(const LabelState& label, Drawing& drawing, char* text, std::size_t length) {
+    PointD& pen = drawing.motion.penPos;
     PointD origin = pen;
     PointD lineStart = pen;
     char* const end = text + length;
     const auto isLineEnd = [](char c) { return c == kCarriageReturn || c == kLineFeed; };
     while (text < end) {
         char* const pieceEnd =
-            reader.label.TransparentData == 0 ? std::find_if(text, end, isLineEnd) : end;
+            label.TransparentData == 0 ? std::find_if(text, end, isLineEnd) : end;
         const char control = pieceEnd == end ? '\0' : *pieceEnd;
         *pieceEnd = '\0';
-        origin = DrawPiece(reader, text, static_cast<std::size_t>(pieceEnd - text));
+        origin = DrawPiece(label, drawing, text, static_cast<std::size_t>(pieceEnd - text));
         if (control == kLineFeed) {
-            const PointD lineFeed = LineFeedVector(reader.label);
+            const PointD lineFeed = LineFeedVector(label);
             lineStart = lineStart - lineFeed;
             pen = origin - lineFeed;
         } else if (control == kCarriageReturn) {
@@ -182,36 +182,36 @@ void DrawLabel(HPGLRead& reader, char* text, std::size_t length) {
 
 }  // namespace
 
-void DrawSymbol(HPGLRead& reader) {
-    const LabelState& label = reader.label;
+void DrawSymbol(const LabelState& label, Drawing& drawing) {
     const PointD half{label.CharWidth / 2.0, label.CharHeight / 2.0};
-    DrawGlyph(reader, GlyphTransform(label), label.SymbolChar, reader.motion.penPos - half);
+    DrawGlyph(drawing, GlyphTransform(label), StrokeGlyph(label.SymbolChar, label.CurrentCharSet),
+              drawing.motion.penPos - half);
 }
 
 namespace handlers {
 
 // LB text terminator
-void Label(HPGLRead& reader) {
-    const LabelState& label = reader.label;
-    if (label.StrokeWeight != kPenStrokeWeight) reader.SetLineWidth(label.StrokeWeight);
+void Label(InputReader& input, const LabelState& label, Drawing& drawing) {
+    Output& out = drawing.out;
+    if (label.StrokeWeight != kPenStrokeWeight) out.SetLineWidth(label.StrokeWeight);
     std::array<char, kMaxLabelLength + 1> text;
-    const std::size_t length = ReadLabelText(reader.input, label, text.data());
-    DrawLabel(reader, text.data(), length);
-    reader.SetLineWidth(reader.lines.EmittedWidth);
+    const std::size_t length = ReadLabelText(input, label, text.data());
+    DrawLabel(label, drawing, text.data(), length);
+    out.SetLineWidth(drawing.lines.EmittedWidth);
 }
 
 // CP [spaces, lines]; otherwise one line feed. Only the pen position changes, no vertex is
 // recorded. Quirk: a positive number of lines moves along the line-feed vector, CP alone against
 // it.
-void CharacterPlot(HPGLRead& reader) {
-    const PointD lineFeed = LineFeedVector(reader.label);
-    PointD& pen = reader.motion.penPos;
-    if (reader.GetParams(2) != 2) {
-        pen = pen - lineFeed;
+void CharacterPlot(Parameters& in, const LabelState& label, PenMotion& motion) {
+    const PointD lineFeed = LineFeedVector(label);
+    PointD count;
+    if (!in.GetPoint(count)) {
+        motion.penPos = motion.penPos - lineFeed;
         return;
     }
-    pen = pen + (Scaled(AdvanceVector(reader.label), reader.params[0]) +
-                 Scaled(lineFeed, reader.params[1]));
+    motion.penPos =
+        motion.penPos + (Scaled(AdvanceVector(label), count.x) + Scaled(lineFeed, count.y));
 }
 
 }  // namespace handlers

@@ -12,7 +12,7 @@
 
 namespace qm {
 
-class HPGLRead;
+struct Drawing;
 
 // The stroke weight (SD kind 6) that leaves label strokes the width of the pen.
 inline constexpr std::int32_t kPenStrokeWeight = 9999;
@@ -22,8 +22,7 @@ struct LabelState {
     bool PrintTerminator = false;  // DT mode 0: the terminator is drawn too
     double CharWidth = 60.0;       // current units
     double CharHeight = 120.0;
-    double LabelAngle = 0.0;     // radians
-    PointD direction{1.0, 0.0};  // cosine and sine of LabelAngle
+    PointD direction{1.0, 0.0};  // cosine and sine of the label's angle
     double SlantTangent = 0.0;
     std::int32_t TextPath = 0;  // DV
     double CharSpacingFactor = 1.0;
@@ -36,7 +35,6 @@ struct LabelState {
     std::int32_t StrokeWeight = 0;     // sent as the width of label strokes unless kPenStrokeWeight
     std::uint8_t SymbolChar = 0;       // 0: symbol mode off
     std::int32_t TransparentData = 0;  // non-zero: CR and LF in a label are characters
-    std::int32_t LabelMode = 0;        // stored only
 };
 
 // From one character's origin to the next one's, in current units.
@@ -75,6 +73,6 @@ class GlyphTransform {
 
 // Draws the symbol-mode character about the pen position, which stays. The character's code is not
 // mapped.
-void DrawSymbol(HPGLRead& reader);
+void DrawSymbol(const LabelState& label, Drawing& drawing);
 
 }  // namespace qm

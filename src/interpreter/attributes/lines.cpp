@@ -1,4 +1,4 @@
-// See lines.h. Handlers: LT UL LA MC PP PT.
+// See lines.h. Handlers: LT UL LA MC PT.
 #include "interpreter/attributes/lines.h"
 
 #include <cmath>
@@ -6,7 +6,8 @@
 #include "common/numbers.h"
 #include "common/units.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/output.h"
 
 namespace qm {
 
@@ -44,46 +45,43 @@ std::int32_t ClampTruncated(double value, std::int32_t low) {
     return value >= kHighest ? kHighest : TruncateToInt32(value);
 }
 
-void SendWidth(HPGLRead& reader, std::int32_t width) {
-    if (width == reader.lines.EmittedWidth) return;
-    reader.SetLineWidth(width);
-    reader.lines.EmittedWidth = width;
+void LineState::SendWidth(std::int32_t width, Output& out) {
+    if (width == EmittedWidth) return;
+    out.SetLineWidth(width);
+    EmittedWidth = width;
 }
 
-void SendLineType(HPGLRead& reader, std::int32_t code) {
-    if (code == reader.lines.EmittedLineType) return;
-    reader.SetLineStyle(code);
-    reader.lines.EmittedLineType = code;
+void LineState::SendLineType(std::int32_t code, Output& out) {
+    if (code == EmittedLineType) return;
+    out.SetLineStyle(code);
+    EmittedLineType = code;
 }
 
 // Quirk: the stored length is compared with the new mask's numeric value, not with the new length,
 // so nearly every call is sent.
-void SendPattern(HPGLRead& reader, double length, std::int32_t mask) {
-    LineState& lines = reader.lines;
-    if (mask == lines.EmittedPatternBits && lines.EmittedPatternLength == mask) return;
-    reader.SetPatternLength(TruncateToInt32(std::ceil(length * 8.0)),
-                            static_cast<std::uint32_t>(mask));
-    lines.EmittedPatternBits = mask;
-    lines.EmittedPatternLength = length;
+void LineState::SendPattern(double length, std::int32_t mask, Output& out) {
+    if (mask == EmittedPatternBits && EmittedPatternLength == mask) return;
+    out.SetPatternLength(TruncateToInt32(std::ceil(length * 8.0)), mask);
+    EmittedPatternBits = mask;
+    EmittedPatternLength = length;
 }
 
-void ResetLineAttributes(HPGLRead& reader) {
-    SendWidth(reader, 0);
-    SendPattern(reader, 1.0, -1);
-    SendLineType(reader, 0);
+void LineState::Reset(Output& out) {
+    SendWidth(0, out);
+    SendPattern(1.0, kSolidLine.mask, out);
+    SendLineType(0, out);
 }
 
 namespace {
 
 // The gaps of a user-defined type; with mode 1 the pattern is stretched to `length` millimetres.
-void SendUserLineType(HPGLRead& reader, const UserLineType& type, double length,
-                      std::int32_t mode) {
+void SendUserLineType(const UserLineType& type, double length, std::int32_t mode, Output& out) {
     std::array<std::int32_t, 20> gaps = type.values;
     if (length > 0.0 && mode == 1 && type.total != 0) {
         const double factor = length / kMillimetresPerInch * kUnitsPerInch / type.total;
         for (std::int32_t& gap : gaps) gap = TruncateToInt32(gap * factor);
     }
-    reader.SetLineType(type.count, gaps.data());
+    out.SetLineType(type.count, gaps.data());
 }
 
 // Style bits of the output's line attributes.
@@ -98,14 +96,13 @@ std::int32_t LineStyleBits(const LineState& lines) {
 void StoreLineAttribute(LineState& lines, std::int32_t kind, std::int32_t value) {
     if (kind == 1) lines.lineEnds = value;
     if (kind == 2) lines.lineJoins = value;
-    if (kind == 3) lines.miterLimit = value;
 }
 
 // LT without a type, and LT99: a solid pattern with an earlier style code.
-void SendPlainLineType(HPGLRead& reader, std::int32_t code) {
-    reader.lines.LineTypeNumber = code;
-    SendLineType(reader, code);
-    SendPattern(reader, 1.0, kSolidLine.mask);
+void SendPlainLineType(LineState& lines, std::int32_t code, Output& out) {
+    lines.LineTypeNumber = code;
+    lines.SendLineType(code, out);
+    lines.SendPattern(1.0, kSolidLine.mask, out);
 }
 
 }  // namespace
@@ -113,38 +110,36 @@ void SendPlainLineType(HPGLRead& reader, std::int32_t code) {
 namespace handlers {
 
 // LT [type [, length [, mode [, pattern length]]]]; 99 brings the saved type back.
-void LineType(HPGLRead& reader) {
-    LineState& lines = reader.lines;
-    const std::int32_t type = reader.GetShortParam();
+void LineType(Parameters& in, LineState& lines, Output& out) {
+    const std::int32_t type = in.GetShortParam();
     if (type == kAbsentShort) {
         // Quirk: what LT99 brings back is the mark of the missing number, not the type before.
         lines.SavedLineType = kAbsentShort;
-        return SendPlainLineType(reader, 0);
+        return SendPlainLineType(lines, 0, out);
     }
-    if (type == 99) return SendPlainLineType(reader, lines.SavedLineType);
+    if (type == 99) return SendPlainLineType(lines, lines.SavedLineType, out);
     lines.LineTypeNumber = type;
     double length = 0.0;
     std::int32_t mode = 0;
-    if (reader.GetRealParam(length)) mode = reader.GetShortParam();
+    if (in.GetRealParam(length)) mode = in.GetShortParam();
     const std::int32_t number = type < 0 ? -type : type;
     if (lines.UserLineTypeDefined(number)) {
         lines.EmittedLineType = number;  // Quirk: as if it had been sent as a style code
-        return SendUserLineType(reader, lines.UserLineTypes[static_cast<std::size_t>(number)],
-                                length, mode);
+        return SendUserLineType(lines.UserLineTypes[static_cast<std::size_t>(number)], length, mode,
+                                out);
     }
     const PredefinedLineType line = FindPredefinedLineType(number);
     // Quirk: the length given second only stretches user-defined types; a fourth number is the
     // pattern's length.
     double patternLength = 1.0;
-    reader.GetRealParam(patternLength);
-    SendLineType(reader, line.style);
-    SendPattern(reader, patternLength, line.mask);
+    in.GetRealParam(patternLength);
+    lines.SendLineType(line.style, out);
+    lines.SendPattern(patternLength, line.mask, out);
 }
 
 // UL [index [, gap ...]]; the first 19 gaps count. Without an index all types become undefined.
-void UserDefinedLineType(HPGLRead& reader) {
-    LineState& lines = reader.lines;
-    const std::int32_t given = reader.GetShortParam();
+void UserDefinedLineType(Parameters& in, LineState& lines) {
+    const std::int32_t given = in.GetShortParam();
     if (given == kAbsentShort) {
         lines.UserLineTypes.fill({});
         return;
@@ -152,7 +147,7 @@ void UserDefinedLineType(HPGLRead& reader) {
     UserLineType type;
     type.defined = true;
     double gap = 0.0;
-    while (reader.GetRealParam(gap)) {
+    while (in.GetRealParam(gap)) {
         if (type.count == UserLineType::kMaxGaps) continue;
         const std::int32_t value = TruncateToInt32(gap);
         type.values[static_cast<std::size_t>(type.count++)] = value;
@@ -162,42 +157,31 @@ void UserDefinedLineType(HPGLRead& reader) {
     if (index < lines.UserLineTypes.size()) lines.UserLineTypes[index] = type;
 }
 
-// LA [kind, value ...]: kind 1 ends, 2 joins, 3 miter limit.
-void LineAttributes(HPGLRead& reader) {
-    LineState& lines = reader.lines;
-    std::int16_t kind = reader.GetShortParam();
+// LA [kind, value ...]: kind 1 ends, 2 joins; 3, the miter limit, has no effect.
+void LineAttributes(Parameters& in, LineState& lines, Output& out) {
+    std::int16_t kind = in.GetShortParam();
     if (kind == kAbsentShort) {
         lines.lineEnds = 1;
         lines.lineJoins = 1;
-        lines.miterLimit = 5;
     }
     while (kind != kAbsentShort) {
-        StoreLineAttribute(lines, kind, reader.GetShortParam());
-        kind = reader.GetShortParam();
+        StoreLineAttribute(lines, kind, in.GetShortParam());
+        kind = in.GetShortParam();
     }
-    reader.SetLineAttributes(LineStyleBits(lines));
+    out.SetLineAttributes(LineStyleBits(lines));
 }
 
 // MC [mode [, opcode]]
-void MergeControl(HPGLRead& reader) {
-    std::int32_t& opcode = reader.lines.MergeOpcode;
-    opcode = 0;
-    if (reader.GetShortParam() == 1) {
-        const std::int16_t given = reader.GetShortParam();
-        opcode = given == kAbsentShort ? kMergeMaskPen : given;
-    }
-    constexpr std::int32_t kMaskPen = 9;
-    constexpr std::int32_t kCopyPen = 13;
-    reader.SetDrawMode(opcode == kMergeMaskPen ? kMaskPen : kCopyPen);
+void MergeControl(Parameters& in, LineState& lines, Output& out) {
+    std::int32_t& opcode = lines.MergeOpcode;
+    opcode = in.GetShortParam() == 1 ? in.GetShortOr(kMergeMaskPen) : 0;
+    out.SetDrawMode(opcode == kMergeMaskPen ? kMaskPenMode : kCopyPenMode);
 }
 
-// PP [mode]: read and dropped.
-void PixelPlacement(HPGLRead& reader) { reader.GetShortParam(); }
-
 // PT [thickness]: read and dropped.
-void PenThickness(HPGLRead& reader) {
+void PenThickness(Parameters& in) {
     double thickness = 0.0;
-    reader.GetRealParam(thickness);
+    in.GetRealParam(thickness);
 }
 
 }  // namespace handlers

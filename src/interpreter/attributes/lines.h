@@ -1,7 +1,7 @@
 // Lines: predefined and user-defined line types, line ends and joins, merge control, and the change
 // filters through which width, line type and pattern reach the output.
 //
-// Commands LT UL LA MC PP PT stand in lines.cpp. Tests:
+// Commands LT UL LA MC PT stand in lines.cpp. Tests:
 // tests/interpreter/attributes/lines_test.cpp.
 #pragma once
 
@@ -10,12 +10,15 @@
 
 namespace qm {
 
-class HPGLRead;
+class Output;
 
 // Merge-control opcodes that change what is drawn.
 inline constexpr std::int32_t kMergeNoDraw = 170;        // pen-down moves draw nothing
 inline constexpr std::int32_t kMergeNoRectangles = 165;  // RA and RR draw nothing
 inline constexpr std::int32_t kMergeMaskPen = 168;       // the default opcode of MC1
+// Draw modes of the output.
+inline constexpr std::int32_t kMaskPenMode = 9;
+inline constexpr std::int32_t kCopyPenMode = 13;
 
 // A predefined line type as the output takes it.
 struct PredefinedLineType {
@@ -48,8 +51,14 @@ struct LineState {
 
     std::int32_t lineEnds = 1;
     std::int32_t lineJoins = 1;
-    std::int32_t miterLimit = 5;   // stored, not otherwise used
     std::int32_t MergeOpcode = 0;  // also set by the raster escapes
+
+    // Change filters: each sends its value only when it differs from what was sent last.
+    void SendWidth(std::int32_t width, Output& out);
+    void SendLineType(std::int32_t code, Output& out);
+    void SendPattern(double length, std::int32_t mask, Output& out);
+    // Width 0, a solid pattern and line type 0, through the filters: what a page starts with.
+    void Reset(Output& out);
 
     // True when UL defined the type; false for numbers outside 0 to 8.
     bool UserLineTypeDefined(std::int32_t number) const {
@@ -61,13 +70,5 @@ struct LineState {
 std::int32_t ClampTruncated(double value, std::int32_t low);
 // A pen's width as the output takes it: 0 to 10000, truncated.
 inline std::int32_t ClampWidth(double width) { return ClampTruncated(width, 0); }
-
-// Change filters: each sends its value only when it differs from what was sent last.
-void SendWidth(HPGLRead& reader, std::int32_t width);
-void SendLineType(HPGLRead& reader, std::int32_t code);
-void SendPattern(HPGLRead& reader, double length, std::int32_t mask);
-
-// Width 0, a solid pattern and line type 0, through the filters: what a page starts with.
-void ResetLineAttributes(HPGLRead& reader);
 
 }  // namespace qm

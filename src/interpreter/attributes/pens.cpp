@@ -1,20 +1,23 @@
-// See pens.h. Handlers: SP PW WU PC NP CR TR.
+// See pens.h. Handlers: SP PW WU PC CR TR.
 #include "interpreter/attributes/pens.h"
 
 #include <algorithm>
 
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/attributes/lines.h"
+#include "interpreter/coordinates.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/output.h"
 
 namespace qm {
 
-PenState::PenState() { ResetColors(); }
+PenState::PenState() { ResetColours(); }
 
-void PenState::ResetColors() {
+void PenState::ResetColours() {
     for (std::int32_t i = 0; i < kPenCount; ++i) {
-        PenTable[static_cast<std::size_t>(i)].color = DefaultPenColor(i);
+        PenTable[static_cast<std::size_t>(i)].colour = DefaultPenColour(i);
     }
 }
 
@@ -23,51 +26,47 @@ void PenState::SetWidths(double width) {
 }
 
 void PenState::UpdateWhitePen() {
-    WhitePenSuppressed = Transparency && Get(CurrentPen).color == kWhite;
+    WhitePenSuppressed = Transparency && Get(CurrentPen).colour == kWhite;
 }
 
 Pen PenState::Get(std::int32_t pen) const {
     return pen >= 0 && pen < kPenCount ? PenTable[static_cast<std::size_t>(pen)] : Pen{};
 }
 
-void SelectPen(HPGLRead& reader, std::int32_t pen) {
+void PenState::Select(std::int32_t pen, LineState& lines, Output& out) {
     if (pen == kAbsentShort) pen = 0;
     if (pen >= kPenCount) pen = (pen - 1) % 255 + 1;
-    reader.pens.CurrentPen = pen;
-    const Pen entry = reader.pens.Get(pen);
-    SendWidth(reader, ClampWidth(entry.width));
-    reader.SetColor(entry.color);
-    const LineState& lines = reader.lines;
+    CurrentPen = pen;
+    const Pen entry = Get(pen);
+    lines.SendWidth(ClampWidth(entry.width), out);
+    out.SetColor(entry.colour);
     if (!lines.UserLineTypeDefined(lines.LineTypeNumber)) {
-        reader.SetLineStyle(lines.EmittedLineType);
+        out.SetLineStyle(lines.EmittedLineType);
         // Quirk: the factor is 4 here and 8 in the change filter.
-        reader.SetPatternLength(TruncateToInt32(4.0 * lines.EmittedPatternLength),
-                                static_cast<std::uint32_t>(lines.EmittedPatternBits));
+        out.SetPatternLength(TruncateToInt32(4.0 * lines.EmittedPatternLength),
+                             lines.EmittedPatternBits);
     }
-    reader.SetLineWidth(lines.EmittedWidth);
-    reader.SetPen(pen);
-    reader.pens.UpdateWhitePen();
+    out.SetLineWidth(lines.EmittedWidth);
+    out.SetPen(pen);
+    UpdateWhitePen();
 }
 
 namespace {
 
 // The colour of PC's three components; without the first one `otherwise`, a missing further one is
 // 0.
-std::uint32_t ReadColor(HPGLRead& reader, std::uint32_t otherwise) {
+std::uint32_t ReadColour(Parameters& in, const PenState& pens, std::uint32_t otherwise) {
     std::array<double, 3> components{};
-    if (!reader.GetRealParam(components[0])) return otherwise;
-    reader.GetRealParam(components[1]);
-    reader.GetRealParam(components[2]);
-    std::uint32_t color = 0;
-    for (std::size_t i = 0; i < components.size(); ++i) {
-        color |= std::uint32_t{ColorByte(components[i], reader.pens.colorRange[i])} << (8 * i);
-    }
-    return color;
+    if (!in.GetRealParam(components[0])) return otherwise;
+    in.GetRealParam(components[1]);
+    in.GetRealParam(components[2]);
+    const auto byte = [&](std::size_t i) { return ColourByte(components[i], pens.colourRange[i]); };
+    return Colour{byte(0), byte(1), byte(2)}.ToBgr();
 }
 
 }  // namespace
 
-std::uint8_t ColorByte(double component, ColorRange range) {
+std::uint8_t ColourByte(double component, ColorRange range) {
     std::int32_t value = 0;
     if (range.black >= range.range) {
         // Quirk: a range that is no longer than its black reference counts as inverted. Without any
@@ -83,17 +82,18 @@ std::uint8_t ColorByte(double component, ColorRange range) {
 namespace handlers {
 
 // SP [pen]
-void SelectPen(HPGLRead& reader) { qm::SelectPen(reader, reader.GetShortParam()); }
+void SelectPen(Parameters& in, PenState& pens, LineState& lines, Output& out) {
+    pens.Select(in.GetShortParam(), lines, out);
+}
 
 // PW [width [, pen]]; without a pen all of them, without a width all to 0.
-void PenWidth(HPGLRead& reader) {
-    PenState& pens = reader.pens;
+void PenWidth(Parameters& in, const CoordinateState& coordinates, PenState& pens, LineState& lines,
+              Output& out) {
     double width = 0.0;
-    if (reader.GetRealParam(width)) {
+    if (in.GetRealParam(width)) {
         // Quirk: a relative width of 1 is one thousandth of the distance, not one hundredth.
-        width *=
-            pens.WidthUnitRelative ? reader.coordinates.p1p2Distance / 1000.0 : kUnitsPerMillimetre;
-        const std::int16_t pen = reader.GetShortParam();
+        width *= pens.WidthUnitRelative ? coordinates.p1p2Distance / 1000.0 : kUnitsPerMillimetre;
+        const std::int16_t pen = in.GetShortParam();
         if (pen == kAbsentShort) {
             pens.SetWidths(width);
         } else if (pen >= 0 && pen < kPenCount) {
@@ -102,58 +102,51 @@ void PenWidth(HPGLRead& reader) {
     } else {
         pens.SetWidths(0.0);
     }
-    SendWidth(reader, ClampWidth(pens.Get(pens.CurrentPen).width));
+    lines.SendWidth(ClampWidth(pens.Get(pens.CurrentPen).width), out);
 }
 
 // WU [mode]: 0 millimetres, 1 relative. Quirk: only WU without a mode clears the widths; none is
 // sent.
-void PenWidthUnit(HPGLRead& reader) {
-    const std::int16_t mode = reader.GetShortParam();
-    if (mode == kAbsentShort) reader.pens.SetWidths(0.0);
-    if (mode == kAbsentShort || mode == 0) reader.pens.WidthUnitRelative = false;
-    if (mode == 1) reader.pens.WidthUnitRelative = true;
+void PenWidthUnit(Parameters& in, PenState& pens) {
+    const std::int16_t mode = in.GetShortParam();
+    if (mode == kAbsentShort) pens.SetWidths(0.0);
+    if (mode == kAbsentShort || mode == 0) pens.WidthUnitRelative = false;
+    if (mode == 1) pens.WidthUnitRelative = true;
 }
 
 // PC [pen [, red, green, blue]]; without components the pen's default colour, without a pen all
 // defaults. Quirk: only a PC that names the current pen is sent.
-void PenColor(HPGLRead& reader) {
-    PenState& pens = reader.pens;
+void PenColour(Parameters& in, PenState& pens, Output& out) {
     pens.PaletteChanged = true;
-    const std::int16_t pen = reader.GetShortParam();
-    if (pen == kAbsentShort) return pens.ResetColors();
+    const std::int16_t pen = in.GetShortParam();
+    if (pen == kAbsentShort) return pens.ResetColours();
     if (pen < 0 || pen >= kPenCount) return;
-    const std::uint32_t color = ReadColor(reader, DefaultPenColor(pen));
-    pens.PenTable[static_cast<std::size_t>(pen)].color = color;
+    const std::uint32_t colour = ReadColour(in, pens, DefaultPenColour(pen));
+    pens.PenTable[static_cast<std::size_t>(pen)].colour = colour;
     if (pen != pens.CurrentPen) return;
-    reader.SetColor(color);
+    out.SetColor(colour);
     pens.UpdateWhitePen();
 }
 
-// NP [count]
-void NumberOfPens(HPGLRead& reader) {
-    const std::int16_t count = reader.GetShortParam();
-    reader.pens.NumberOfPens = count == kAbsentShort ? kPenCount : count;
-}
-
 // CR [black, white of red, of green, of blue]; with fewer than six numbers nothing changes.
-void ColorRange(HPGLRead& reader) {
+void ColorRange(Parameters& in, PenState& pens) {
     std::array<double, 6> references{};
     for (double& reference : references) {
-        if (!reader.GetRealParam(reference)) return;
+        if (!in.GetRealParam(reference)) return;
     }
-    for (std::size_t i = 0; i < reader.pens.colorRange.size(); ++i) {
+    for (std::size_t i = 0; i < pens.colourRange.size(); ++i) {
         const std::int32_t black = ClampTruncated(references[2 * i], 0);
         const std::int32_t white = ClampTruncated(references[2 * i + 1], black);
-        reader.pens.colorRange[i] = {black, white - black};
+        pens.colourRange[i] = {black, white - black};
     }
 }
 
 // TR [mode]: absent or 1 makes white transparent, 0 does not.
-void TransparencyMode(HPGLRead& reader) {
-    const std::int16_t mode = reader.GetShortParam();
-    if (mode != kAbsentShort && mode != 0 && mode != 1) return;
-    reader.pens.Transparency = mode != 0;
-    reader.pens.UpdateWhitePen();
+void TransparencyMode(Parameters& in, PenState& pens) {
+    const std::int16_t mode = in.GetShortOr(1);
+    if (mode != 0 && mode != 1) return;
+    pens.Transparency = mode != 0;
+    pens.UpdateWhitePen();
 }
 
 }  // namespace handlers

@@ -3,7 +3,8 @@
 
 #include "common/numbers.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/pen_motion.h"
 
 namespace qm {
 
@@ -40,30 +41,29 @@ void PolygonBuffer::Clear() {
     subPolygonNumber = 0;
 }
 
-void NextSubPolygon(HPGLRead& reader) {
-    PolygonBuffer& polygon = reader.polygon;
-    polygon.Close(reader.motion.penDown);
-    polygon.subPolygonNumber = WrapAdd(polygon.subPolygonNumber, 1);
-    polygon.Start(reader.motion.penPos);
+void PolygonBuffer::StartNext(PointD pen) {
+    subPolygonNumber = WrapAdd(subPolygonNumber, 1);
+    Start(pen);
 }
 
 namespace handlers {
 
 // PM [n]: 0 begins a polygon, 1 its next sub-polygon, 2 ends it and puts the pen back to where it
 // began.
-void PolygonMode(HPGLRead& reader) {
-    PolygonBuffer& polygon = reader.polygon;
-    const std::int16_t step = reader.GetShortParam();
-    if (step == 0 || step == kAbsentShort) {
+void PolygonMode(Parameters& in, Drawing& drawing) {
+    PolygonBuffer& polygon = drawing.polygon;
+    PenMotion& motion = drawing.motion;
+    const std::int16_t step = in.GetShortOr(0);
+    if (step == 0) {
         polygon.subPolygonNumber = 0;
-        polygon.Start(reader.motion.penPos);
-        polygon.savedPenDown = reader.motion.penDown;
+        polygon.Start(motion.penPos);
+        polygon.savedPenDown = motion.penDown;
     } else if (step == 1 && polygon.mode) {
-        NextSubPolygon(reader);
+        drawing.NextSubPolygon();
     } else if (step == 2 && polygon.mode) {
-        polygon.Close(reader.motion.penDown);
-        reader.motion.penPos = polygon.startPoint;
-        reader.motion.penDown = polygon.savedPenDown;
+        polygon.Close(motion.penDown);
+        motion.penPos = polygon.startPoint;
+        motion.penDown = polygon.savedPenDown;
     }
 }
 

@@ -11,8 +11,6 @@
 
 namespace qm {
 
-class HPGLRead;
-
 struct PolygonVertex {
     PointD point;  // current units, as the pen moved
     std::int32_t subPolygon = 0;
@@ -31,6 +29,8 @@ class PolygonBuffer {
     // Begins recording at `pen`; sub-polygon 0 starts afresh with the pen position as its first
     // vertex.
     void Start(PointD pen);
+    // Begins recording the sub-polygon behind the current one.
+    void StartNext(PointD pen);
     // Ends recording. Quirk: only sub-polygon 0 is closed by an added vertex.
     void Close(bool penDown);
     // Forgets all vertices.
@@ -45,9 +45,5 @@ class PolygonBuffer {
   private:
     bool startFixed_ = false;  // the start point is fixed
 };
-
-// Ends the current sub-polygon and begins the next at the pen position (PM1; a circle does it on
-// both sides).
-void NextSubPolygon(HPGLRead& reader);
 
 }  // namespace qm

@@ -4,28 +4,20 @@
 #include <vector>
 
 #include "common/numbers.h"
+#include "interpreter/arcs.h"
+#include "interpreter/attributes/fill.h"
 #include "interpreter/handlers.h"
-#include "interpreter/hpgl_read.h"
+#include "interpreter/lexer.h"
+#include "interpreter/pen_motion.h"
 
 namespace qm {
 
 namespace {
 
-using RectangleOperation = void (DrawingOperations::*)(std::int32_t, std::int32_t, std::int32_t,
-                                                       std::int32_t);
-
 // A rectangle from the pen, which stays, to `corner` (current units); never clipped.
-void SendRectangle(HPGLRead& reader, RectangleOperation operation, PointD corner) {
-    const PointI from = reader.coordinates.ToPlotter(reader.motion.penPos);
-    const PointI to = reader.coordinates.ToPlotter(corner);
-    reader.page.pageEmpty = false;
-    (reader.*operation)(from.x, from.y, to.x, to.y);
-}
-
-bool ReadPoint(HPGLRead& reader, PointD& point) {
-    if (reader.GetParams(2) < 2) return false;
-    point = {reader.params[0], reader.params[1]};
-    return true;
+BoxI RectangleTo(PointD corner, const Drawing& drawing) {
+    const CoordinateState& c = drawing.coordinates;
+    return {c.ToPlotter(drawing.motion.penPos), c.ToPlotter(corner)};
 }
 
 // A one-bit pattern of RF.
@@ -63,52 +55,48 @@ namespace handlers {
 
 // RA x, y: filled with the pen's colour, whatever the fill type; only its outline where
 // DrawsRectangleOutline. Quirk: forgets the polygon, as EA does; RR and ER do not.
-void FillRectangleAbsolute(HPGLRead& reader) {
+void FillRectangleAbsolute(Parameters& in, Drawing& drawing, const FillState& fill) {
     PointD corner;
-    if (!ReadPoint(reader, corner)) return;
-    reader.polygon.Clear();
-    if (reader.lines.MergeOpcode == kMergeNoRectangles) return;
-    SendRectangle(reader,
-                  reader.fill.DrawsRectangleOutline() ? &DrawingOperations::Rectangle
-                                                      : &DrawingOperations::FilledRectangle,
-                  corner);
+    if (!in.GetPoint(corner)) return;
+    drawing.polygon.Clear();
+    if (drawing.lines.MergeOpcode == kMergeNoRectangles) return;
+    const BoxI box = RectangleTo(corner, drawing);
+    if (fill.DrawsRectangleOutline()) return drawing.out.Rectangle(box);
+    drawing.out.FilledRectangle(box);
 }
 
 // RR dx, dy. Quirk: unlike RA filled for every fill type.
-void FillRectangleRelative(HPGLRead& reader) {
+void FillRectangleRelative(Parameters& in, Drawing& drawing) {
     PointD offset;
-    if (!ReadPoint(reader, offset)) return;
-    if (reader.lines.MergeOpcode == kMergeNoRectangles) return;
-    SendRectangle(reader, &DrawingOperations::FilledRectangle, reader.motion.penPos + offset);
+    if (!in.GetPoint(offset)) return;
+    if (drawing.lines.MergeOpcode == kMergeNoRectangles) return;
+    drawing.out.FilledRectangle(RectangleTo(drawing.motion.penPos + offset, drawing));
 }
 
 // EA x, y
-void EdgeRectangleAbsolute(HPGLRead& reader) {
+void EdgeRectangleAbsolute(Parameters& in, Drawing& drawing) {
     PointD corner;
-    if (!ReadPoint(reader, corner)) return;
-    reader.polygon.Clear();
-    SendRectangle(reader, &DrawingOperations::Rectangle, corner);
+    if (!in.GetPoint(corner)) return;
+    drawing.polygon.Clear();
+    drawing.out.Rectangle(RectangleTo(corner, drawing));
 }
 
 // ER dx, dy
-void EdgeRectangleRelative(HPGLRead& reader) {
+void EdgeRectangleRelative(Parameters& in, Drawing& drawing) {
     PointD offset;
-    if (!ReadPoint(reader, offset)) return;
-    SendRectangle(reader, &DrawingOperations::Rectangle, reader.motion.penPos + offset);
+    if (!in.GetPoint(offset)) return;
+    drawing.out.Rectangle(RectangleTo(drawing.motion.penPos + offset, drawing));
 }
 
 // WG radius, start, sweep [, chord]: a filled sector about the pen, which stays.
-void FillWedge(HPGLRead& reader) {
-    if (reader.GetParams(3) < 3) return;
-    const double radius = reader.params[0];
-    const ArcSteps arc =
-        CutArc(reader.params[1] * kRadiansPerDegree, reader.params[2] * kRadiansPerDegree);
+void FillWedge(Parameters& in, Drawing& drawing) {
+    if (in.GetParams(3) < 3) return;
+    const double radius = in.slots[0];
+    const ArcSteps arc = CutArc(in.slots[1] * kRadiansPerDegree, in.slots[2] * kRadiansPerDegree);
     if (arc.count < 0) return;
-    const PointD centre = reader.motion.penPos;
+    const PointD centre = drawing.motion.penPos;
     std::vector<PointI> points;
-    const auto add = [&points, &reader](PointD p) {
-        points.push_back(reader.coordinates.ToPlotter(p));
-    };
+    const auto add = [&](PointD p) { points.push_back(drawing.coordinates.ToPlotter(p)); };
     add(centre);
     double angle = arc.start;
     add(PointOnCircle(centre, radius, angle));
@@ -118,22 +106,22 @@ void FillWedge(HPGLRead& reader) {
     }
     add(PointOnCircle(centre, radius, arc.start + arc.sweep));
     add(centre);
-    EmitFilledPolygon(reader, points);
+    drawing.EmitFilledPolygon(points);
 }
 
 // RF index, width, height, pixel ...: a pattern of 0 (no ink) and 1; missing pixels are 0. One of
 // more than FillPattern::kMaxBytes is read and dropped.
-void RasterFillDefinition(HPGLRead& reader) {
-    const std::int16_t index = reader.GetShortParam();
+void RasterFillDefinition(Parameters& in, Output& out) {
+    const std::int16_t index = in.GetShortParam();
     if (index == kAbsentShort) return;
-    const std::int32_t width = reader.GetShortParam();
-    const std::int32_t height = reader.GetShortParam();
+    const std::int32_t width = in.GetShortParam();
+    const std::int32_t height = in.GetShortParam();
     if (width <= 0 || height <= 0) return;
     FillPattern pattern(width, height);
     // Once no number follows none ever will, whatever the dimensions promise.
     const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     for (std::size_t i = 0; i < pixels; ++i) {
-        const std::int16_t value = reader.GetShortParam();
+        const std::int16_t value = in.GetShortParam();
         if (value == kAbsentShort) break;
         if (value > 0 && pattern.Allocated()) {
             pattern.SetInk(i % static_cast<std::size_t>(width),
@@ -142,12 +130,11 @@ void RasterFillDefinition(HPGLRead& reader) {
     }
     if (!pattern.Allocated()) return;
     pattern.Invert();
-    reader.DefineFillPattern(index, width, height, static_cast<std::int32_t>(pattern.Bits().size()),
-                             pattern.Bits().data());
+    out.DefineFillPattern(index, width, height, pattern.Bits());
 }
 
 // AC [x, y]: read and dropped; patterns are not anchored.
-void AnchorCorner(HPGLRead& reader) { reader.GetParams(2); }
+void AnchorCorner(Parameters& in) { in.GetParams(2); }
 
 }  // namespace handlers
 }  // namespace qm

@@ -35,6 +35,8 @@ constexpr PaletteEntry kConfigured[] = {
 };
 // clang-format on
 
+PaletteEntry EntryOf(Colour colour) { return {colour.blue, colour.green, colour.red, 0}; }
+
 bool IsIndex(std::int32_t index) {
     return index >= 0 && index < static_cast<std::int32_t>(kPaletteEntries);
 }
@@ -44,18 +46,14 @@ bool IsIndex(std::int32_t index) {
 void LoadFromPens(RasterPalette& palette, const std::uint32_t* colours, std::size_t count) {
     const std::size_t entries = std::min(count, kPaletteEntries);
     for (std::size_t i = 0; i < entries; ++i) {
-        const std::uint32_t colour = colours[i];
-        palette.entries[i] = {static_cast<std::uint8_t>(colour >> 16),
-                              static_cast<std::uint8_t>(colour >> 8),
-                              static_cast<std::uint8_t>(colour), 0};
+        palette.entries[i] = EntryOf(Colour::FromBgr(colours[i]));
     }
 }
 
-void DefineEntry(RasterPalette& palette, std::int32_t index, std::uint8_t red, std::uint8_t green,
-                 std::uint8_t blue) {
+void DefineEntry(RasterPalette& palette, std::int32_t index, Colour colour) {
     if (!IsIndex(index)) return;
     const auto i = static_cast<std::size_t>(index);
-    palette.entries[i] = {blue, green, red, 0};
+    palette.entries[i] = EntryOf(colour);
     palette.defined[i] = true;
     palette.anyDefined = true;
 }

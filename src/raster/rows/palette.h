@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "common/colour.h"
 #include "common/packed_bitmap.h"
 
 namespace qm {
@@ -28,8 +29,7 @@ struct RasterPalette {
 void LoadFromPens(RasterPalette& palette, const std::uint32_t* colours, std::size_t count);
 
 // ESC*v#I: defines an entry; indexes outside 0 to 255 are ignored.
-void DefineEntry(RasterPalette& palette, std::int32_t index, std::uint8_t red, std::uint8_t green,
-                 std::uint8_t blue);
+void DefineEntry(RasterPalette& palette, std::int32_t index, Colour colour);
 
 // ESC*v#S: the entry at `index` becomes the foreground colour; outside 0 to 255 ignored.
 void SetForeground(RasterPalette& palette, std::int32_t index);

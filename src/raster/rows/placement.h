@@ -7,40 +7,48 @@
 
 #include <cstdint>
 
+#include "common/geometry.h"
+
 namespace qm {
 
-struct PlacementInput {
-    double resolution = 300.0;       // dots per inch
-    std::int32_t sourceWidth = 0;    // dots
-    std::int32_t rows = 0;           // rows stored
-    double destinationWidth = 0.0;   // decipoints (1/720 inch); 0 = not set
-    double destinationHeight = 0.0;  // decipoints; 0 = not set; counts only beside a width
-    std::int32_t offsetA = 0;        // dots: raster y, the offset that ESC*b#Y sets
-    std::int32_t offsetB = 0;        // dots: raster x, the other position value
-    std::int32_t plotRotation = 0;   // degrees, as RO left it
-    bool orientation = false;        // the plot size is wider than high
-    bool jobHeader = false;          // a job header named the language
-    bool turn = false;               // orientation on and RO 0 when raster mode was entered
-    std::int32_t mergeMode = 0;      // raster operation
-    double pageOriginY = 0.0;        // plotter units
+// The raster position in dots. `down` is raster y, the offset that ESC*b#Y moves, `across` raster
+// x. The page's x follows `down`: a raster picture lies on the page as on the medium of a plotter,
+// whose rows run across it.
+struct RasterCursor {
+    std::int32_t down = 0;
+    std::int32_t across = 0;
+};
+
+// The size of a picture as the escapes give it.
+struct PictureFrame {
+    std::int32_t resolution = 300;       // dots per inch
+    std::int32_t sourceWidth = 0;        // dots; 0 = from the plot size
+    std::int32_t sourceHeight = 0;       // rows; 0 = open-ended. Pictures are placed by their rows
+    std::int32_t destinationWidth = 0;   // decipoints (1/720 inch); 0 = not set
+    std::int32_t destinationHeight = 0;  // decipoints; 0 = not set; counts only beside a width
+};
+
+// What decides how a picture is turned.
+struct PageTurn {
+    std::int32_t rotation = 0;  // degrees, as RO left it
+    bool landscape = false;     // the plot size is wider than high
+    bool jobHeader = false;     // a job header named the language
+    bool atEntry = false;       // landscape and RO 0 when raster mode was entered
 };
 
 struct Placement {
     int angle = 0;  // degrees: 0, 90, 180 or 270
-    // Plotter units. The corners are not sorted; a picture that grows downward has y1 below y0.
-    std::int32_t x0 = 0;
-    std::int32_t y0 = 0;
-    std::int32_t x1 = 0;
-    std::int32_t y1 = 0;
-    // False for pictures that leave no mark (raster operations 51 and 170) or measure 2 plotter
-    // units or less either way.
+    // Plotter units. The corners are not sorted; a picture that grows downward has b.y below a.y.
+    BoxI box;
+    // False for pictures that measure 2 plotter units or less either way.
     bool visible = false;
-    // The raster position behind the picture, in dots, moved also when nothing is visible.
-    std::int32_t offsetA = 0;
-    std::int32_t offsetB = 0;
+    // The raster position behind the picture, moved also when nothing is visible.
+    RasterCursor cursor;
 };
 
-// A resolution of 0 gives coordinates of -2147483648 as every conversion out of range does.
-Placement PlacePicture(const PlacementInput& input);
+// Places a picture of `rows` rows that starts at `cursor`. A resolution of 0 gives coordinates of
+// -2147483648 as every conversion out of range does.
+Placement PlacePicture(const PictureFrame& frame, std::int32_t rows, RasterCursor cursor,
+                       const PageTurn& page);
 
 }  // namespace qm

@@ -223,13 +223,13 @@ TEST(SymbolMode, DrawsAtEveryPoint) {
 TEST(SymbolMode, StrokesBecomeVerticesInPolygonMode) {
     PlotReader label("PM0;LB-\3");
     label.Interpret();
-    ASSERT_EQ(label.polygon.vertices.size(), 3u);
-    EXPECT_FALSE(label.polygon.vertices[1].drawn);
-    EXPECT_EQ(label.polygon.vertices[2].point.x, 50.0);
-    EXPECT_EQ(label.motion.penPos.x, 84.0);
+    ASSERT_EQ(label.State().drawing.polygon.vertices.size(), 3u);
+    EXPECT_FALSE(label.State().drawing.polygon.vertices[1].drawn);
+    EXPECT_EQ(label.State().drawing.polygon.vertices[2].point.x, 50.0);
+    EXPECT_EQ(label.State().drawing.motion.penPos.x, 84.0);
     PlotReader symbol("PM0;SM-;PD7,0;CP;");
     symbol.Interpret();
-    EXPECT_EQ(symbol.polygon.vertices.size(), 4u);
+    EXPECT_EQ(symbol.State().drawing.polygon.vertices.size(), 4u);
     EXPECT_EQ(StrokesOf("PM0;LB-\3SM-;PD7,0;"), Lines{});
 }
 

@@ -1,6 +1,8 @@
 // Line types, line attributes, merge control.
 #include "interpreter/attributes/lines.h"
 
+#include <cmath>
+
 #include "tests/interpreter/ops_table.h"
 
 namespace qm {

@@ -85,11 +85,11 @@ TEST(Pens, EveryPenColorMarksThePalette) {
     for (const char* plot : {"PC;", "PC1;", "PC1,2,3,4;", "PC300,1;", "PC-1;"}) {
         PlotReader reader(plot);
         reader.Interpret();
-        EXPECT_TRUE(reader.pens.PaletteChanged) << plot;
+        EXPECT_TRUE(reader.State().pens.PaletteChanged) << plot;
     }
 }
 
-TEST(Pens, ColorByte) {
+TEST(Pens, ColourByte) {
     struct Row {
         const char* name;
         double component;
@@ -108,7 +108,7 @@ TEST(Pens, ColorByte) {
         {"hugely inverted", -2147483648.0, {1, 0}, 0},
     };
     for (const Row& row : rows) {
-        EXPECT_EQ(ColorByte(row.component, row.range), row.expected) << row.name;
+        EXPECT_EQ(ColourByte(row.component, row.range), row.expected) << row.name;
     }
 }
 

@@ -1,5 +1,6 @@
-// NullBuilder: an interpreter that drops every drawing operation, over a plot in memory. What the
-// benchmarks measure with it is reading alone.
+// NullBuilder: an interpreter over a plot in memory that drops every drawing operation.
+//
+// Benchmarks, fuzzers and tests derive from it and override what they look at.
 #pragma once
 
 #include <windows.h>
@@ -12,28 +13,27 @@
 
 namespace qm {
 
-class NullBuilder final : public HPGLRead {
+class NullBuilder : public HPGLRead {
   public:
+    // `plot` must outlive the builder.
     explicit NullBuilder(std::string_view plot) : rest_(plot), size_(plot.size()) {}
-
-    // Lines and points received, so that nothing is optimised away and a wrong reading shows.
-    std::uint64_t primitives = 0;
 
     std::uint32_t ReadData(void* buffer, std::uint32_t maxBytes) override {
         const std::size_t count = std::min<std::size_t>(maxBytes, rest_.size());
-        std::memcpy(buffer, rest_.data(), count);
+        if (count != 0) std::memcpy(buffer, rest_.data(), count);
         rest_.remove_prefix(count);
         return static_cast<std::uint32_t>(count);
     }
     std::uint32_t GetDataSize() override { return static_cast<std::uint32_t>(size_); }
+    std::uint32_t SeekData(std::int32_t, std::int32_t) override { return 0; }
     void EndPage(std::uint32_t) override {}
-    void Line(std::int32_t, std::int32_t, std::int32_t, std::int32_t) override { ++primitives; }
+    void Line(std::int32_t, std::int32_t, std::int32_t, std::int32_t) override {}
     void Rectangle(std::int32_t, std::int32_t, std::int32_t, std::int32_t) override {}
     void FilledRectangle(std::int32_t, std::int32_t, std::int32_t, std::int32_t) override {}
-    void Circle(std::int32_t, std::int32_t, std::int32_t) override { ++primitives; }
-    void FilledPolyPolygon(PointI*, const std::int32_t*, std::int32_t) override { ++primitives; }
-    void Polyline(std::int32_t, PointI*) override { ++primitives; }
-    void FilledPolygon(std::int32_t, PointI*) override { ++primitives; }
+    void Circle(std::int32_t, std::int32_t, std::int32_t) override {}
+    void FilledPolyPolygon(PointI*, const std::int32_t*, std::int32_t) override {}
+    void Polyline(std::int32_t, PointI*) override {}
+    void FilledPolygon(std::int32_t, PointI*) override {}
     int Arc(std::int32_t, std::int32_t, std::int32_t, double, double) override { return 1; }
     void SetPatternLength(std::int32_t, std::uint32_t) override {}
     void SetLineStyle(std::int32_t) override {}
@@ -43,7 +43,6 @@ class NullBuilder final : public HPGLRead {
     int ReportProgress(std::int32_t) override { return 1; }
     void Raster(std::int32_t, std::int32_t, std::int32_t, std::int32_t, void* bitmap, std::int32_t,
                 std::int32_t) override {
-        ++primitives;
         GlobalFree(bitmap);
     }
     void SetDrawMode(std::int32_t) override {}
