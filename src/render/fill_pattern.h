@@ -1,5 +1,5 @@
 // Fill patterns and searchable texts as the writers show them: runs of ink, places of texts. Test:
-// tests/render/fill_pattern_test.cpp.
+// tests/render/svg_writer_test.cpp.
 #pragma once
 
 #include <string_view>

@@ -1,5 +1,5 @@
 // How lines and mixing modes look, for all writers alike: dash patterns, line ends, blend modes.
-// Test: tests/render/line_look_test.cpp.
+// Test: tests/render/svg_writer_test.cpp.
 #pragma once
 
 #include <cstdint>

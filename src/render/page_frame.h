@@ -1,5 +1,5 @@
 // PageFrame: the sheet of paper around a drawing and the way from plotter units onto it. Test:
-// tests/render/page_frame_test.cpp.
+// tests/render/svg_writer_test.cpp.
 #pragma once
 
 #include "common/units.h"

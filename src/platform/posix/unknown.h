@@ -1,7 +1,8 @@
 // IUnknown, IDispatch and IClassFactory, as the SDK's <unknwn.h> and <oaidl.h> declare them.
 //
 // Interfaces have no virtual destructor: it would shift the methods that follow. Identifiers are
-// defined in identifiers.cpp. Tests: tests/platform/com_object_test.cpp, class_table_test.cpp.
+// defined in identifiers.cpp. Tests: tests/platform/com_object_test.cpp,
+// tests/platform/class_table_test.cpp.
 #pragma once
 
 #include "platform/posix/types.h"
