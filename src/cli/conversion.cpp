@@ -3,8 +3,8 @@
 #include <memory>
 #include <utility>
 
-#include "cli/interruption.h"
-#include "cli/output_file.h"
+#include "cli/console.h"
+#include "cli/files.h"
 #include "cli/plots.h"
 #include "common/tool_error.h"
 #include "host/page_summary.h"

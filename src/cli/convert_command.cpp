@@ -8,9 +8,9 @@
 #include <thread>
 
 #include "cli/commands.h"
-#include "cli/components.h"
+#include "cli/console.h"
 #include "cli/conversion.h"
-#include "cli/interruption.h"
+#include "cli/plots.h"
 #include "cli/progress_bar.h"
 #include "common/tool_error.h"
 

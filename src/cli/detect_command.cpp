@@ -6,12 +6,10 @@
 #include <vector>
 
 #include "cli/commands.h"
-#include "cli/components.h"
+#include "cli/console.h"
 #include "cli/plots.h"
-#include "cli/standard_output.h"
 #include "common/tool_error.h"
 #include "host/document_node.h"
-#include "platform/status_name.h"
 #include "platform/text.h"
 
 namespace qm::cli {

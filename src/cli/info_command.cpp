@@ -4,10 +4,9 @@
 #include <sstream>
 
 #include "cli/commands.h"
-#include "cli/components.h"
+#include "cli/console.h"
 #include "cli/plots.h"
 #include "cli/progress_bar.h"
-#include "cli/standard_output.h"
 #include "common/numbers.h"
 #include "common/packed_bitmap.h"
 #include "common/tool_error.h"

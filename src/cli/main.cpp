@@ -6,7 +6,7 @@
 #include <new>
 
 #include "cli/commands.h"
-#include "cli/standard_output.h"
+#include "cli/console.h"
 #include "cli/version.h"
 #include "common/tool_error.h"
 

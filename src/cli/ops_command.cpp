@@ -2,9 +2,9 @@
 #include <memory>
 
 #include "cli/commands.h"
-#include "cli/input_file.h"
+#include "cli/console.h"
+#include "cli/files.h"
 #include "cli/progress_bar.h"
-#include "cli/standard_output.h"
 #include "common/tool_error.h"
 #include "trace/operation_recorder.h"
 

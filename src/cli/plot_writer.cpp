@@ -10,7 +10,7 @@
 #include "export/save_filter.h"
 #include "host/document_walker.h"
 #include "host/source_and_events.h"
-#include "platform/status_name.h"
+#include "platform/text.h"
 #include "render/page_bitmap.h"
 
 namespace qm::cli {

@@ -4,13 +4,34 @@
 
 #include <new>
 
-#include "cli/interruption.h"
+#include "cli/console.h"
 #include "common/tool_error.h"
 #include "host/source_and_events.h"
-#include "platform/status_name.h"
+#include "import/qm_filter_hpgl.h"
 #include "platform/text.h"
+#include "server/class_factory.h"
 
 namespace qm::cli {
+
+Components::Components() {
+    const auto factory = MakeObject<ClassFactory>(&CreateQmFilterHPGL);
+    if (!factory) throw std::bad_alloc();
+    const HRESULT status =
+        SUCCEEDED(host_.Status())
+            ? CoRegisterClassObject(CLSID_QmFilterHPGL, factory.Get(), CLSCTX_INPROC_SERVER,
+                                    REGCLS_MULTIPLEUSE, &cookie_)
+            : host_.Status();
+    if (FAILED(status)) throw ToolError("the filter components cannot be registered");
+}
+
+Components::~Components() { CoRevokeClassObject(cookie_); }
+
+ComPtr<IQmFilter> MakeFilter() {
+    ComPtr<IQmFilter> filter;
+    const HRESULT status = CreateQmFilterHPGL(nullptr, __uuidof(IQmFilter), filter.PutVoid());
+    if (FAILED(status)) throw std::bad_alloc();
+    return filter;
+}
 
 // Writers are let in: a copy of standard input is still open for writing.
 ComPtr<IQmDataObject> OpenSource(const InputFile& file) {

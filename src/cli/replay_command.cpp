@@ -3,8 +3,7 @@
 #include <memory>
 
 #include "cli/commands.h"
-#include "cli/input_file.h"
-#include "cli/output_file.h"
+#include "cli/files.h"
 #include "cli/sink_stream.h"
 #include "common/tool_error.h"
 #include "replay/replay.h"

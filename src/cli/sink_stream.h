@@ -1,4 +1,5 @@
-// SinkStream: an OutputSink as the stream that a save component writes to.
+// SinkStream: an OutputSink as the stream that a save component writes to. Test:
+// tests/cli/qmplot_test.cpp.
 #pragma once
 
 #include <exception>
@@ -19,7 +20,18 @@ class SinkStream final : public WriteOnlyStream {
     }
 
     // Nothing is written after a failure.
-    HRESULT STDMETHODCALLTYPE Write(const void* bytes, ULONG count, ULONG* done) noexcept override;
+    HRESULT STDMETHODCALLTYPE Write(const void* bytes, ULONG count, ULONG* done) noexcept override {
+        if (done != nullptr) *done = 0;
+        if (failure_) return E_FAIL;
+        try {
+            sink_.Write({static_cast<const char*>(bytes), count});
+        } catch (...) {
+            failure_ = std::current_exception();
+            return E_FAIL;
+        }
+        if (done != nullptr) *done = count;
+        return S_OK;
+    }
 
   private:
     OutputSink& sink_;

@@ -3,9 +3,9 @@
 #include <optional>
 
 #include "cli/commands.h"
+#include "cli/console.h"
 #include "cli/plots.h"
 #include "cli/progress_bar.h"
-#include "cli/standard_output.h"
 #include "common/tool_error.h"
 #include "trace/host_trace.h"
 

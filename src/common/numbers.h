@@ -44,8 +44,12 @@ inline std::int32_t WrapNegate(std::int32_t a) { return WrapSubtract(0, a); }
 
 // Bytes that `count` items of `size` bytes take, or nothing when a count is negative or the product
 // exceeds `limit`. Asked before every allocation whose size comes from a file.
-std::optional<std::size_t> CheckedBytes(std::int64_t count, std::int64_t size,
-                                        std::int64_t limit = std::int64_t{1} << 31);
+inline std::optional<std::size_t> CheckedBytes(std::int64_t count, std::int64_t size,
+                                               std::int64_t limit = std::int64_t{1} << 31) {
+    if (count < 0 || size < 0) return std::nullopt;
+    if (size != 0 && count > limit / size) return std::nullopt;
+    return static_cast<std::size_t>(count * size);
+}
 
 // Length of (x, y). Not std::hypot: its last bit differs between C libraries, and truncation would
 // show it.

@@ -1,7 +1,10 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstdio>
+#include <utility>
 
 namespace qm {
 namespace {
@@ -126,6 +129,29 @@ std::string WideToUtf8(std::wstring_view text) {
 bool EqualIgnoringAsciiCase(std::wstring_view a, std::wstring_view b) noexcept {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](wchar_t x, wchar_t y) { return LowerAscii(x) == LowerAscii(y); });
+}
+
+std::string StatusName(HRESULT status) {
+    static constexpr std::pair<HRESULT, const char*> kNames[] = {
+        {S_OK, "S_OK"},
+        {S_FALSE, "S_FALSE"},
+        {E_ABORT, "E_ABORT"},
+        {E_FAIL, "E_FAIL"},
+        {E_INVALIDARG, "E_INVALIDARG"},
+        {E_NOINTERFACE, "E_NOINTERFACE"},
+        {E_NOTIMPL, "E_NOTIMPL"},
+        {E_OUTOFMEMORY, "E_OUTOFMEMORY"},
+        {E_POINTER, "E_POINTER"},
+        {E_UNEXPECTED, "E_UNEXPECTED"},
+        {STG_E_MEDIUMFULL, "STG_E_MEDIUMFULL"},
+        {STG_E_WRITEFAULT, "STG_E_WRITEFAULT"},
+    };
+    for (const auto& [value, name] : kNames) {
+        if (value == status) return name;
+    }
+    std::array<char, 11> text;
+    std::snprintf(text.data(), text.size(), "0x%08X", static_cast<unsigned>(status));
+    return text.data();
 }
 
 }  // namespace qm

@@ -14,7 +14,6 @@
 #include "export/save_filter.h"
 #include "host/layers_and_pens.h"
 #include "host/source_and_events.h"
-#include "platform/status_name.h"
 #include "platform/text.h"
 #include "replay/replay_calls.h"
 #include "replay/replay_line.h"

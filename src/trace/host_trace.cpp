@@ -6,7 +6,7 @@
 #include "host/document_node.h"
 #include "host/source_and_events.h"
 #include "import/qm_filter_hpgl.h"
-#include "platform/status_name.h"
+#include "platform/text.h"
 #include "trace/traced_objects.h"
 
 namespace qm {

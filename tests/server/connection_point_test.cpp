@@ -1,5 +1,5 @@
 // Connection points and their enumerators.
-#include "server/connection_point.h"
+#include "server/event_source.h"
 
 #include <gtest/gtest.h>
 #include <olectl.h>

@@ -8,7 +8,7 @@
 
 #include "host/document_node.h"
 #include "host/drawing_block.h"
-#include "platform/status_name.h"
+#include "platform/text.h"
 
 namespace qm {
 namespace {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "platform/com_ptr.h"
-#include "platform/prog_id.h"
 
 namespace {
 
@@ -85,8 +84,4 @@ HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID 
         CoGetClassObject(clsid, context, nullptr, IID_IClassFactory, factory.PutVoid());
     if (FAILED(status)) return status;
     return factory->CreateInstance(outer, riid, object);
-}
-
-HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) noexcept {
-    return qm::ClassIdFromProgId(progId, clsid);
 }

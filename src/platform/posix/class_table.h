@@ -1,12 +1,12 @@
-// COM's way to classes: registered class objects, ProgIDs, CoCreateInstance.
+// COM's way to classes: registered class objects, CoCreateInstance.
 //
 // A class object belongs to the thread that registered it, as it belongs to that thread's apartment
 // on Windows: each thread that reads a plot registers its own host classes, and needs no lock.
-// ProgIDs are shared by all threads (prog_id.h registers them). Test:
+// ProgIDs are in platform/prog_id.h. Test:
 // tests/platform/class_table_test.cpp.
 #pragma once
 
-#include "platform/posix/unknown.h"
+#include "platform/posix/interfaces.h"
 
 enum CLSCTX : DWORD {
     CLSCTX_INPROC_SERVER = 0x1,
@@ -34,5 +34,3 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, void* server, REFIID rii
                          void** object) noexcept;
 HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID riid,
                          void** object) noexcept;
-// CO_E_CLASSSTRING for an unknown ProgID; the case of A to Z does not matter.
-HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) noexcept;

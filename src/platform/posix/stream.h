@@ -2,11 +2,11 @@
 //
 // Behaviour that callers may meet on both systems: a Read past the end answers S_OK with a short
 // count on memory and S_FALSE on files, so look at the count only; a Seek before the start fails
-// and leaves the position. memory_stream.cpp, file_stream.cpp. Test:
+// and leaves the position. streams.cpp. Test:
 // tests/platform/stream_test.cpp.
 #pragma once
 
-#include "platform/posix/unknown.h"
+#include "platform/posix/interfaces.h"
 
 enum STREAM_SEEK : DWORD { STREAM_SEEK_SET = 0, STREAM_SEEK_CUR = 1, STREAM_SEEK_END = 2 };
 enum STATFLAG : DWORD { STATFLAG_DEFAULT = 0, STATFLAG_NONAME = 1 };

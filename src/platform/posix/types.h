@@ -5,7 +5,7 @@
 // <windows.h>, <ole2.h>, ... and are on the include path only when the target is not Windows. LONG
 // is 32 bits here (int) and there (long): print it as static_cast<int> with %d. wchar_t is the wide
 // character of both systems although it is 4 bytes here and 2 there, so that literals and wcs
-// functions work: wide characters never go into files. Test: tests/platform/interfaces_test.cpp.
+// functions work: wide characters never go into files. Test: tests/platform/bstr_test.cpp.
 #pragma once
 
 #include <cstddef>

@@ -2,5 +2,5 @@
 #pragma once
 
 #include "platform/posix/bstr.h"
-#include "platform/posix/unknown.h"
+#include "platform/posix/interfaces.h"
 #include "platform/posix/variant.h"

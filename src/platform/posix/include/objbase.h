@@ -2,6 +2,6 @@
 #pragma once
 
 #include "platform/posix/class_table.h"
+#include "platform/posix/interfaces.h"
+#include "platform/posix/memory.h"
 #include "platform/posix/stream.h"
-#include "platform/posix/task_memory.h"
-#include "platform/posix/unknown.h"

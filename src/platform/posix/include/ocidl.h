@@ -1,4 +1,4 @@
 // <ocidl.h> for systems other than Windows: connection points.
 #pragma once
 
-#include "platform/posix/connection.h"
+#include "platform/posix/interfaces.h"

@@ -3,7 +3,7 @@
 
 #include "platform/posix/bstr.h"
 #include "platform/posix/class_table.h"
+#include "platform/posix/interfaces.h"
+#include "platform/posix/memory.h"
 #include "platform/posix/stream.h"
-#include "platform/posix/task_memory.h"
-#include "platform/posix/unknown.h"
 #include "platform/posix/variant.h"

@@ -1,4 +1,4 @@
 // <olectl.h> for systems other than Windows: the connection-point status codes.
 #pragma once
 
-#include "platform/posix/connection.h"
+#include "platform/posix/interfaces.h"

@@ -8,15 +8,91 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "platform/com_object.h"
 #include "platform/library.h"
-#include "server/module/components.h"
-#include "server/module/windows/registrar.h"
-#include "server/module/windows/this_module.h"
+#include "server/module/module.h"
+
+// The system's registrar: the class in atl.dll, a part of Windows, that carries out registration
+// scripts kept as resources. Declared by hand: no SDK header at hand has it.
+MIDL_INTERFACE("44ec053b-400f-11d0-9dcd-00a0c90391d3")
+IRegistrar : public IUnknown {
+  public:
+    // %KEY% in a script stands for `item`.
+    virtual HRESULT STDMETHODCALLTYPE AddReplacement(LPCOLESTR key, LPCOLESTR item) = 0;
+    virtual HRESULT STDMETHODCALLTYPE ClearReplacements() = 0;
+    virtual HRESULT STDMETHODCALLTYPE ResourceRegisterSz(LPCOLESTR module, LPCOLESTR name,
+                                                         LPCOLESTR type) = 0;
+    virtual HRESULT STDMETHODCALLTYPE ResourceUnregisterSz(LPCOLESTR module, LPCOLESTR name,
+                                                           LPCOLESTR type) = 0;
+    virtual HRESULT STDMETHODCALLTYPE FileRegister(LPCOLESTR file) = 0;
+    virtual HRESULT STDMETHODCALLTYPE FileUnregister(LPCOLESTR file) = 0;
+    virtual HRESULT STDMETHODCALLTYPE StringRegister(LPCOLESTR script) = 0;
+    virtual HRESULT STDMETHODCALLTYPE StringUnregister(LPCOLESTR script) = 0;
+    // The script is resource number `id` of kind `type` ("REGISTRY") in the file `module`.
+    virtual HRESULT STDMETHODCALLTYPE ResourceRegister(LPCOLESTR module, UINT id,
+                                                       LPCOLESTR type) = 0;
+    virtual HRESULT STDMETHODCALLTYPE ResourceUnregister(LPCOLESTR module, UINT id,
+                                                         LPCOLESTR type) = 0;
+};
+
+// clang-format off
+__CRT_UUID_DECL(IRegistrar, 0x44ec053b, 0x400f, 0x11d0, 0x9d, 0xcd, 0x00, 0xa0, 0xc9, 0x03, 0x91, 0xd3)
+// clang-format on
 
 namespace qm {
 namespace {
+
+// ---------------------------------------------------------------- The file this code is in
+
+// Any address of this module tells which one it is; DllMain and a variable for its argument are not
+// needed.
+HMODULE ThisModule() noexcept {
+    static const char kHere = 0;
+    HMODULE module = nullptr;
+    GetModuleHandleExW(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<LPCWSTR>(&kHere), &module);
+    return module;
+}
+
+// Full path of the file this code was loaded from; empty when the system does not tell.
+std::wstring ModulePath() {
+    constexpr std::size_t kLongestPath = 32768;  // the system's limit, in characters
+    for (std::wstring path(MAX_PATH, L'\0'); path.size() <= kLongestPath;
+         path.resize(path.size() * 2)) {
+        const DWORD length =
+            GetModuleFileNameW(ThisModule(), path.data(), static_cast<DWORD>(path.size()));
+        if (length < path.size()) {  // otherwise it was cut
+            path.resize(length);
+            return path;
+        }
+    }
+    return {};
+}
+
+// File version of `path` as "%u.%u.%u.%u"; empty without a version resource.
+std::wstring FileVersion(const std::wstring& path) {
+    const DWORD size = GetFileVersionInfoSizeW(path.c_str(), nullptr);
+    std::vector<BYTE> resource(size);
+    void* found = nullptr;
+    UINT length = 0;
+    if (size == 0 || GetFileVersionInfoW(path.c_str(), 0, size, resource.data()) == FALSE ||
+        VerQueryValueW(resource.data(), L"\\", &found, &length) == FALSE ||
+        length < sizeof(VS_FIXEDFILEINFO)) {
+        return {};
+    }
+    const auto& info = *static_cast<const VS_FIXEDFILEINFO*>(found);
+    std::wstring version;
+    for (const DWORD part : {info.dwFileVersionMS, info.dwFileVersionLS}) {
+        version += std::to_wstring(part >> 16) + L'.' + std::to_wstring(part & 0xFFFF) + L'.';
+    }
+    version.pop_back();
+    return version;
+}
+
+// ---------------------------------------------------------------- Registration scripts
 
 constexpr CLSID kRegistrarClass = {
     0x44ec053a, 0x400f, 0x11d0, {0x9d, 0xcd, 0x00, 0xa0, 0xc9, 0x03, 0x91, 0xd3}};

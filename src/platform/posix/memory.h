@@ -1,4 +1,5 @@
-// Movable global memory blocks, in which packed bitmaps travel.
+// Movable global memory blocks, in which packed bitmaps travel, and the heap of CoTaskMemAlloc, on
+// which strings handed across interfaces live.
 //
 // A handle is not the address of its bytes: use GlobalLock. Only movable blocks are offered
 // (GMEM_MOVEABLE, GHND); for others GlobalAlloc gives null. Test:
@@ -26,3 +27,8 @@ BOOL GlobalUnlock(HGLOBAL memory) noexcept;
 SIZE_T GlobalSize(HGLOBAL memory) noexcept;
 // Always null, which means success.
 HGLOBAL GlobalFree(HGLOBAL memory) noexcept;
+
+// Null when memory runs out. The receiver frees.
+LPVOID CoTaskMemAlloc(SIZE_T bytes) noexcept;
+LPVOID CoTaskMemRealloc(LPVOID block, SIZE_T bytes) noexcept;
+void CoTaskMemFree(LPVOID block) noexcept;

@@ -1,11 +1,11 @@
-#include "cli/standard_output.h"
+// See console.h.
+#include "cli/console.h"
 
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
-
-#include "common/tool_error.h"
 
 namespace qm::cli {
 
@@ -28,5 +28,25 @@ void StandardOutput::Finish() {
     Flush();
     if (Failed() && cause_ != EPIPE) throw SystemError("standard output", "written", cause_);
 }
+
+namespace {
+
+// A signal handler can reach nothing but a static.
+std::atomic<bool> interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+extern "C" void NoteInterruption(int) { interrupted = true; }
+
+}  // namespace
+
+void WatchForInterruption() {
+    struct sigaction action {};
+    action.sa_handler = NoteInterruption;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+bool Interrupted() noexcept { return interrupted; }
 
 }  // namespace qm::cli

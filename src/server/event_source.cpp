@@ -1,4 +1,4 @@
-#include "server/connection_point.h"
+#include "server/event_source.h"
 
 #include <olectl.h>
 

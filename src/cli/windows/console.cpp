@@ -1,14 +1,15 @@
-#include "cli/standard_output.h"
+// See console.h.
+#include "cli/console.h"
 
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
-
-#include "common/tool_error.h"
 
 namespace qm::cli {
 
@@ -44,5 +45,20 @@ void StandardOutput::Finish() {
     Flush();
     if (Failed() && cause_ != EPIPE) throw SystemError("standard output", "written", cause_);
 }
+
+namespace {
+
+// A signal handler can reach nothing but a static.
+std::atomic<bool> interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+extern "C" void NoteInterruption(int) { interrupted = true; }
+
+}  // namespace
+
+// The C library takes the handler out when it calls it, so the second Ctrl-C ends the program.
+void WatchForInterruption() { std::signal(SIGINT, NoteInterruption); }
+
+bool Interrupted() noexcept { return interrupted; }
 
 }  // namespace qm::cli

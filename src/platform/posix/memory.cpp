@@ -1,4 +1,4 @@
-#include "platform/posix/global_memory.h"
+#include "platform/posix/memory.h"
 
 #include <cstdlib>
 #include <new>
@@ -64,3 +64,7 @@ HGLOBAL GlobalFree(HGLOBAL memory) noexcept {
     }
     return nullptr;
 }
+
+LPVOID CoTaskMemAlloc(SIZE_T bytes) noexcept { return std::malloc(bytes); }
+LPVOID CoTaskMemRealloc(LPVOID block, SIZE_T bytes) noexcept { return std::realloc(block, bytes); }
+void CoTaskMemFree(LPVOID block) noexcept { std::free(block); }
