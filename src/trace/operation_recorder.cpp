@@ -173,7 +173,9 @@ void OperationRecorder::SetLineWidth(std::int32_t width) {
     Begin("SetLineWidth").Add(width).Done();
 }
 
-void OperationRecorder::SetColor(std::uint32_t colour) { Begin("SetColor").AddHex(colour, 6).Done(); }
+void OperationRecorder::SetColor(std::uint32_t colour) {
+    Begin("SetColor").AddHex(colour, 6).Done();
+}
 
 int OperationRecorder::ReportProgress(std::int32_t /*percent*/) { return 1; }
 
