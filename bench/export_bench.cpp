@@ -38,8 +38,9 @@ void MillionLines(benchmark::State& state) {
     for (auto _ : state) {
         for (LONG i = 0; i < kMillion; ++i) {
             // 3 to 6 digits a coordinate, as on a large sheet.
-            if (sink->AppendLine(i & 16383, -i & 8191, i & 4095, i & 32767) != S_OK)
+            if (sink->AppendLine(i & 16383, -i & 8191, i & 4095, i & 32767) != S_OK) {
                 state.SkipWithError("a write failed");
+            }
         }
     }
     state.SetItemsProcessed(state.iterations() * kMillion);
@@ -55,10 +56,12 @@ constexpr std::size_t kRowCount = 256;
 Rows Scan() {
     std::mt19937 random(1);
     Rows rows(kRow * kRowCount, 0xFF);
-    for (std::size_t i = 0; i < rows.size() / 40; ++i)
+    for (std::size_t i = 0; i < rows.size() / 40; ++i) {
         rows[random() % rows.size()] = static_cast<std::uint8_t>(random());
-    for (std::size_t at = 0; at + 64 < rows.size(); at += 300 + random() % 900)
+    }
+    for (std::size_t at = 0; at + 64 < rows.size(); at += 300 + random() % 900) {
         std::fill_n(rows.begin() + static_cast<std::ptrdiff_t>(at), random() % 12, std::uint8_t{0});
+    }
     return rows;
 }
 
@@ -94,8 +97,9 @@ void PackRows(benchmark::State& state) {
     std::size_t size = 0;
     for (auto _ : state) {
         size = 0;
-        for (std::size_t row = 0; row < kRowCount; ++row)
+        for (std::size_t row = 0; row < kRowCount; ++row) {
             size += qm::PackBits(rows.data() + row * kRow, kRow, packed.data());
+        }
         benchmark::DoNotOptimize(packed.data());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(rows.size()));

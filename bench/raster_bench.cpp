@@ -28,8 +28,9 @@ Bytes PackedRow(std::size_t mean) {
         data.push_back(static_cast<std::uint8_t>(random()));
         const std::size_t literal = 1 + random() % (2 * mean - 1);
         data.push_back(static_cast<std::uint8_t>(literal - 1));
-        for (std::size_t i = 0; i < literal; ++i)
+        for (std::size_t i = 0; i < literal; ++i) {
             data.push_back(static_cast<std::uint8_t>(random()));
+        }
         bytes += run + literal;
     }
     return data;

@@ -59,24 +59,10 @@ void Store(const ClipperLib::Paths& paths, gpc_polygon& result) {
     }
 }
 
-ClipperLib::ClipType ClipTypeOf(gpc_op operation) {
-    switch (operation) {
-        case GPC_DIFF:
-            return ClipperLib::ctDifference;
-        case GPC_XOR:
-            return ClipperLib::ctXor;
-        case GPC_UNION:
-            return ClipperLib::ctUnion;
-        case GPC_INT:
-            break;
-    }
-    return ClipperLib::ctIntersection;
-}
-
 }  // namespace
 
-void gpc_polygon_clip(gpc_op set_operation, gpc_polygon* subject_polygon, gpc_polygon* clip_polygon,
-                      gpc_polygon* result_polygon) {
+void gpc_polygon_clip(gpc_op /*set_operation*/, gpc_polygon* subject_polygon,
+                      gpc_polygon* clip_polygon, gpc_polygon* result_polygon) {
     *result_polygon = {};
     try {
         ClipperLib::Clipper clipper;
@@ -85,7 +71,7 @@ void gpc_polygon_clip(gpc_op set_operation, gpc_polygon* subject_polygon, gpc_po
         const bool clip = AddContours(clipper, *clip_polygon, ClipperLib::ptClip);
         if (!subject && !clip) return;
         ClipperLib::Paths paths;
-        clipper.Execute(ClipTypeOf(set_operation), paths, ClipperLib::pftEvenOdd,
+        clipper.Execute(ClipperLib::ctIntersection, paths, ClipperLib::pftEvenOdd,
                         ClipperLib::pftEvenOdd);
         Store(paths, *result_polygon);
     } catch (const std::exception&) {

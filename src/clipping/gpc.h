@@ -7,7 +7,8 @@
 // NOLINTBEGIN(readability-identifier-naming): the names are the original library's.
 extern "C" {
 
-enum gpc_op { GPC_DIFF, GPC_INT, GPC_XOR, GPC_UNION };
+// The intersection, the one operation asked for, with the number that the original gives it.
+enum gpc_op { GPC_INT = 1 };
 
 struct gpc_vertex {
     double x;
@@ -27,10 +28,10 @@ struct gpc_polygon {
     gpc_vertex_list* contour;
 };
 
-// Stores `subject_polygon` op `clip_polygon` in `result_polygon`, whose arrays come from malloc and
-// go with gpc_free_polygon. Coordinates are kept to 1/65536 and limited to +-2^45. Areas without
-// extent, and a failure of any kind, give a result without contours. Neither the contours' order
-// nor their first vertices are those of the original library.
+// Stores the intersection of `subject_polygon` and `clip_polygon` in `result_polygon`, whose arrays
+// come from malloc and go with gpc_free_polygon. Coordinates are kept to 1/65536 and limited to
+// +-2^45. Areas without extent, and a failure of any kind, give a result without contours. Neither
+// the contours' order nor their first vertices are those of the original library.
 void gpc_polygon_clip(gpc_op set_operation, gpc_polygon* subject_polygon, gpc_polygon* clip_polygon,
                       gpc_polygon* result_polygon);
 

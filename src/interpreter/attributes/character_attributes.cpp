@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "common/units.h"
 #include "interpreter/attributes/labels.h"
 #include "interpreter/coordinates.h"
 #include "interpreter/handlers.h"
@@ -15,7 +16,7 @@ namespace qm {
 namespace {
 
 constexpr std::uint8_t kEndOfText = 3;
-constexpr double kUnitsPerCentimetre = 400.0;
+constexpr double kUnitsPerCentimetre = 10.0 * kUnitsPerMillimetre;
 
 // Sizes in plotter units become current units at once; a later SC does not change them.
 // Quirk: with one number given the height stays.

@@ -157,13 +157,14 @@ TEST(Clip, ManyMeetings) {
 TEST(Clip, AdapterMarksHolesAndFreesTwice) {
     gpc_vertex outer[] = {{0.0, 0.0}, {9.0, 0.0}, {9.0, 9.0}, {0.0, 9.0}};
     gpc_vertex inner[] = {{3.0, 3.0}, {6.0, 3.0}, {6.0, 6.0}, {3.0, 6.0}};
-    gpc_vertex_list outerContour{4, outer};
-    gpc_vertex_list innerContour{4, inner};
-    int hole = 0;
-    gpc_polygon subject{1, &hole, &outerContour};
-    gpc_polygon clip{1, &hole, &innerContour};
+    gpc_vertex window[] = {{-1.0, -1.0}, {10.0, -1.0}, {10.0, 10.0}, {-1.0, 10.0}};
+    gpc_vertex_list ring[] = {{4, outer}, {4, inner}};
+    gpc_vertex_list windowContour{4, window};
+    int holes[] = {0, 1};
+    gpc_polygon subject{2, holes, ring};
+    gpc_polygon clip{1, holes, &windowContour};
     gpc_polygon result{};
-    gpc_polygon_clip(GPC_DIFF, &subject, &clip, &result);
+    gpc_polygon_clip(GPC_INT, &subject, &clip, &result);
     ASSERT_EQ(result.num_contours, 2);
     EXPECT_EQ(result.hole[0] + result.hole[1], 1);
     gpc_free_polygon(&result);
