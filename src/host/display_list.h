@@ -3,7 +3,7 @@
 // A plot can hold tens of millions of lines, so a record is a few 32-bit words in large chunks of
 // memory: lines that continue each other share one record and cost 8 bytes each, a single line
 // costs 20, an attribute change 4 or 8, a point of a polygon 8. The Append functions fill the list,
-// Play (display_list_player.h) reads it. Test: tests/host/display_list_test.cpp.
+// Play (display_list_player.h) reads it. Test: tests/host/document_test.cpp.
 #pragma once
 
 #include <cstddef>

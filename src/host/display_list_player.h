@@ -4,7 +4,7 @@
 //   Outlines outlines;
 //   Play(list, outlines);
 //
-// Test: tests/host/display_list_test.cpp.
+// Test: tests/host/document_test.cpp.
 #pragma once
 
 #include <string_view>

@@ -3,12 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include "tests/common/hex_text.h"
 
 namespace qm {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
 
 // A zeroed bitmap of the given form with colour i of the table = {i, i + 1, i + 2}.
 Bytes Make(std::int32_t width, std::int32_t height, int bits) {
@@ -31,14 +29,13 @@ Bytes Rgb(const Bytes& block, std::int32_t y) {
 }
 
 TEST(PackedBitmap, HeaderAndColourTableAreLittleEndianBytes) {
-    const Bytes expected = {40, 0, 0, 0, 0x02, 0x01, 0, 0, 3,   0, 0, 0,              // 258 x 3
-                            1,  0, 1, 0, 0,    0,    0, 0, 108, 0, 0, 0,              // 1 bit
-                            0,  0, 0, 0, 0,    0,    0, 0, 2,   0, 0, 0, 2, 0, 0, 0,  // colours
-                            0,  1, 2, 0, 1,    2,    3, 0};
+    const char* const expected =
+        "28000000 02010000 03000000 0100 0100 00000000 6C000000 00*8 02000000 02000000"
+        "00010200 01020300";
     Bytes block = Make(258, 3, 1);
     EXPECT_EQ(block.size(), 48U + 36 * 3);
     block.resize(48);
-    EXPECT_EQ(block, expected);
+    EXPECT_EQ(block, FromHex(expected));
 }
 
 TEST(PackedBitmap, SizesBeyondTheLimitAreRefused) {
@@ -87,26 +84,28 @@ TEST(PackedBitmap, LyingHeadersAreRefused) {
 }
 
 TEST(PackedBitmap, RowsBecomeColoursAtEveryDepth) {
+    // clang-format off
     const struct {
         int bits;
         std::int32_t width;
-        Bytes stored;  // bytes of the last stored row, the top one
-        Bytes rgb;
+        const char* stored;  // bytes of the last stored row, the top one
+        const char* rgb;
     } rows[] = {
-        {1, 3, {0x40}, {2, 1, 0, 3, 2, 1, 2, 1, 0}},
-        {2, 2, {0xE0}, {5, 4, 3, 4, 3, 2}},
-        {4, 3, {0x12, 0xF0}, {3, 2, 1, 4, 3, 2, 17, 16, 15}},
-        {8, 1, {200}, {202, 201, 200}},
-        {16, 2, {0xFF, 0x7F, 0x00, 0x7C}, {255, 255, 255, 255, 0, 0}},
-        {24, 1, {1, 2, 3}, {3, 2, 1}},
-        {32, 1, {1, 2, 3, 4}, {3, 2, 1}},
-        {5, 1, {0}, {255, 255, 255}},
+        {1, 3, "40", "020100 030201 020100"},
+        {2, 2, "E0", "050403 040302"},
+        {4, 3, "12F0", "030201 040302 11100F"},
+        {8, 1, "C8", "CAC9C8"},
+        {16, 2, "FF7F 007C", "FFFFFF FF0000"},
+        {24, 1, "010203", "030201"},
+        {32, 1, "01020304", "030201"},
+        {5, 1, "00", "FFFFFF"},
     };
+    // clang-format on
     for (const auto& row : rows) {
         Bytes block = Make(row.width, 2, row.bits);
-        const auto stride = static_cast<std::size_t>(PackedStride(row.width, row.bits));
-        std::copy(row.stored.begin(), row.stored.end(), block.end() - static_cast<long>(stride));
-        EXPECT_EQ(Rgb(block, 0), row.rgb) << row.bits << " bits";
+        const Bytes stored = FromHex(row.stored);
+        std::copy(stored.begin(), stored.end(), block.end() - PackedStride(row.width, row.bits));
+        EXPECT_EQ(Rgb(block, 0), FromHex(row.rgb)) << row.bits << " bits";
     }
 }
 

@@ -2,12 +2,8 @@
 // and what comes back are compared; failures of the target come back as statuses.
 #include "host/document_walker.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <limits>
-#include <memory>
-#include <sstream>
 #include <stdexcept>
 
 #include "common/packed_bitmap.h"
@@ -15,125 +11,17 @@
 #include "host/display_list_player.h"
 #include "host/document_node.h"
 #include "host/drawing_block.h"
+#include "host/page_summary.h"
 #include "host/source_and_events.h"
-#include "import/qm_filter_hpgl.h"
-#include "server/class_factory.h"
 #include "tests/export/exported.h"
+#include "tests/host/host_test.h"
 
 namespace {
 
 using namespace qm;
 
-// What a page shows, a primitive a line, in one way for shapes that are the same picture:
-// rectangles are polygons, points on the spot do not lengthen a path, and the dot that the thinnest
-// pen leaves where an area begins is left out.
-class ShownPrinter final : public DisplayListVisitor {
-  public:
-    std::string Text() const { return out_.str(); }
-
-    void Lines(const DrawingStyle& style, PointSpan points) override {
-        bool moves = false;
-        for (const PointI point : points) moves = moves || !(point == points[0]);
-        if (!moves && style.lineWidth == 0) return;
-        out_ << (moves ? "path" : "dot");
-        PrintPoints(points);
-        Print(style, false);
-    }
-    void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
-        const PointI corners[] = {box.a, {box.b.x, box.a.y}, box.b, {box.a.x, box.b.y}, box.a};
-        Polygon(style, {corners, 5}, filled);
-    }
-    void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
-                bool filled) override {
-        out_ << (filled ? "disc" : "circle");
-        Print(centre);
-        out_ << " r" << radius;
-        Print(style, filled);
-    }
-    void Polygon(const DrawingStyle& style, PointSpan points, bool filled) override {
-        if (!filled) return Lines(style, points);
-        PrintRing("area", points);
-        Print(style, true);
-    }
-    void PolyPolygon(const DrawingStyle& style, const Rings& rings, bool) override {
-        const PointI* ring = rings.points.data;
-        for (std::size_t i = 0; i < rings.count; ++i) {
-            const auto count = static_cast<std::size_t>(rings.lengths[i]);
-            PrintRing(i == 0 ? "area" : " and", {ring, count});
-            ring += count;
-        }
-        Print(style, true);
-    }
-    void Picture(const DrawingStyle&, const BoxI& box, std::int32_t, ByteRun) override {
-        out_ << "picture";
-        Print(box.a);
-        Print(box.b);
-        out_ << '\n';
-    }
-    void Pattern(const FillPattern& pattern) override {
-        out_ << "pattern " << pattern.index << ' ' << pattern.width << 'x' << pattern.height;
-        for (std::size_t i = 0; i < pattern.bits.size; ++i)
-            out_ << ' ' << int{pattern.bits.data[i]};
-        out_ << '\n';
-    }
-
-  private:
-    // Closing points, however many, are left out.
-    void PrintRing(const char* name, PointSpan points) {
-        while (points.count > 1 && points[points.count - 1] == points[0]) --points.count;
-        out_ << name;
-        PrintPoints(points);
-    }
-    void PrintPoints(PointSpan points) {
-        for (std::size_t i = 0; i < points.count; ++i) {
-            if (i == 0 || !(points[i] == points[i - 1])) Print(points[i]);
-        }
-    }
-    void Print(PointI point) { out_ << ' ' << point.x << ',' << point.y; }
-    void Print(const DrawingStyle& style, bool filled) {
-        const std::uint32_t colour = filled ? style.fillColour : style.drawColour;
-        out_ << " pen " << style.pen << " bgr " << std::hex << colour << std::dec;
-        if (filled) {
-            out_ << " fill " << style.fillKind << ' ' << style.fillIndex;
-        } else {
-            out_ << " width " << style.lineWidth << " style " << style.lineStyle;
-        }
-        out_ << " mode " << style.drawMode << '\n';
-    }
-
-    std::ostringstream out_;
-};
-
-std::string Shown(const PlotPage& page) {
-    ShownPrinter printer;
-    Play(page.Drawing(), printer);
-    return printer.Text();
-}
-
-class DocumentWalkerTest : public testing::Test {
+class DocumentWalkerTest : public HostTest {
   protected:
-    void SetUp() override {
-        before_ = LiveObjectCount();
-        classes_ = std::make_unique<HostClasses>();
-        ASSERT_EQ(classes_->Status(), S_OK);
-        const auto factory = MakeObject<ClassFactory>(&CreateQmFilterHPGL);
-        ASSERT_EQ(CoRegisterClassObject(CLSID_QmFilterHPGL, factory.Get(), CLSCTX_INPROC_SERVER,
-                                        REGCLS_MULTIPLEUSE, &cookie_),
-                  S_OK);
-    }
-    void TearDown() override {
-        CoRevokeClassObject(cookie_);
-        classes_.reset();
-        EXPECT_EQ(LiveObjectCount(), before_) << "objects leaked";
-    }
-
-    static OpenedPlot Open(const std::string& bytes) {
-        ComPtr<IQmDataObject> source;
-        OpenedPlot plot;
-        EXPECT_EQ(OpenMemoryObject(bytes, source.Put()), S_OK);
-        EXPECT_EQ(OpenPlot(*source, {}, plot), S_OK);
-        return plot;
-    }
     template <typename Filter = CQmFilterSaveHPGL>
     static HRESULT Save(const std::vector<PlotPage>& pages, RecordingStream& stream,
                         const PageDrawer& drawer = {}) {
@@ -147,74 +35,81 @@ class DocumentWalkerTest : public testing::Test {
         EXPECT_EQ(Save<Filter>(pages, *stream, drawer), S_OK);
         return stream->Bytes();
     }
-
-    LONG before_ = 0;
-    DWORD cookie_ = 0;
-    std::unique_ptr<HostClasses> classes_;
+    static std::vector<PlotPage> Reopened(const std::string& saved) {
+        OpenedPlot plot;
+        EXPECT_EQ(Open(saved, plot), S_OK);
+        return plot.pages;
+    }
 };
 
-// A plot, as long as detection wants it, and what saving makes of it behind the state that every
-// page begins with (kStart). `reopened` is null where the same comes back.
+// A plot and how what saving makes of it goes on behind kPageStart, without the line ends.
 struct Trip {
     const char* name;
     const char* plot;
     const char* text;
-    const char* reopened;
 };
 void PrintTo(const Trip& trip, std::ostream* out) { *out << trip.name; }
 
-constexpr const char* kPageStart = "BPINSP1;TR0;\r\n\r\nPG;\r\n";
+constexpr const char* kPageStart = "BPINSP1;TR0;PG;";
 
 // clang-format off
 const Trip kTrips[] = {
     {"LinesAndWidth", "PW0.35;PU10,20;PD30,-40;PU;PA0,0;PD5,5;",
-     "MC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.35,1;\r\nPU10,20PD30,-40;\r\nPU0,0PD5,5;\r\n",
-     nullptr},
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.35,1;PU10,20PD30,-40;PU0,0PD5,5;PU;PG;"},
     {"ChainAsOnePath", "PU10,20;PD30,40,50,60;",
-     "MC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.00,1;\r\nPU10,20PD;PA30,40;\r\nPA50,60;\r\n", nullptr},
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU10,20PD;PA30,40;PA50,60;PU;PG;"},
     // The pen in front of its colour, the width behind both; a pen that draws nothing is not sent.
     {"PensAndColours", "PC2,255,128,0;PW0.5,2;SP2;SP3;SP2;PU0,0;PD9,0;SP1;PD9,9;PU;SP2;PD0,9;",
-     nullptr, nullptr},
-    {"LineStyles", "LT2;PU0,0;PD9,0;LT1;PU;PD0,9;LT4;PU;PD5,5;LT6;PU;PD0,0;LT;PU;PD1,1;", nullptr,
-     nullptr},
-    {"MaskPenMode", "PU0,0;MC1,168;PD9,0;MC;PU0,9;PD9,9;", nullptr, nullptr},
-    {"Circles", "PW0.35;PU100,200;CI50;PM0;CI20;PM2;FP;", nullptr, nullptr},
+     "MC;LT;LT;PC2,255,128,0;SP2;PW0.50,2;PU0,0PD9,0;LT;PC1,0,0,0;SP1;PW0.00,1;PU9,0PD9,9;LT;"
+     "PC2,255,128,0;SP2;PW0.50,2;PU9,9PD0,9;PU;PG;"},
+    {"LineStyles", "LT2;PU0,0;PD9,0;LT1;PU;PD0,9;LT4;PU;PD5,5;LT6;PU;PD0,0;LT;PU;PD1,1;",
+     "MC;LT2;LT2;PC1,0,0,0;SP1;PW0.00,1;PU0,0PD9,0;LT1;PU9,0PD0,9;LT4;PU0,9PD5,5;LT6;PU5,5PD0,0;"
+     "LT;PU0,0PD1,1;PU;PG;"},
+    {"MaskPenMode", "PU0,0;MC1,168;PD9,0;MC;PU0,9;PD9,9;",
+     "MC1,168;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU0,0PD9,0;MC;PU0,9PD9,9;PU;PG;"},
+    {"Circles", "PW0.35;PU100,200;CI50;PM0;CI20;PM2;FP;",
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.35,1;PU;PA100,200;CI50;PW0.00,1;FT;PU120,200;PD;PM0PA120,200;"},
     // The area's pen is thin, since the sink sets it down where the area begins.
     {"WideOutlineAndArea", "PW1;PA0,0;EA100,50;PA200,0;RA300,50;",
-     "MC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW1.00,1;\r\nPU0,0PD;PA100,0;\r\nPA100,50;\r\nPA0,50;\r\n"
-     "PA0,0;\r\nPW0.00,1;\r\nFT;PU200,0;PD;PM0\r\nPA300,0;\r\nPA300,50;\r\nPA200,50;\r\n"
-     "PA200,0;\r\nPA200,0;PM2;FP;\r\n", nullptr},
-    {"WideDot", "PW1;PU7,7;PD;PU;", nullptr, nullptr},
+     "MC;LT;LT;PC1,0,0,0;SP1;PW1.00,1;PU0,0PD;PA100,0;PA100,50;PA0,50;PA0,0;PW0.00,1;FT;PU200,0;PD;"
+     "PM0PA300,0;PA300,50;PA200,50;PA200,0;PA200,0;PM2;FP;PU;PG;"},
+    {"WideDot", "PW1;PU7,7;PD;PU;", "MC;LT;LT;PC1,0,0,0;SP1;PW1.00,1;PU7,7PD7,7;PU;PG;"},
     {"AreaWithHole", "PA0,0;PM0;PD90,0,90,90,0,90;PM1;PU30,30;PD60,30,60,60,30,60;PM2;FP;",
-     "MC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.00,1;\r\nFT;PU0,0PM0PD", nullptr},
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;FT;PU0,0PM0PDPA90,0;PA90,90;PA0,90;PA0,0;PM1;PU30,30;PD;"
+     "PA60,30;PA60,60;PA30,60;PM2;FP;PU;PG;"},
     {"UserPattern", "RF3,2,2,0,1,1,0;FT11,3;PU0,0;PM0;PD50,0,50,50;PM2;FP;",
-     "RF3,2,2,0,1,1,0;MC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.00,1;\r\nFT11,3PU0,0;PD;PM0\r\n",
-     nullptr},
-    {"ShadedBlack", "FT10,50;PU0,0;PM0;PD50,0,50,50;PM2;FP;",
-     "MC;LT;\r\nLT;\r\nPC1,127,127,127;\r\n", nullptr},
+     "RF3,2,2,0,1,1,0;MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;FT11,3PU0,0;PD;PM0PA50,0;PA50,50;PA0,0;"
+     "PA0,0;PM2;FP;PU;PG;"},
+    {"ShadedBlack", "FT10,50;PU0,0;PM0;PD50,0,50,50;PM2;FP;", "MC;LT;LT;PC1,127,127,127;SP1;"},
     // 12 degrees in steps of six.
-    {"ArcAsSteps", "PA1000,0;PD;AA0,0,12;PU;", nullptr,
-     "path 1000,0 995,105 978,208 pen 1 bgr 0 width 0 style 0 mode 13\n"},
+    {"ArcAsSteps", "PA1000,0;PD;AA0,0,12;PU;",
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU1000,0PD;PA1000,0;PA1000,0;PU1000,0PD;PA995,105;PA978,208;"},
     // The strokes come back, the text to search for does not.
-    {"Label", "PA0,0;LBI\003", nullptr, nullptr},
-    {"OwnDashesBecomeSolid", "UL1,30,70;LT1,-5;PU0,0;PD900,0;", nullptr, nullptr},
+    {"Label", "PA0,0;LBI\003",
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU20,120PD40,120;PU30,120PD30,0;PU20,0PD40,0;PU;PG;"},
+    {"OwnDashesBecomeSolid", "UL1,30,70;LT1,-5;PU0,0;PD900,0;",
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU0,0PD900,0;PU;PG;"},
 };
 // clang-format on
 
 class Trips : public DocumentWalkerTest, public testing::WithParamInterface<Trip> {};
 
 TEST_P(Trips, WriteAndReopen) {
-    const Trip& trip = GetParam();
-    const OpenedPlot plot = Open("IN;SP1;PU;PU;PU;PU;PU;PU;" + std::string(trip.plot));
-    ASSERT_EQ(plot.pages.size(), 1U);
-    const std::string saved = Saved(plot.pages);
-    const std::string start = kPageStart + std::string(trip.text != nullptr ? trip.text : "");
-    EXPECT_EQ(saved.substr(0, start.size()), start);
-    EXPECT_EQ(saved.substr(saved.size() - 6), "PU;PG;");
-    const OpenedPlot again = Open(saved);
-    ASSERT_EQ(again.pages.size(), 1U);
-    EXPECT_EQ(Shown(again.pages[0]),
-              trip.reopened != nullptr ? trip.reopened : Shown(plot.pages[0]));
+    const auto pages = Pages(GetParam().plot);
+    ASSERT_EQ(pages.size(), 1U);
+    const std::string saved = Saved(pages);
+    std::string text = saved;
+    for (const char end : {'\r', '\n'})
+        text.erase(std::remove(text.begin(), text.end(), end), text.end());
+    const std::string start = kPageStart + std::string(GetParam().text);
+    EXPECT_EQ(text.substr(0, start.size()), start);
+    const auto again = Reopened(saved);
+    ASSERT_EQ(again.size(), 1U);
+    const Extent before = Summarise(pages[0].Drawing()).extent;
+    const Extent after = Summarise(again[0].Drawing()).extent;
+    EXPECT_NEAR(after.minX, before.minX, 1.0);
+    EXPECT_NEAR(after.maxX, before.maxX, 1.0);
+    EXPECT_NEAR(after.maxY, before.maxY, 1.0);
 }
 
 INSTANTIATE_TEST_SUITE_P(DocumentWalker, Trips, testing::ValuesIn(kTrips),
@@ -230,7 +125,7 @@ class HandMadePage {
     void Put(const wchar_t* name, const Variant& value) {
         container_->PutAttribute(Bstr(name).Get(), value.Get(), 0);
     }
-    std::vector<PlotPage> Pages() const { return {PlotPage(*container_, *block_)}; }
+    std::vector<PlotPage> Made() const { return {PlotPage(*container_, *block_)}; }
 
   private:
     ComPtr<DocumentNode> container_;
@@ -238,16 +133,13 @@ class HandMadePage {
 };
 
 TEST_F(DocumentWalkerTest, PagesAdvanceBeforeEachAndStandTurned) {
-    const OpenedPlot plot = Open("IN;SP1;PU;PU;PU;PU;RO90;PU100,10;PD100,300;PG;SP1;PU0,0;PD0,40;");
-    ASSERT_EQ(plot.pages.size(), 2U);
-    ASSERT_EQ(plot.pages[0].Rotation(), 90.0);
+    const auto pages = Pages("RO90;PU100,10;PD100,300;PG;SP1;PU0,0;PD0,40;");
+    ASSERT_EQ(pages.size(), 2U);
     const std::string page = "\r\nPG;\r\nMC;LT;\r\nLT;\r\nPC1,0,0,0;\r\nSP1;PW0.00,1;\r\nPU";
     // Turned to the left and moved until nothing is left of 0.
-    EXPECT_EQ(Saved(plot.pages),
+    EXPECT_EQ(Saved(pages),
               "BPINSP1;TR0;\r\n" + page + "290,100PD0,100;\r\n" + page + "40,0PD0,0;\r\nPU;PG;");
-    const OpenedPlot again = Open(Saved(plot.pages));
-    ASSERT_EQ(again.pages.size(), 2U);
-    EXPECT_EQ(again.pages[0].Rotation(), 0.0);
+    EXPECT_EQ(Reopened(Saved(pages)).at(1).Rotation(), 0.0);
 }
 
 // Turned about the origin, then moved until nothing is below 0; a line up and a turned ellipse.
@@ -262,8 +154,8 @@ TEST_F(DocumentWalkerTest, PagesOfEveryTurn) {
         page.Put(L"InitialRotation", Variant::Double(rotation));
         page.Put(L"DirectionY", Variant::Boolean(true));
         page.Block().AppendLine(100, 10, 30, 300);
-        EXPECT_NE(Saved(page.Pages()).find(line), std::string::npos)
-            << rotation << Saved(page.Pages());
+        EXPECT_NE(Saved(page.Made()).find(line), std::string::npos)
+            << rotation << Saved(page.Made());
     }
 }
 
@@ -272,10 +164,10 @@ TEST_F(DocumentWalkerTest, PageWithoutDirectionStandsUpright) {
     page.Put(L"LpiX", Variant::Double(2032.0));
     page.Block().AppendLine(0, 0, 100, 50);
     // y runs down from one unit above the highest point; two plotter units a document unit.
-    EXPECT_NE(Saved(page.Pages()).find("PU0,102PD200,2;"), std::string::npos);
+    EXPECT_NE(Saved(page.Made()).find("PU0,102PD200,2;"), std::string::npos);
     page.Put(L"CropMaxX", Variant::Double(100.0));
     page.Put(L"CropMaxY", Variant::Double(80.0));
-    EXPECT_NE(Saved(page.Pages()).find("PU0,162PD200,62;"), std::string::npos);
+    EXPECT_NE(Saved(page.Made()).find("PU0,162PD200,62;"), std::string::npos);
 }
 
 TEST_F(DocumentWalkerTest, SpansThatAreNoArcs) {
@@ -284,10 +176,10 @@ TEST_F(DocumentWalkerTest, SpansThatAreNoArcs) {
     page.Block().AppendArc3(0, 0, 100, 100, 0.0F, 0.0F);
     page.Block().AppendArc3(0, 0, 100, 100, infinite, 90.0F);
     page.Block().AppendArc3(0, 0, 100, 100, 0.0F, infinite);
-    EXPECT_EQ(Saved(page.Pages()), "BPINSP1;TR0;\r\nPU;PG;");
+    EXPECT_EQ(Saved(page.Made()), "BPINSP1;TR0;\r\nPU;PG;");
     // Many turns are one: 60 steps.
     page.Block().AppendArc3(0, 0, 100, 100, 0.0F, 1e9F);
-    const std::string saved = Saved(page.Pages());
+    const std::string saved = Saved(page.Made());
     EXPECT_LT(saved.size(), 1000U);
     EXPECT_NE(saved.find("PU100,"), std::string::npos);
 }
@@ -314,11 +206,11 @@ TEST_F(DocumentWalkerTest, PicturesAreRasterBlocksThatOnlyRtlKeeps) {
     const auto bitmap = CountingBitmap(20, 10, 24);
     page.Block().AppendDib(0, 0, 203, 102, static_cast<LONG>(bitmap.size()), bitmap.data(), 204);
     page.Block().AppendDib(0, 0, 9, 9, 4, bitmap.data(), 204);  // broken
-    EXPECT_EQ(Saved(page.Pages()), "BPINSP1;TR0;\r\nPU;PG;");
+    EXPECT_EQ(Saved(page.Made()), "BPINSP1;TR0;\r\nPU;PG;");
     // Dots per inch across: 100 and 50; only those count.
     page.Block().AppendDib(406, 0, 0, 300, static_cast<LONG>(bitmap.size()), bitmap.data(), 204);
     page.Put(L"InitialRotation", Variant::Double(90.0));
-    const std::string rtl = Saved<CQmFilterSaveHPRTL>(page.Pages());
+    const std::string rtl = Saved<CQmFilterSaveHPRTL>(page.Made());
     const std::size_t first = rtl.find("PS203,102;");
     EXPECT_LT(first, rtl.find("PS406,203;"));
     EXPECT_EQ(rtl.find("PS"), first) << rtl.substr(rtl.find("PS"), 20);
@@ -366,13 +258,11 @@ PointI WhereItComesBack(const Turned& row, PointI dot) {
 TEST_P(RtlTrips, KeepDots) {
     const Turned& row = GetParam();
     const auto drawn = CountingBitmap(row.width, row.height, row.bits);
-    const OpenedPlot plot = Open("IN;SP1;PU;PU;PU;PU;PU;PU;PD9,9;");
-    const OpenedPlot again = Open(Saved<CQmFilterSaveHPRTL>(plot.pages, [&](const PlotPage&) {
-        return PageBitmap{drawn, 100};
-    }));
-    ASSERT_EQ(again.pages.size(), 1U);
+    const PageDrawer drawer = [&](const PlotPage&) { return PageBitmap{drawn, 100}; };
+    const auto again = Reopened(Saved<CQmFilterSaveHPRTL>(Pages("PD9,9;"), drawer));
+    ASSERT_EQ(again.size(), 1U);
     PictureCatcher catcher;
-    Play(again.pages[0].Drawing(), catcher);
+    Play(again[0].Drawing(), catcher);
     ASSERT_EQ(catcher.count, 1);
     const auto before = PackedBitmapView::Parse(drawn.data(), drawn.size());
     const auto after = PackedBitmapView::Parse(catcher.bytes.data(), catcher.bytes.size());
@@ -396,31 +286,30 @@ constexpr Turned kTurned[] = {{1, 21, 5},  {1, 5, 21},  {8, 21, 5}, {8, 5, 21},
 INSTANTIATE_TEST_SUITE_P(DocumentWalker, RtlTrips, testing::ValuesIn(kTurned));
 
 TEST_F(DocumentWalkerTest, FailuresComeBack) {
-    const OpenedPlot plot = Open("IN;SP1;PU;PU;PU;PU;RF3,1,1,1;PW1;PD9,9,9,0;PG;PD5,5;CI9;");
-    ASSERT_EQ(plot.pages.size(), 2U);
+    const auto pages = Pages("RF3,1,1,1;PW1;PD9,9,9,0;PG;PD5,5;CI9;");
+    ASSERT_EQ(pages.size(), 2U);
     const auto filter = MakeObject<CQmFilterSaveHPGL>();
-    EXPECT_EQ(SaveDocument(*filter, nullptr, nullptr, plot.pages), E_FAIL);
+    EXPECT_EQ(SaveDocument(*filter, nullptr, nullptr, pages), E_FAIL);
     const auto noStream = MakeObject<DataObject>(ComPtr<IStream>(), std::wstring());
-    EXPECT_EQ(SaveDocument(*filter, noStream.Get(), nullptr, plot.pages), E_FAIL);
+    EXPECT_EQ(SaveDocument(*filter, noStream.Get(), nullptr, pages), E_FAIL);
 
     const PageDrawer drawer = [](const PlotPage&) {
         return PageBitmap{CountingBitmap(9, 9, 24), 100};
     };
     // A medium of any size that is too small.
-    const std::size_t vectors = Saved(plot.pages).size();
-    const std::size_t rasters = Saved<CQmFilterSaveHPRTL>(plot.pages, drawer).size();
+    const std::size_t vectors = Saved(pages).size();
+    const std::size_t rasters = Saved<CQmFilterSaveHPRTL>(pages, drawer).size();
     for (std::size_t room = 0; room < std::max(vectors, rasters); ++room) {
         const auto full = MakeObject<RecordingStream>(room);
-        EXPECT_EQ(Save(plot.pages, *full), room < vectors ? STG_E_MEDIUMFULL : S_OK) << room;
+        EXPECT_EQ(Save(pages, *full), room < vectors ? STG_E_MEDIUMFULL : S_OK) << room;
         const auto fullToo = MakeObject<RecordingStream>(room);
-        EXPECT_EQ(Save<CQmFilterSaveHPRTL>(plot.pages, *fullToo, drawer),
+        EXPECT_EQ(Save<CQmFilterSaveHPRTL>(pages, *fullToo, drawer),
                   room < rasters ? STG_E_MEDIUMFULL : S_OK)
             << room;
     }
     const auto stream = MakeObject<RecordingStream>();
-    EXPECT_EQ(Save(plot.pages, *stream, [](const PlotPage&) { return PageBitmap{}; }),
-              E_INVALIDARG);
-    EXPECT_THROW(Save(plot.pages, *stream,
+    EXPECT_EQ(Save(pages, *stream, [](const PlotPage&) { return PageBitmap{}; }), E_INVALIDARG);
+    EXPECT_THROW(Save(pages, *stream,
                       [](const PlotPage&) -> PageBitmap { throw std::runtime_error("no paper"); }),
                  std::runtime_error);
 }

@@ -24,6 +24,7 @@ std::string Row(const std::string& data, char letter = 'W') {
 
 // Rows of eight one-bit pixels: F0, 0F, AA.
 const std::string kRows = Row("\xF0") + Row("\x0F") + Row("\xAA");
+const std::string kBlank = Row("");
 const std::string kStored = "rows=AA000000,0F000000,F0000000";
 const std::string kEight = "\033*r8s3T" + kRows;
 
@@ -46,6 +47,16 @@ std::string PictureOf(const std::string& plot) {
         }
     }
     return all;
+}
+
+struct PictureRow {
+    const char* name;
+    std::string plot;
+    std::string picture;
+};
+
+void ExpectPictures(const std::vector<PictureRow>& rows) {
+    for (const PictureRow& row : rows) EXPECT_EQ(PictureOf(row.plot), row.picture) << row.name;
 }
 
 TEST(RasterMode, EnterAndLeave) {
@@ -229,63 +240,51 @@ TEST(RasterMode, PixelFormats) {
     std::string manyPlanes;
     for (int i = 0; i < 30; ++i) manyPlanes += Row("\xFF", 'V');
     // clang-format off
-    const struct {
-        const char* name;
-        std::string plot;
-        std::string picture;
-    } rows[] = {
-        {"three planes", four + "\033*r-3U" + planes + Row("\xC0") + Row("\xF0") + Row(""),
+    ExpectPictures({
+        {"three planes", four + "\033*r-3U" + planes + Row("\xC0") + Row("\xF0") + kBlank,
          "4x3x8 rows=00000000,01010101,07040201"},
         {"three planes begun by a row",
-         four + "\033*r-3U" + Row("\xC0") + planes + Row("") + Row(""),
+         four + "\033*r-3U" + Row("\xC0") + planes + kBlank + kBlank,
          "4x3x8 rows=00000000,03000201,01010000"},
         {"three planes by ESC*v#W",
-         four + "\033*v6W\0\0\3\1\1\1"s + planes + Row("\xC0") + Row("") + Row(""),
+         four + "\033*v6W\0\0\3\1\1\1"s + planes + Row("\xC0") + kBlank + kBlank,
          "4x3x8 rows=00000000,00000000,07040201"},
         {"the fourth plane is lost",
-         four + "\033*r-4U" + planes + planes + Row("") + Row("") + Row(""),
+         four + "\033*r-4U" + planes + planes + kBlank + kBlank + kBlank,
          "4x3x8 rows=00000000,00000000,07000205"},
         {"four bits begun by a row are packed",
-         four + "\033*r-4U" + Row("\x12\x34") + Row("") + Row(""),
+         four + "\033*r-4U" + Row("\x12\x34") + kBlank + kBlank,
          "4x3x4 rows=00000000,00000000,12340000"},
         {"eight bits begun by a row",
-         four + "\033*v6W\0\1\10\10\10\10"s + Row("\1\2\3\4") + Row("") + Row(""),
+         four + "\033*v6W\0\1\10\10\10\10"s + Row("\1\2\3\4") + kBlank + kBlank,
          "4x3x8 rows=00000000,00000000,01020304"},
         {"eight bits begun by a plane", four + "\033*v6W\0\0\10\10\10\10"s + planes + Row("", 'V') +
-         Row("\xF0") + Row("") + Row(""), "4x3x8 rows=00000000,00000000,0B080A09"},
+         Row("\xF0") + kBlank + kBlank, "4x3x8 rows=00000000,00000000,0B080A09"},
         {"24 bits by pixel, colours swapped", kStart + "\033*r3s3T\033*v6W\0\3\10\10\10\10"s +
-         Row("\1\2\3\4\5\6\7\10\11") + Row("") + Row(""),
+         Row("\1\2\3\4\5\6\7\10\11") + kBlank + kBlank,
          "3x3x24 rows=000000000000000000000000,000000000000000000000000,030201060504090807000000"},
         {"24 bits by plane are read as by pixel",
-         kStart + "\033*r3s3T\033*v6W\0\2\10\10\10\10"s + Row("\1\2\3") + Row("") + Row(""),
+         kStart + "\033*r3s3T\033*v6W\0\2\10\10\10\10"s + Row("\1\2\3") + kBlank + kBlank,
          "3x3x24 rows=000000000000000000000000,000000000000000000000000,030201000000000000000000"},
         {"configure data may be short or long", kStart +
-         "\033*r3s3T\033*v3W\0\1\10\033*v2W\0\3\033*v9W\0\1\10abcdef"s + Row("\1\2\3") + Row("") +
-         Row(""), "3x3x8 rows=00000000,00000000,01020300"},
+         "\033*r3s3T\033*v3W\0\1\10\033*v2W\0\3\033*v9W\0\1\10abcdef"s + Row("\1\2\3") + kBlank +
+         kBlank, "3x3x8 rows=00000000,00000000,01020300"},
         {"only -3 and -4 of ESC*r#U count", kStart + "\033*r4u3u1u-2u8s3T" + kRows,
          "8x3x1 " + kStored},
         {"planes never leave their row", four + "\033*r-3U" + Row(std::string(40, '\xFF'), 'V') +
-         manyPlanes + Row("") + Row("") + Row(""), "4x3x8 rows=00000000,00000000,07070707"},
-    };
+         manyPlanes + kBlank + kBlank + kBlank, "4x3x8 rows=00000000,00000000,07070707"},
+    });
     // clang-format on
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(PictureOf(row.plot), row.picture);
-    }
 }
 
 TEST(RasterMode, CompressionMethods) {
     const std::string start = kStart + "\033*r16s4T";
     const std::string plain = Row("\1\2") + Row("\3\4");
-    const struct {
-        const char* name;
-        std::string plot;
-        std::string picture;
-    } rows[] = {
+    ExpectPictures({
         {"each row in its own method",
          start + Row("\1\2\3") + "\033*b1m4W\0\5\0\6"s + "\033*b2m2W\xFF\7" + "\033*b3m2W\1\x9",
          "16x4x1 rows=07090000,07070000,05060000,01020000"},
-        {"empty rows", start + Row("\1\2") + Row("") + "\033*b3m0W\033*b0m0W",
+        {"empty rows", start + Row("\1\2") + kBlank + "\033*b3m0W\033*b0m0W",
          "16x4x1 rows=00000000,00000000,00000000,01020000"},
         {"a delta row of no bytes repeats", start + Row("\1\2") + "\033*b3m0W\033*b0W\033*b0W",
          "16x4x1 rows=01020000,01020000,01020000,01020000"},
@@ -305,11 +304,7 @@ TEST(RasterMode, CompressionMethods) {
         {"method 10",
          kStart + "\033*r3s3T\033*v6W\0\3\10\10\10\10"s + "\033*b10m1W\xE1\033*b0W\033*b0W",
          "3x3x24 rows=FFFEFFFFFEFFFFFEFF000000,FFFEFFFFFEFFFFFEFF000000,FFFEFFFFFEFFFFFEFF000000"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(PictureOf(row.plot), row.picture);
-    }
+    });
 }
 
 std::string Times(int count, const std::string& text) {

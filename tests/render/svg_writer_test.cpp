@@ -1,12 +1,11 @@
 // SVG of small drawings: element text, layers and their order, sheet size and rotation.
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "common/packed_bitmap.h"
 #include "host/display_list.h"
 #include "render/page_writers.h"
 #include "render/text_buffer.h"
+#include "tests/host/host_test.h"
 #include "tests/render/memory_sink.h"
 
 namespace {
@@ -29,9 +28,9 @@ std::string Elements(const DisplayList& list) {
     std::istringstream lines(Svg(list));
     std::string result;
     for (std::string line; std::getline(lines, line);) {
-        if (line.rfind("<?xml", 0) == 0 || line.rfind("<svg", 0) == 0 ||
-            line.rfind("<style", 0) == 0 || line.rfind("<g ", 0) == 0 || line == "</g>" ||
-            line == "</svg>") {
+        const std::string start = line.substr(0, 3);
+        if (start == "<?x" || start == "<sv" || start == "<st" || start == "<g " ||
+            start == "</g" || start == "</s") {
             continue;
         }
         result += line + '\n';
@@ -41,150 +40,71 @@ std::string Elements(const DisplayList& list) {
 
 struct ElementCase {
     const char* name;
-    std::function<void(DisplayList&)> append;
+    const char* plot;
     const char* svg;
 };
 
 void PrintTo(const ElementCase& row, std::ostream* out) { *out << row.name; }
 
-constexpr auto kWidth = RecordKind::kLineWidth;
-const PointI kTriangle[] = {{0, 0}, {100, 0}, {50, 80}};
-const PointI kRing[] = {{0, 0}, {9, 0}, {9, 9}, {0, 0}, {3, 2}, {5, 2}, {5, 4}};
-const std::int32_t kRingLengths[] = {4, 3};
-const std::int32_t kDashes[] = {8, 2, 1};
-const std::int32_t kNoGaps[] = {8, 0};
-// 10 x 2 dots: the first row ink in dots 0 to 2 and 9, the second all paper.
-const std::uint8_t kDots[] = {0x1F, 0xBF, 0xFF, 0xFF};
-
+// clang-format off
 const ElementCase kElements[] = {
-    {"chain is one path of relative steps",
-     [](auto& l) {
-         l.AppendValue(kWidth, 14);
-         l.AppendLine({5, -5}, {15, -5});
-         l.AppendLine({15, -5}, {15, 7});
-         l.AppendLine({15, 7}, {16, 9});
-         l.AppendLine({16, 9}, {10, 12});
-     },
+    {"chain is one path of relative steps", "PW0.35;PU5,-5;PD15,-5,15,7,16,9,10,12;",
      "<path d=\"M5-5h10v12l1 2-6 3\"/>\n"},
-    {"lines of one style share a path",
-     [](auto& l) {
-         l.AppendValue(kWidth, 14);
-         l.AppendLine({0, 0}, {3, 4});
-         l.AppendLine({10, 10}, {13, 14});
-         l.AppendPolygon({kTriangle, 2}, false);
-     },
-     "<path d=\"M0 0l3 4m7 6 3 4m-13-14h100\"/>\n"},
-    {"polyline that comes home is closed",
-     [](auto& l) {
-         const PointI closed[] = {{0, 0}, {10, 0}, {5, 8}, {0, 0}};
-         l.AppendValue(kWidth, 14);
-         l.AppendPolygon({closed, 4}, false);
-         l.AppendLine({20, 0}, {20, 1});
-     },
+    {"lines of one style share a path", "PW0.35;PU0,0;PD3,4;PU10,10;PD13,14;PU0,0;EA100,0;",
+     "<path d=\"M0 0l3 4m7 6 3 4m-13-14h100 0-100z\"/>\n"},
+    {"polyline that comes home is closed", "PW0.35;PM0;PD10,0,5,8;PM2;EP;PU20,0;PD20,1;",
      "<path d=\"M0 0h10l-5 8zm20 0v1\"/>\n"},
     {"attributes that differ from the group's",
-     [](auto& l) {
-         l.AppendValue(kWidth, 14);
-         l.AppendLine({0, 0}, {1, 0});
-         l.AppendColour(RecordKind::kDrawColour, 0x3322FF);
-         l.AppendValue(kWidth, 0);
-         l.AppendLine({0, 0}, {1, 0});
-         l.AppendValue(kWidth, 20);
-         l.AppendValue(RecordKind::kLineAttributes, 0x1200);
-         l.AppendLine({0, 0}, {1, 0});
-         l.AppendValue(RecordKind::kLineAttributes, 0x100);
-         l.AppendValue(RecordKind::kDrawMode, 9);
-         l.AppendLine({0, 0}, {1, 0});
-     },
-     "<path d=\"M0 0h1\"/>\n"
-     "<path stroke=\"#f23\" class=\"h\" d=\"M0 0h1\"/>\n"
+     "PW0.35;PD1,0;PU0,0;PC1,255,34,51;PW0;PD1,0;PU0,0;PW0.5;LA1,1,2,5;PD1,0;PU0,0;LA1,2,2,1;"
+     "MC1,168;PD1,0;",
+     "<path d=\"M0 0h1\"/>\n<path stroke=\"#f23\" class=\"h\" d=\"M0 0h1\"/>\n"
      "<path stroke=\"#f23\" stroke-width=\"20\" stroke-linecap=\"butt\" stroke-linejoin=\"bevel\" "
-     "d=\"M0 0h1\"/>\n"
-     "<path stroke=\"#f23\" stroke-width=\"20\" stroke-linecap=\"square\" "
+     "d=\"M0 0h1\"/>\n<path stroke=\"#f23\" stroke-width=\"20\" stroke-linecap=\"square\" "
      "style=\"mix-blend-mode:darken\" d=\"M0 0h1\"/>\n"},
     {"dashes: predefined, of the plot's own, without gaps",
-     [](auto& l) {
-         l.AppendValue(kWidth, 28);
-         l.AppendValue(RecordKind::kLineStyle, 1);
-         l.AppendLine({0, 0}, {1, 0});
-         l.AppendLineDash(kDashes, 3);
-         l.AppendLine({0, 0}, {1, 0});
-         l.AppendLineDash(kNoGaps, 2);
-         l.AppendLine({0, 0}, {1, 0});
-     },
+     "PW0.7;LT2;PU0,0;PD1,0;PU0,0;UL1,8,2,1;LT1;PD1,0;PU0,0;UL2,8,0;LT2;PD1,0;",
      "<path stroke-dasharray=\"240 100\" d=\"M0 0h1\"/>\n"
-     "<path stroke-dasharray=\"8 2 1 0\" d=\"M0 0h1\"/>\n"
-     "<path d=\"M0 0h1\"/>\n"},
-    {"dot is round whatever the line ends are",
-     [](auto& l) {
-         l.AppendValue(kWidth, 14);
-         l.AppendValue(RecordKind::kLineAttributes, 0x200);
-         l.AppendLine({3, 3}, {3, 3});
-     },
-     "<path d=\"M3 3h0\"/>\n"},
-    {"outlines",
-     [](auto& l) {
-         l.AppendValue(kWidth, 14);
-         l.AppendRectangle({{10, 20}, {-5, 0}}, false);
-         l.AppendCircle({1, 2}, -3, false);
-         l.AppendArc({{0, 0}, 100, 50, 0.0F, 90.0F});
-         l.AppendArc({{0, 0}, 100, 100, 90.0F, -270.0F});
-         l.AppendArc({{7, 8}, 9, 10, 0.0F, 359.99997F});
-     },
-     "<path d=\"M10 20h-15v-20h15z\"/>\n"
-     "<circle cx=\"1\" cy=\"2\" r=\"3\"/>\n"
-     "<path d=\"M100 0A100 50 0 0 1 0 50M0 100A100 100 0 1 0 -100 0\"/>\n"
-     "<ellipse cx=\"7\" cy=\"8\" rx=\"9\" ry=\"10\"/>\n"},
-    {"areas",
-     [](auto& l) {
-         l.AppendValue(kWidth, 14);
-         l.AppendColour(RecordKind::kFillColour, 0x00FF00);
-         l.AppendPolygon({kTriangle, 3}, true);
-         l.AppendRectangle({{10, 20}, {-5, 0}}, true);
-         l.AppendPolyPolygon({kRingLengths, 2, {kRing, 7}}, true);
-     },
+     "<path stroke-dasharray=\"8 2 1 0\" d=\"M0 0h1\"/>\n<path d=\"M0 0h1\"/>\n"},
+    {"dot is round whatever the line ends are", "PW0.35;LA1,1;PU3,3;PD;", "<path d=\"M3 3h0\"/>\n"},
+    {"outlines", "PW0.35;PU10,20;EA-5,0;PU1,2;CI-3;PU9,0;AA0,0,360;",
+     "<path d=\"M10 20h-15v-20h15z\"/>\n<circle cx=\"1\" cy=\"2\" r=\"3\"/>\n<path d=\"M9 0h0\"/>\n"
+     "<ellipse cx=\"0\" cy=\"0\" rx=\"9\" ry=\"9\"/>\n<path d=\"M9 0h0\"/>\n"},
+    {"arcs", "PW0.35;PU100,0;AA0,0,90;PU0,100;AA0,0,-270;",
+     "<path d=\"M100 0h0\"/>\n<path d=\"M100 0A100 100 0 0 1 0 100\"/>\n<path d=\"M0 100h0z\"/>\n"
+     "<path d=\"M0 100A100 100 0 1 0 -100 0\"/>\n<path d=\"M-100 0h0\"/>\n"},
+    {"areas", "PW0.35;SP3;PM0;PD100,0,50,80;PM2;FP;PU10,20;RA-5,0;PU0,0;PM0;PD9,0,9,9;PM1;PU3,2;"
+     "PD5,2,5,4;PM2;FP;",
      "<path fill=\"#0f0\" stroke=\"none\" d=\"M0 0h100l-50 80z\"/>\n"
      "<rect x=\"-5\" y=\"0\" width=\"15\" height=\"20\" fill=\"#0f0\" stroke=\"none\"/>\n"
      "<path fill=\"#0f0\" stroke=\"none\" d=\"M0 0h9v9zm3 2h2v2z\"/>\n"},
-    {"pattern: clear bits are ink, each colour defined once, none without its bits",
-     [](auto& l) {
-         l.DefineFillPattern({4, 10, 2, {kDots, 4}});
-         l.DefineFillPattern({5, 10, 3, {kDots, 4}});
-         for (const std::int32_t index : {4, 4, 5}) {
-             l.AppendFillStyle(3, index);
-             l.AppendRectangle({{0, 0}, {1, 1}}, true);
-         }
-     },
+    {"pattern: set dots are ink, each colour defined once",
+     "RF4,10,2,1,1,1,0,0,0,0,0,0,1;FT11,4;PM0;PD1,0,1,1,0,1;PM2;FP;FP;",
      "<pattern id=\"pattern1\" width=\"10\" height=\"2\" patternUnits=\"userSpaceOnUse\" "
      "patternTransform=\"matrix(3.3867 0 0 -3.3867 0 0)\"><path stroke=\"none\" fill=\"#000\" "
      "d=\"M0 0h3v1h-3zM9 0h1v1h-1z\"/></pattern>\n"
-     "<rect x=\"0\" y=\"0\" width=\"1\" height=\"1\" fill=\"url(#pattern1)\" stroke=\"none\"/>\n"
-     "<rect x=\"0\" y=\"0\" width=\"1\" height=\"1\" fill=\"url(#pattern1)\" stroke=\"none\"/>\n"
-     "<rect x=\"0\" y=\"0\" width=\"1\" height=\"1\" fill=\"#000\" stroke=\"none\"/>\n"},
-    {"texts: upright, upward, without strokes",
-     [](auto& l) {
-         l.AppendText({{10, 20}, {110, 56}}, "A&B");
-         l.AppendText({{10, 20}, {46, 120}}, "up");
-         l.AppendText({{INT32_MAX, INT32_MAX}, {INT32_MIN, INT32_MIN}}, "gone");
-     },
-     "<text transform=\"matrix(1 0 0 -1 10 20)\" font-size=\"50\" textLength=\"100\" "
-     "lengthAdjust=\"spacingAndGlyphs\" opacity=\"0\" xml:space=\"preserve\">A&amp;B</text>\n"
-     "<text transform=\"matrix(0 1 1 0 46 20)\" font-size=\"50\" textLength=\"100\" "
-     "lengthAdjust=\"spacingAndGlyphs\" opacity=\"0\" xml:space=\"preserve\">up</text>\n"},
-    {"the largest coordinates",
-     [](auto& l) {
-         l.AppendValue(kWidth, 14);
-         l.AppendLine({INT32_MIN, INT32_MAX}, {INT32_MAX, INT32_MIN});
-     },
-     "<path d=\"M-2147483648 2147483647l4294967295-4294967295\"/>\n"},
+     "<path fill=\"url(#pattern1)\" stroke=\"none\" d=\"M0 0h1v1h-1z\"/>\n"
+     "<path fill=\"url(#pattern1)\" stroke=\"none\" d=\"M0 0h1v1h-1z\"/>\n"},
+    {"no pattern without its bits", "FT11,4;RF5,1,1;PM0;PD1,0,1,1,0,1;PM2;FP;",
+     "<path fill=\"#000\" stroke=\"none\" d=\"M0 0h1v1h-1z\"/>\n"},
+    {"texts: upright, upward, none without strokes",
+     "PU10,20;LB-&\003DI0,1;PU10,20;LB---\003LB \003",
+     "<path class=\"h\" d=\"M20 80h40m84-60-30 80-5 20 5 20h10l5-20-5-20-15-30-5-20 5-20 10-10 10 10 "
+     "15 40\"/>\n<text transform=\"matrix(1 0 0 -1 20 20)\" font-size=\"166.6667\" "
+     "textLength=\"124\" lengthAdjust=\"spacingAndGlyphs\" opacity=\"0\" xml:space=\"preserve\">"
+     "-&amp;</text>\n<path class=\"h\" d=\"M-50 30v40m1 44v40m0 44v40\"/>\n<text "
+     "transform=\"matrix(0 1 1 0 -49 30)\" font-size=\"1.3889\" textLength=\"208\" "
+     "lengthAdjust=\"spacingAndGlyphs\" opacity=\"0\" xml:space=\"preserve\">---</text>\n"},
+    {"the largest coordinates", "PU-2147483648,2147483647;PD2147483647,-2147483648;",
+     "<path class=\"h\" d=\"M-2147483648 2147483647l4294967295-4294967295\"/>\n"},
 };
+// clang-format on
 
-class SvgElement : public testing::TestWithParam<ElementCase> {};
+class SvgElement : public HostTest, public testing::WithParamInterface<ElementCase> {};
 
 TEST_P(SvgElement, IsWritten) {
-    DisplayList list;
-    GetParam().append(list);
-    EXPECT_EQ(Elements(list), GetParam().svg);
+    const auto pages = Pages(GetParam().plot);
+    ASSERT_EQ(pages.size(), 1U);
+    EXPECT_EQ(Elements(pages[0].Drawing()), GetParam().svg);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SvgElement, testing::ValuesIn(kElements));
@@ -220,35 +140,31 @@ TEST(SvgPage, SheetIsThePhysicalExtentAndItsMargin) {
               std::string::npos);
 }
 
-void DrawOnLayer(DisplayList& list, std::int32_t layer, bool filled) {
-    list.AppendValue(RecordKind::kLayer, layer);
-    list.AppendRectangle({{0, 0}, {5, 5}}, filled);
-}
+class SvgPages : public HostTest {};
 
-TEST(SvgPage, LayersAreOneGroupEachUnlessOrderShows) {
-    DisplayList lines;
-    for (const std::int32_t layer : {1, 2, 1, 2}) DrawOnLayer(lines, layer, false);
-    const std::string grouped = Svg(lines);
+TEST_F(SvgPages, LayersAreOneGroupEachUnlessOrderShows) {
+    const std::string grouped = Svg(Pages("EA5,5;SP2;EA5,5;SP1;EA5,5;SP2;EA5,5;")[0].Drawing());
     EXPECT_EQ(Count(grouped, "<g id="), 2U);
     EXPECT_EQ(Count(grouped, "M0 0h5v5h-5zm0 0h5v5h-5z"), 2U) << grouped;
-
-    DisplayList areas;
-    for (const std::int32_t layer : {1, 2, 1}) DrawOnLayer(areas, layer, true);
-    const std::string ordered = Svg(areas);
+    const std::string ordered = Svg(Pages("RA5,5;SP2;RA5,5;SP1;RA5,5;")[0].Drawing());
     EXPECT_EQ(Count(ordered, "<g id="), 3U);
-    EXPECT_NE(ordered.find("<g id=\"pen1-2\" inkscape:groupmode=\"layer\" "
-                           "inkscape:label=\"Layer no.: 1\""),
-              std::string::npos);
+    EXPECT_EQ(Count(ordered,
+                    "<g id=\"pen1-2\" inkscape:groupmode=\"layer\" "
+                    "inkscape:label=\"Layer no.: 1\""),
+              1U);
     EXPECT_EQ(Count(ordered, "</g>"), 3U);
 }
 
 TEST(SvgPage, ClipsNestInsideTheirLayers) {
+    const PointI triangle[] = {{0, 0}, {100, 0}, {50, 80}};
     DisplayList list;
-    list.AppendClipRegion({kTriangle, 3});
-    DrawOnLayer(list, 1, false);
-    DrawOnLayer(list, 2, false);
+    list.AppendClipRegion({triangle, 3});
+    for (const std::int32_t layer : {1, 2}) {
+        list.AppendValue(RecordKind::kLayer, layer);
+        list.AppendRectangle({{0, 0}, {5, 5}}, false);
+    }
     list.EndClipRegion();
-    DrawOnLayer(list, 2, false);
+    list.AppendRectangle({{0, 0}, {5, 5}}, false);
     const std::string svg = Svg(list);
     EXPECT_EQ(Count(svg, "<clipPath id=\"clip1\"><path d=\"M0 0h100l-50 80z\"/></clipPath>"), 1U);
     EXPECT_EQ(Count(svg, "<g clip-path=\"url(#clip1)\">"), 2U);
@@ -270,15 +186,6 @@ TEST(SvgPage, PicturesAreEmbedded) {
                        "xlink:href=\"data:image/png;base64,iVBORw0KGgo"),
               std::string::npos)
         << svg;
-}
-
-TEST(SvgPage, SinkFailuresComeThrough) {
-    DisplayList list;
-    list.AppendLine({0, 0}, {1, 1});
-    PageSource page;
-    page.drawing = &list;
-    FullSink sink;
-    EXPECT_THROW(WriteSvg(page, {}, sink), ToolError);
 }
 
 TEST(TextBuffer, WritesShortNumbersAndSafeText) {

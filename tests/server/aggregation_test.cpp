@@ -8,18 +8,6 @@ namespace {
 
 using qm::ComPtr;
 
-// Owns a component as a part of itself and shows its interfaces as its own.
-class Outer final : public qm::ComObject<_IQmFilterSaveEvents> {
-  public:
-    HRESULT STDMETHODCALLTYPE Progress(LONG, VARIANT_BOOL*) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) noexcept override {
-        const HRESULT own = ComObject::QueryInterface(riid, object);
-        return SUCCEEDED(own) || !part ? own : part->QueryInterface(riid, object);
-    }
-
-    ComPtr<IUnknown> part;
-};
-
 class ClassFactoryTest : public testing::Test {
   protected:
     void TearDown() override {
@@ -43,7 +31,7 @@ TEST_F(ClassFactoryTest, MakesObjects) {
 }
 
 TEST_F(ClassFactoryTest, PartTakesTheIdentityOfTheWhole) {
-    const auto outer = qm::MakeObject<Outer>();
+    const auto outer = qm::MakeObject<qm::Outer>();
     ASSERT_EQ(factory_->CreateInstance(outer.Get(), IID_IUnknown, outer->part.PutVoid()), S_OK);
     const auto save = outer.As<IQmFilterSave>();
     ASSERT_TRUE(save);
@@ -64,7 +52,7 @@ TEST_F(ClassFactoryTest, PartTakesTheIdentityOfTheWhole) {
 }
 
 TEST_F(ClassFactoryTest, WholeLivesAsLongAsAnInterfaceOfThePart) {
-    auto outer = qm::MakeObject<Outer>();
+    auto outer = qm::MakeObject<qm::Outer>();
     ASSERT_EQ(factory_->CreateInstance(outer.Get(), IID_IUnknown, outer->part.PutVoid()), S_OK);
     const LONG alive = qm::LiveObjectCount();
     auto save = outer.As<IQmFilterSave>();
@@ -88,7 +76,7 @@ TEST_F(ClassFactoryTest, WholeLivesAsLongAsAnInterfaceOfThePart) {
 }
 
 TEST_F(ClassFactoryTest, PartIsAskedForAsIUnknownOnly) {
-    const auto outer = qm::MakeObject<Outer>();
+    const auto outer = qm::MakeObject<qm::Outer>();
     ComPtr<IQmFilterSave> save;
     EXPECT_EQ(factory_->CreateInstance(outer.Get(), __uuidof(IQmFilterSave), save.PutVoid()),
               CLASS_E_NOAGGREGATION);

@@ -22,6 +22,18 @@ class SampleComponent : public EventSource<_IQmFilterSaveEvents, IQmFilterSave> 
     }
 };
 
+// Owns a component as a part of itself and shows its interfaces as its own.
+class Outer final : public ComObject<_IQmFilterSaveEvents> {
+  public:
+    HRESULT STDMETHODCALLTYPE Progress(LONG, VARIANT_BOOL*) noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) noexcept override {
+        const HRESULT own = ComObject::QueryInterface(riid, object);
+        return SUCCEEDED(own) || !part ? own : part->QueryInterface(riid, object);
+    }
+
+    ComPtr<IUnknown> part;
+};
+
 class SampleSink final : public ComObject<_IQmFilterSaveEvents> {
   public:
     explicit SampleSink(std::function<bool()> answer) : answer_(std::move(answer)) {}

@@ -1,56 +1,69 @@
 // What the DLL writes to the registry and takes away again.
+#include <gtest/gtest.h>
 #include <qmfilter.h>
 #include <windows.h>
 
+#include <cstring>
+#include <set>
 #include <string>
 
+#include "platform/com_ptr.h"
+#include "platform/library.h"
 #include "platform/text.h"
-#include "tests/server/windows/registry_text.h"
-#include "tests/server/windows/server_module.h"
 
 namespace {
 
-constexpr wchar_t kFilters[] = L"Software\\Quenmar\\QmFilters";
+constexpr DWORD kLongestName = 256;
+constexpr wchar_t kQuenmar[] = L"Software\\Quenmar";
 
-// The value of `key` below `root` and `name`, or "(none)".
-std::string Value(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
-    wchar_t text[1024] = {};
-    DWORD size = sizeof(text);
-    return RegGetValueW(root, key.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size) ==
-                   ERROR_SUCCESS
-               ? qm::WideToUtf8(text)
-               : "(none)";
+// The names that `enumerate` (RegEnumKeyExW or RegEnumValueW) gives, sorted.
+template <typename Enumerate>
+std::set<std::wstring> Names(HKEY key, Enumerate enumerate) {
+    std::set<std::wstring> names;
+    wchar_t name[kLongestName];
+    DWORD length = kLongestName;
+    for (DWORD i = 0;
+         enumerate(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+         ++i, length = kLongestName) {
+        names.emplace(name, length);
+    }
+    return names;
+}
+
+std::string ValueText(HKEY key, const std::wstring& name) {
+    wchar_t data[1024] = {};
+    DWORD size = sizeof(data);
+    DWORD type = 0;
+    RegQueryValueExW(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
+    if (type == REG_SZ) return qm::WideToUtf8(data);
+    DWORD number = 0;
+    std::memcpy(&number, data, sizeof(number));
+    return "dword " + std::to_string(number);
+}
+
+// A branch as lines "KEY [NAME] = VALUE"; without `deep` the names of its keys alone.
+std::string Text(HKEY root, const std::wstring& path, bool deep = true,
+                 const std::string& at = "") {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return {};
+    std::string text;
+    for (const std::wstring& name : deep ? Names(key, RegEnumValueW) : std::set<std::wstring>()) {
+        text += at + " [" + qm::WideToUtf8(name) + "] = " + ValueText(key, name) + "\n";
+    }
+    for (const std::wstring& name : Names(key, RegEnumKeyExW)) {
+        const std::string below = at + "\\" + qm::WideToUtf8(name);
+        text += deep ? Text(key, name, true, below) : below + "\n";
+    }
+    RegCloseKey(key);
+    return text;
 }
 
 // Every place a registration may write to. Whole branches where they are ours or small, names
 // elsewhere.
 std::string Everything() {
-    return qm::RegistryKeys(HKEY_CLASSES_ROOT, L"") +
-           qm::RegistryKeys(HKEY_CLASSES_ROOT, L"CLSID") +
-           qm::RegistryText(HKEY_CLASSES_ROOT, L"TypeLib") +
-           qm::RegistryKeys(HKEY_CLASSES_ROOT, L"Interface") +
-           qm::RegistryKeys(HKEY_LOCAL_MACHINE, L"Software") +
-           qm::RegistryText(HKEY_LOCAL_MACHINE, L"Software\\Quenmar");
-}
-
-std::string ModulePath() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(GetModuleHandleW(L"QmFilter_HPGL.dll"), path, MAX_PATH);
-    return qm::WideToUtf8(path);
-}
-
-// The numbers of a four-part version, from the file itself.
-std::string FileVersion() {
-    BYTE resource[4096] = {};
-    VS_FIXEDFILEINFO* info = nullptr;
-    UINT size = 0;
-    GetFileVersionInfoW(L"QmFilter_HPGL.dll", 0, sizeof(resource), resource);
-    if (VerQueryValueW(resource, L"\\", reinterpret_cast<void**>(&info), &size) == FALSE) return "";
-    char text[64];
-    std::snprintf(text, sizeof(text), "%u.%u.%u.%u", HIWORD(info->dwFileVersionMS),
-                  LOWORD(info->dwFileVersionMS), HIWORD(info->dwFileVersionLS),
-                  LOWORD(info->dwFileVersionLS));
-    return text;
+    return Text(HKEY_CLASSES_ROOT, L"", false) + Text(HKEY_CLASSES_ROOT, L"CLSID", false) +
+           Text(HKEY_CLASSES_ROOT, L"TypeLib") + Text(HKEY_CLASSES_ROOT, L"Interface", false) +
+           Text(HKEY_LOCAL_MACHINE, L"Software", false) + Text(HKEY_LOCAL_MACHINE, kQuenmar);
 }
 
 std::string Replaced(std::string text, const std::string& what, const std::string& by) {
@@ -60,120 +73,104 @@ std::string Replaced(std::string text, const std::string& what, const std::strin
     return text;
 }
 
-struct Registered {
-    std::string component;
-    std::string clsid;
-    std::string filterValues;
+class Registration : public testing::Test {
+  protected:
+    Registration() { CoInitialize(nullptr); }
+    ~Registration() override { CoUninitialize(); }
+
+    HRESULT Call(const char* entryPoint) const {
+        const auto function = module_.Function<HRESULT STDAPICALLTYPE()>(entryPoint);
+        return function == nullptr ? E_NOTIMPL : function();
+    }
+    static std::string ModulePath() {
+        wchar_t path[MAX_PATH] = {};
+        GetModuleFileNameW(GetModuleHandleW(L"QmFilter_HPGL.dll"), path, MAX_PATH);
+        return qm::WideToUtf8(path);
+    }
+
+  private:
+    const qm::Library module_{"QmFilter_HPGL.dll"};
 };
-void PrintTo(const Registered& row, std::ostream* out) { *out << row.component; }
 
-const Registered kRegistered[] = {{"QmFilterHPGL", "{22192533-BB8C-4B47-9835-69382A294F65}",
-                                   R"([AppID] = Q6Filter
-[Extension] = *.PLT,*.HP,*.HP2,*.HPG,*.NID
-[Format] = Hewlett Packard Graphics Language
-[Group] = Vector
-[ProgID] = QmFilter_HPGL.QmFilterHPGL
-[Version] = VERSION
-)"},
-                                  {"QmFilterSaveHPGL", "{56B9FEAD-AF2F-4EDC-A2DB-7E00C0EF6186}",
-                                   R"([BlockSupport] = dword 16
-[CLSID] = {56B9FEAD-AF2F-4EDC-A2DB-7E00C0EF6186}
-[Group] = Vector
-[ProgID] = QmFilter_HPGL.QmFilterSaveHPGL
-[RasterSupport] = dword 257
-[SaveExtension] = PLT
-[SaveFormat] = Hewlett Packard Graphics Language
-[StorageType] = dword 1
-[Version] = VERSION
-)"},
-                                  {"QmFilterSaveHPRTL", "{2903B211-8207-451E-A9DC-7012D9B2BEBA}",
-                                   R"([BlockSupport] = dword 2
-[CLSID] = {2903B211-8207-451E-A9DC-7012D9B2BEBA}
-[Group] = Vector
-[ProgID] = QmFilter_HPGL.QmFilterSaveHPRTL
-[RasterSupport] = dword 265
-[SaveExtension] = PLT
-[SaveFormat] = HP-RTL
-[StorageType] = dword 1
-[Version] = VERSION
-)"}};
-
-class Registration : public qm::RegisteredServer, public testing::WithParamInterface<Registered> {};
-INSTANTIATE_TEST_SUITE_P(Components, Registration, testing::ValuesIn(kRegistered),
-                         [](const auto& row) { return row.param.component; });
-
-TEST_P(Registration, ClassKeys) {
-    const auto& [component, clsid, values] = GetParam();
-    const std::string progId = "QmFilter_HPGL." + component;
-    EXPECT_EQ(qm::RegistryText(HKEY_CLASSES_ROOT, L"CLSID\\" + qm::BytesToWide(clsid)),
-              "= " + component + " Class\n" + "InprocServer32 = " + ModulePath() + "\n" +
-                  "InprocServer32 [ThreadingModel] = Apartment\n" + "ProgID = " + progId + ".1\n" +
-                  "TypeLib = {37E4B812-1165-4E59-B383-AAB6B22707A5}\n" +
-                  "VersionIndependentProgID = " + progId + "\n");
-    EXPECT_EQ(qm::RegistryText(HKEY_CLASSES_ROOT, qm::BytesToWide(progId)),
-              "= " + component + " Class\nCLSID = " + clsid + "\nCurVer = " + progId + ".1\n");
-    EXPECT_EQ(qm::RegistryText(HKEY_CLASSES_ROOT, qm::BytesToWide(progId + ".1")),
-              "= " + component + " Class\nCLSID = " + clsid + "\n");
+TEST_F(Registration, Filters) {
+    ASSERT_EQ(Call("DllRegisterServer"), S_OK);
+    const std::string text = Text(HKEY_LOCAL_MACHINE, kQuenmar);
+    const std::size_t version = text.find("[Version] = ") + 12;
+    const std::string number = text.substr(version, text.find('\n', version) - version);
+    EXPECT_EQ(Replaced(text, "[Version] = " + number, "[Version]"),
+              R"(\QmFilters [] = Quenmar COM Filters
+\QmFilters\QmFilterHPGL [AppID] = Q6Filter
+\QmFilters\QmFilterHPGL [Extension] = *.PLT,*.HP,*.HP2,*.HPG,*.NID
+\QmFilters\QmFilterHPGL [Format] = Hewlett Packard Graphics Language
+\QmFilters\QmFilterHPGL [Group] = Vector
+\QmFilters\QmFilterHPGL [ProgID] = QmFilter_HPGL.QmFilterHPGL
+\QmFilters\QmFilterHPGL [Version]
+\QmFilters\QmFilterSaveHPGL [BlockSupport] = dword 16
+\QmFilters\QmFilterSaveHPGL [CLSID] = {56B9FEAD-AF2F-4EDC-A2DB-7E00C0EF6186}
+\QmFilters\QmFilterSaveHPGL [Group] = Vector
+\QmFilters\QmFilterSaveHPGL [ProgID] = QmFilter_HPGL.QmFilterSaveHPGL
+\QmFilters\QmFilterSaveHPGL [RasterSupport] = dword 257
+\QmFilters\QmFilterSaveHPGL [SaveExtension] = PLT
+\QmFilters\QmFilterSaveHPGL [SaveFormat] = Hewlett Packard Graphics Language
+\QmFilters\QmFilterSaveHPGL [StorageType] = dword 1
+\QmFilters\QmFilterSaveHPGL [Version]
+\QmFilters\QmFilterSaveHPRTL [BlockSupport] = dword 2
+\QmFilters\QmFilterSaveHPRTL [CLSID] = {2903B211-8207-451E-A9DC-7012D9B2BEBA}
+\QmFilters\QmFilterSaveHPRTL [Group] = Vector
+\QmFilters\QmFilterSaveHPRTL [ProgID] = QmFilter_HPGL.QmFilterSaveHPRTL
+\QmFilters\QmFilterSaveHPRTL [RasterSupport] = dword 265
+\QmFilters\QmFilterSaveHPRTL [SaveExtension] = PLT
+\QmFilters\QmFilterSaveHPRTL [SaveFormat] = HP-RTL
+\QmFilters\QmFilterSaveHPRTL [StorageType] = dword 1
+\QmFilters\QmFilterSaveHPRTL [Version]
+)");
+    EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
 }
 
-TEST_P(Registration, FilterKeys) {
-    const auto& [component, clsid, values] = GetParam();
-    const std::wstring key = std::wstring(kFilters) + L"\\" + qm::BytesToWide(component);
-    EXPECT_FALSE(FileVersion().empty());
-    EXPECT_EQ(qm::RegistryText(HKEY_LOCAL_MACHINE, key),
-              Replaced(values, "VERSION", FileVersion()));
+TEST_F(Registration, ClassesAndTypeLibrary) {
+    ASSERT_EQ(Call("DllRegisterServer"), S_OK);
+    const std::pair<std::string, std::string> rows[] = {
+        {"QmFilterHPGL", "{22192533-BB8C-4B47-9835-69382A294F65}"},
+        {"QmFilterSaveHPGL", "{56B9FEAD-AF2F-4EDC-A2DB-7E00C0EF6186}"},
+        {"QmFilterSaveHPRTL", "{2903B211-8207-451E-A9DC-7012D9B2BEBA}"}};
+    for (const auto& [component, clsid] : rows) {
+        const std::string progId = "QmFilter_HPGL." + component;
+        const std::string name = " [] = " + component + " Class\n";
+        EXPECT_EQ(Text(HKEY_CLASSES_ROOT, L"CLSID\\" + qm::BytesToWide(clsid)),
+                  name + "\\InprocServer32 [] = " + ModulePath() +
+                      "\n\\InprocServer32 [ThreadingModel] = Apartment\n\\ProgID [] = " + progId +
+                      ".1\n\\TypeLib [] = {37E4B812-1165-4E59-B383-AAB6B22707A5}\n"
+                      "\\VersionIndependentProgID [] = " +
+                      progId + "\n");
+        EXPECT_EQ(Text(HKEY_CLASSES_ROOT, qm::BytesToWide(progId)),
+                  name + "\\CLSID [] = " + clsid + "\n\\CurVer [] = " + progId + ".1\n");
+        EXPECT_EQ(Text(HKEY_CLASSES_ROOT, qm::BytesToWide(progId + ".1")),
+                  name + "\\CLSID [] = " + clsid + "\n");
+    }
+    qm::ComPtr<ITypeLib> library;
+    EXPECT_EQ(LoadRegTypeLib(LIBID_QmFilterHPGLLib, 1, 0, LOCALE_NEUTRAL, library.Put()), S_OK);
+    library.Reset();
+    EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
 }
 
-class RegistrationOfModule : public qm::RegisteredServer {};
-
-TEST_F(RegistrationOfModule, SharedKeys) {
-    EXPECT_EQ(Value(HKEY_LOCAL_MACHINE, kFilters), "Quenmar COM Filters");
-    EXPECT_EQ(qm::RegistryKeys(HKEY_LOCAL_MACHINE, kFilters),
-              "QmFilterHPGL\nQmFilterSaveHPGL\nQmFilterSaveHPRTL\n");
-    const std::wstring library = L"TypeLib\\{37E4B812-1165-4E59-B383-AAB6B22707A5}\\1.0";
-    EXPECT_EQ(Value(HKEY_CLASSES_ROOT, library), "QmFilter HPGL 1.0 Type Library");
-    // The system may put a prefix before the path.
-    EXPECT_NE(Value(HKEY_CLASSES_ROOT, library + L"\\0\\win64").find(ModulePath()),
-              std::string::npos);
-}
-
-class Unregistration : public qm::ServerModule {};
-
-TEST_F(Unregistration, TakesAwayExactlyWhatWasWritten) {
+// Also behind a second registration, as an update does it, and beside the filters of others.
+TEST_F(Registration, TakesAwayExactlyWhatWasWritten) {
     const std::string before = Everything();
     ASSERT_EQ(Call("DllRegisterServer"), S_OK);
     const std::string registered = Everything();
     EXPECT_NE(registered, before);
-    EXPECT_EQ(Call("DllRegisterServer"), S_OK);  // as an update does
+    EXPECT_EQ(Call("DllRegisterServer"), S_OK);
     EXPECT_EQ(Everything(), registered);
     EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
     EXPECT_EQ(Everything(), before);
-}
-
-TEST_F(Unregistration, LeavesTheFiltersOfOthers) {
-    const std::wstring other = std::wstring(kFilters) + L"\\QmFilterOther";
+    const std::wstring other = std::wstring(kQuenmar) + L"\\QmFilters\\QmFilterOther";
     RegSetKeyValueW(HKEY_LOCAL_MACHINE, other.c_str(), L"Group", REG_SZ, L"Raster", 14);
-    const std::string before = qm::RegistryText(HKEY_LOCAL_MACHINE, kFilters);
     EXPECT_EQ(Call("DllRegisterServer"), S_OK);
     EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
-    EXPECT_EQ(qm::RegistryText(HKEY_LOCAL_MACHINE, kFilters), "= Quenmar COM Filters\n" + before);
-    RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software\\Quenmar");
-}
-
-// The exit code of the system's own program for registration, which wants a full path.
-int RegSvr32(const std::wstring& options) {
-    return _wsystem(
-        (L"regsvr32.exe " + options + L" \"" + qm::Utf8ToWide(ModulePath()) + L"\"").c_str());
-}
-
-TEST_F(Unregistration, RegSvr32) {
-    const std::string before = Everything();
-    EXPECT_EQ(RegSvr32(L"/s"), 0);
-    CLSID clsid{};
-    EXPECT_EQ(CLSIDFromProgID(L"QmFilter_HPGL.QmFilterSaveHPRTL", &clsid), S_OK);
-    EXPECT_EQ(clsid, CLSID_QmFilterSaveHPRTL);
-    EXPECT_EQ(RegSvr32(L"/u /s"), 0);
-    EXPECT_EQ(Everything(), before);
+    EXPECT_EQ(Text(HKEY_LOCAL_MACHINE, kQuenmar),
+              "\\QmFilters [] = Quenmar COM Filters\n"
+              "\\QmFilters\\QmFilterOther [Group] = Raster\n");
+    RegDeleteTreeW(HKEY_LOCAL_MACHINE, kQuenmar);
 }
 
 }  // namespace
