@@ -36,8 +36,6 @@ Turn TurnOf(const PageTurn& page) {
     return turn;
 }
 
-bool IsQuarter(int angle) { return angle == 90 || angle == 270; }
-
 struct Extent {
     double width;
     double height;
@@ -63,7 +61,7 @@ Placement PlacePicture(const PictureFrame& frame, std::int32_t rows, RasterCurso
     const double unitsPerDot = kUnitsPerInch / frame.resolution;
     const Turn turn = TurnOf(page);
     Extent extent = SizeOf(frame, rows, unitsPerDot);
-    if (IsQuarter(turn.angle)) std::swap(extent.width, extent.height);
+    if (IsQuarterTurn(turn.angle)) std::swap(extent.width, extent.height);
     const double horizontal = extent.width * turn.horizontalSign;
     const double vertical = extent.height * turn.verticalSign;
 
@@ -79,7 +77,7 @@ Placement PlacePicture(const PictureFrame& frame, std::int32_t rows, RasterCurso
     placed.box.b.y = RoundToInt32(placed.box.a.y - vertical + 0.9);
     placed.visible = std::fabs(horizontal) > 2.0 && std::fabs(vertical) > 2.0;
     placed.cursor = cursor;
-    if (IsQuarter(turn.angle)) {
+    if (IsQuarterTurn(turn.angle)) {
         placed.cursor.down = WrapAdd(cursor.down, RoundToInt32(horizontal / unitsPerDot));
     } else {
         placed.cursor.across = WrapAdd(cursor.across, RoundToInt32(vertical / unitsPerDot));

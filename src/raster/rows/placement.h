@@ -36,6 +36,9 @@ struct PageTurn {
     bool atEntry = false;       // landscape and RO 0 when raster mode was entered
 };
 
+// The turns that exchange width and height.
+inline bool IsQuarterTurn(int angle) { return angle == 90 || angle == 270; }
+
 struct Placement {
     int angle = 0;  // degrees: 0, 90, 180 or 270
     // Plotter units. The corners are not sorted; a picture that grows downward has b.y below a.y.

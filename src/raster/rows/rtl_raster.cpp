@@ -5,6 +5,8 @@
 #include <cstring>
 #include <vector>
 
+#include "raster/rows/placement.h"
+
 namespace qm {
 
 namespace {
@@ -19,8 +21,6 @@ std::int64_t StoredRowBytes(std::int32_t width, int bits, PlaneKind kind) {
     // Eight planes of 1, 9, 17 or 25 pixels, say, are longer than the padded eight-bit row.
     return std::max(PackedStride(width, bits), planes * PlaneBytes(width));
 }
-
-bool IsQuarter(int angle) { return angle == 90 || angle == 270; }
 
 }  // namespace
 
@@ -135,8 +135,8 @@ std::optional<std::size_t> CRTLRaster::PrepareBitmap(int angle) {
     ++highestRow_;
     if (!hasRows_) return std::nullopt;
     if (planeKind_ != kNoPlanes) MergePlanes();
-    return IsQuarter(angle) ? PackedBitmapSize(highestRow_, width_, bitsPerPixel_)
-                            : PackedBitmapSize(width_, highestRow_, bitsPerPixel_);
+    return IsQuarterTurn(angle) ? PackedBitmapSize(highestRow_, width_, bitsPerPixel_)
+                                : PackedBitmapSize(width_, highestRow_, bitsPerPixel_);
 }
 
 GlobalBlock CRTLRaster::MakeBitmap(int angle) {
@@ -151,7 +151,7 @@ GlobalBlock CRTLRaster::MakeBitmap(int angle) {
 
 void CRTLRaster::FillBitmap(std::uint8_t* zeroed, int angle) {
     const std::int32_t rowCount = highestRow_;
-    const bool quarter = IsQuarter(angle);
+    const bool quarter = IsQuarterTurn(angle);
     const std::int32_t bitmapWidth = quarter ? rowCount : width_;
     const std::int32_t bitmapHeight = quarter ? width_ : rowCount;
     BitmapTarget target;
