@@ -83,6 +83,7 @@ void PagePainter::DrawLetter(GlyphShapes::Strokes strokes) {
         EndStroke();
         EnterLayer(style_.layer);
         state_.SetStroke(style_, false);
+        inked_ = true;
         out_ << "q\n";
         rowAt_ = place_.origin;
     }

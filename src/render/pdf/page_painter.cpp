@@ -72,6 +72,7 @@ void PagePainter::BeginStroke(bool dot) {
     EnterLayer(style_.layer);
     state_.SetStroke(style_, dot);
     path_.Start();
+    inked_ = true;
     pathOpen_ = true;
     pathIsDots_ = dot;
 }
@@ -202,6 +203,7 @@ bool PagePainter::BeginFill(const DrawingStyle& style) {
     }
     state_.SetFill(style.fillColour, pattern);
     path_.Start();
+    inked_ = true;
     return true;
 }
 
@@ -228,6 +230,18 @@ void PagePainter::EndClipRegion() {
     clipped_ = false;
 }
 
+bool PagePainter::OnBarePaper(const BoxI& box) {
+    Extent extent;
+    extent.Add(box.a.x, box.a.y);
+    extent.Add(box.b.x, box.b.y);
+    const bool apart = pictured_.empty || extent.minX >= pictured_.maxX ||
+                       extent.maxX <= pictured_.minX || extent.minY >= pictured_.maxY ||
+                       extent.maxY <= pictured_.minY;
+    pictured_.Add(extent.minX, extent.minY);
+    pictured_.Add(extent.maxX, extent.maxY);
+    return apart && !inked_;
+}
+
 void PagePainter::Picture(const DrawingStyle& style, const BoxI& box, std::int32_t rasterOperation,
                           ByteRun bitmap) {
     const auto view = PackedBitmapView::Parse(bitmap.data, bitmap.size);
@@ -237,9 +251,12 @@ void PagePainter::Picture(const DrawingStyle& style, const BoxI& box, std::int32
     const std::int64_t height = std::abs(std::int64_t{box.b.y} - box.a.y);
     if (!view || blend == Blend::kNone || width == 0 || height == 0) return;
     Flush();
-    const PictureObject picture =
-        WritePicture(*view, page_.whiteIsClear && PictureIsClear(rasterOperation),
-                     options_.checkpoint, document_.file);
+    // Clear white on bare paper is white: viewers blur the edges of masks.
+    const bool bare = OnBarePaper(box);
+    const PictureObject picture = WritePicture(
+        *view,
+        page_.whiteIsClear && PictureIsClear(rasterOperation) && (!bare || view->Bits() == 1),
+        options_.checkpoint, document_.file);
     const std::string name = "I" + std::to_string(++pictures_);
     resources_.Add(PageResources::kXObject, name, picture.object);
     EnterLayer(style.layer);

@@ -84,6 +84,9 @@ class PagePainter final : public DisplayListVisitor {
     void LeaveLayer();
     void WriteTexts();
 
+    // Nothing was drawn where `box` lies, as far as is known without looking closely.
+    bool OnBarePaper(const BoxI& box);
+
     // The strokes of a text: a run of held back lines inside its box.
     std::size_t FirstStrokeOf(const BoxI& box) const;
     // Draws the held back lines from `first` on, letters by reference; returns whether they run to
@@ -107,6 +110,8 @@ class PagePainter final : public DisplayListVisitor {
     std::map<std::int32_t, bool> groups_;  // layers that have a group
     std::optional<std::int32_t> layer_;
     std::size_t pictures_ = 0;
+    Extent pictured_;     // by pictures
+    bool inked_ = false;  // by anything else
     bool clipped_ = false;
 
     bool styleChanged_ = true;

@@ -11,13 +11,15 @@ namespace qm::pdf {
 namespace {
 
 constexpr double kTurn = 360.0;
+// The exact factor: a cut one would leave a gap in a full turn.
+constexpr double kPi = 3.14159265358979323846;
 
-// Degrees of a Bezier curve whose distance from the arc stays below a tenth of a plotter unit.
+// Degrees of a Bezier curve whose distance from the arc stays below a quarter of a plotter unit.
 double StepFor(double radius) {
-    constexpr double kQuarterTurnRadius = 370.0;
-    constexpr double kEighthTurnRadius = 24000.0;
+    constexpr double kQuarterTurnRadius = 900.0;
+    constexpr double kSixthTurnRadius = 10000.0;
     if (radius <= kQuarterTurnRadius) return 90.0;
-    return radius <= kEighthTurnRadius ? 45.0 : 15.0;
+    return radius <= kSixthTurnRadius ? 60.0 : 15.0;
 }
 
 struct Direction {
@@ -26,8 +28,6 @@ struct Direction {
 };
 
 Direction DirectionOf(double degrees) {
-    // The exact factor: a cut one would leave a gap in a full turn.
-    constexpr double kPi = 3.14159265358979323846;
     const double radians = degrees * kPi / 180.0;
     return {std::cos(radians), std::sin(radians)};
 }
@@ -64,7 +64,7 @@ void PathWriter::Arc(const ArcShape& arc) {
     const double largest = std::max(std::abs(radiusX), std::abs(radiusY));
     const double pieces = std::max(1.0, std::ceil(std::abs(span) / StepFor(largest)));
     const double step = span / pieces;
-    const double reach = 4.0 / 3.0 * std::tan(step / 4.0 / kTurn * 2.0 * 3.14159265358979323846);
+    const double reach = 4.0 / 3.0 * std::tan(step / 4.0 * kPi / 180.0);
     const Direction turn = DirectionOf(step);
     Direction at = DirectionOf(start);
     out_.Tenths(centreX + radiusX * at.cosine).Tenths(centreY + radiusY * at.sine) << "m\n";

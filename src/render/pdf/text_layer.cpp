@@ -46,14 +46,25 @@ void TextLayer::Add(const BoxI& box, std::string_view text, bool backward, std::
                       static_cast<float>(extent.minY), static_cast<float>(extent.maxY)});
 }
 
+// A line of texts: each overlaps the tallest before it by half of the lower of both.
+std::vector<TextLayer::Item>::iterator TextLayer::LineEnd(std::vector<Item>::iterator line,
+                                                          std::vector<Item>::iterator end) {
+    const Item* tallest = &*line;
+    const auto next = std::find_if(line + 1, end, [&](const Item& item) {
+        const float overlap =
+            std::min(item.bottom, tallest->bottom) - std::max(item.top, tallest->top);
+        if (2.0F * overlap < std::min(item.Height(), tallest->Height())) return true;
+        if (item.Height() > tallest->Height()) tallest = &item;
+        return false;
+    });
+    return next;
+}
+
 void TextLayer::Sort() {
     std::stable_sort(items_.begin(), items_.end(),
                      [](const Item& a, const Item& b) { return a.top < b.top; });
-    // A line: what begins above the middle of its first text.
     for (auto line = items_.begin(); line != items_.end();) {
-        const float middle = (line->top + line->bottom) / 2.0F;
-        const auto end = std::find_if(line + 1, items_.end(),
-                                      [=](const Item& item) { return item.top > middle; });
+        const auto end = LineEnd(line, items_.end());
         std::stable_sort(line, end, [](const Item& a, const Item& b) { return a.left < b.left; });
         line = end;
     }

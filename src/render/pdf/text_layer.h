@@ -80,9 +80,13 @@ class TextLayer {
         float left = 0.0F;
         float top = 0.0F;
         float bottom = 0.0F;
+
+        float Height() const { return bottom - top; }
     };
 
     void Sort();
+    static std::vector<Item>::iterator LineEnd(std::vector<Item>::iterator line,
+                                               std::vector<Item>::iterator end);
     void WriteText(const Item& item, PdfFile& file, ContentStream& out, PageResources& resources);
 
     TextFonts& fonts_;

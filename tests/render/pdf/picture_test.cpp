@@ -91,6 +91,7 @@ TEST_P(PdfPictures, KeepTheirDepth) {
     std::uint8_t* const rows = WritePackedHeader(bitmap.data(), 3, 2, row.bits, colours.data());
     std::copy(row.rows.begin(), row.rows.end(), rows);
     DisplayList list;
+    list.AppendRectangle({{0, 0}, {9, 9}}, true);
     list.AppendPicture({{35, 7}, {-5, 27}}, row.operation, {bitmap.data(), bitmap.size()});
     PageSource page;
     page.drawing = &list;
@@ -100,10 +101,27 @@ TEST_P(PdfPictures, KeepTheirDepth) {
     const PdfReader::Object& picture = reader.Find("/Subtype/Image/Width 3/Height 2");
     EXPECT_NE(picture.value.find(row.entries), std::string::npos) << picture.value;
     EXPECT_EQ(picture.stream, row.stream);
-    EXPECT_EQ(reader.Content(), "/OC/L0 BDC\n" + std::string(row.content) + "EMC\n");
+    EXPECT_EQ(reader.Content(),
+              "/OC/L0 BDC\n0 0 9 9 re\nf*\n" + std::string(row.content) + "EMC\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(PdfWriter, PdfPictures, testing::ValuesIn(kPictures));
+
+TEST(PdfPictures, OnBarePaperNeedNoMask) {
+    std::vector<std::uint8_t> block(*PackedBitmapSize(3, 2, 24));
+    WritePackedHeader(block.data(), 3, 2, 24, nullptr);
+    DisplayList list;
+    for (const std::int32_t x : {0, 10, 15}) {
+        list.AppendPicture({{x, 0}, {x + 10, 10}}, 252, {block.data(), block.size()});
+    }
+    PageSource page;
+    page.drawing = &list;
+    MemorySink sink;
+    WritePdf({page}, {}, sink);
+    const PdfReader reader(sink.text);
+    EXPECT_EQ(reader.Count("/Subtype/Image"), 3U);
+    EXPECT_EQ(reader.Count("/Mask["), 1U);  // the one that lies over the second
+}
 
 TEST(PdfPictures, WithoutAreaOrBitsAreLeftOut) {
     const std::uint8_t noBitmap[] = {1, 2, 3};
