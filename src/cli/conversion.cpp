@@ -8,6 +8,7 @@
 #include "cli/plots.h"
 #include "common/tool_error.h"
 #include "host/page_summary.h"
+#include "platform/text.h"
 
 namespace qm::cli {
 
@@ -16,6 +17,11 @@ namespace {
 // "plan.svg" becomes "plan-2.svg".
 std::string NumberedName(const std::string& path, std::size_t number) {
     return std::string(path).insert(path.rfind('.'), "-" + std::to_string(number));
+}
+
+PlotFacts FactsOf(const InputFile& file, const OpenedPlot& plot) {
+    const std::string& name = file.Name();
+    return {name.substr(name.find_last_of("/\\") + 1), WideToUtf8(plot.format), file.Size()};
 }
 
 struct NumberedPage {
@@ -67,6 +73,7 @@ void Convert(const std::string& input, const std::string& output, const Conversi
 
     WriteOptions writeOptions = options.write;
     writeOptions.page.progress = reports.progress;
+    writeOptions.facts = FactsOf(file, plot);
     // No file gets its name before the last one is complete.
     std::vector<std::unique_ptr<OutputFile>> files;
     const auto write = [&](const std::string& path, const std::vector<PlotPage>& content) {

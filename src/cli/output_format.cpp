@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/tool_error.h"
+#include "render/viewer/viewer_writer.h"
 
 namespace qm::cli {
 
@@ -14,6 +15,13 @@ void WriteAllAsPdf(const Pages& pages, const WriteOptions& options, OutputSink& 
     std::vector<PageSource> sources;
     for (const PlotPage& page : pages) sources.push_back(SourceOf(page));
     WritePdf(sources, options.page, sink);
+}
+
+void WriteAllAsViewer(const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+    const PlotFacts& facts = options.facts;
+    ViewerDocument document{facts.fileName, facts.format, facts.fileBytes, {}};
+    for (const PlotPage& page : pages) document.pages.push_back(SourceOf(page));
+    WriteViewer(document, options.page, sink);
 }
 
 constexpr OutputFormat kFormats[] = {
@@ -28,6 +36,7 @@ constexpr OutputFormat kFormats[] = {
          WritePng(SourceOf(pages.front()), options.page, sink);
      }},
 #endif
+    {"html", true, true, WriteAllAsViewer},
     {"plt", true, false,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePlot(pages, options.page, options.plot, sink);

@@ -1,6 +1,7 @@
 // The file formats that qmplot convert writes, by the ending of the output's name.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,9 +11,17 @@
 
 namespace qm::cli {
 
+// What the viewer page tells of the plot's file.
+struct PlotFacts {
+    std::string fileName;  // without its folder
+    std::string format;
+    std::uint64_t fileBytes = 0;
+};
+
 struct WriteOptions {
     PageOptions page;
     PlotOptions plot;
+    PlotFacts facts;
 };
 
 struct OutputFormat {
