@@ -18,5 +18,6 @@ void AddInfoCommand(CLI::App& app, Action& action);
 void AddOpsCommand(CLI::App& app, Action& action);
 void AddReplayCommand(CLI::App& app, Action& action);
 void AddTraceCommand(CLI::App& app, Action& action);
+void AddViewCommand(CLI::App& app, Action& action);
 
 }  // namespace qm::cli

@@ -42,7 +42,8 @@ int Run(int argc, char** argv) {
     qm::cli::Action action;
     for (const auto add :
          {qm::cli::AddDetectCommand, qm::cli::AddInfoCommand, qm::cli::AddConvertCommand,
-          qm::cli::AddOpsCommand, qm::cli::AddTraceCommand, qm::cli::AddReplayCommand}) {
+          qm::cli::AddViewCommand, qm::cli::AddOpsCommand, qm::cli::AddTraceCommand,
+          qm::cli::AddReplayCommand}) {
         add(app, action);
     }
     try {

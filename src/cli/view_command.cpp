@@ -1,0 +1,73 @@
+// qmplot view FILE...: plots in the browser.
+#include <zlib.h>
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "cli/browser.h"
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/conversion.h"
+#include "cli/plots.h"
+#include "cli/progress_bar.h"
+#include "common/tool_error.h"
+
+namespace qm::cli {
+
+namespace {
+
+struct ViewOptions {
+    std::vector<std::string> files;
+    bool open = true;
+    ConversionOptions conversion;
+};
+
+// Plots of one name in different folders have pages of their own, and a plot always the same one.
+std::string PageFor(const std::string& input) {
+    const std::filesystem::path plot =
+        input == "-" ? "standard-input" : std::filesystem::absolute(std::filesystem::u8path(input));
+    const std::string path = plot.u8string();
+    const uLong check =
+        crc32(0, reinterpret_cast<const Bytef*>(path.data()), static_cast<uInt>(path.size()));
+    const std::string name = plot.stem().u8string() + '-' + std::to_string(check) + ".html";
+    return (std::filesystem::u8path(CacheFolder()) / std::filesystem::u8path(name)).u8string();
+}
+
+int RunView(const ViewOptions& options) {
+    WatchForInterruption();
+    const Components components;
+    for (const std::string& input : options.files) {
+        const std::string page = PageFor(input);
+        bool written = false;
+        {
+            ProgressBar bar(input);
+            const ConversionReports reports{
+                [&](int percent) { bar.Show(percent); },
+                [](const std::string& note) { std::cerr << "qmplot: " << note << '\n'; },
+                [&](const std::string&) { written = true; }};
+            Convert(input, page, options.conversion, reports);
+        }
+        if (!written) continue;  // it draws nothing
+        std::cout << page << '\n';
+        if (options.open && !OpenInBrowser(page)) {
+            std::cerr << "qmplot: no browser could be started; open that file with one\n";
+        }
+    }
+    return kExitSuccess;
+}
+
+}  // namespace
+
+void AddViewCommand(CLI::App& app, Action& action) {
+    CLI::App* command = app.add_subcommand(
+        "view", "Show plots in the browser; prints where the pages are that it opens");
+    const auto options = std::make_shared<ViewOptions>();
+    options->conversion.write.page.checkpoint = ThrowIfInterrupted;
+    command->add_option("FILE", options->files, "Plot files")->required()->type_name("");
+    command->add_flag("--no-open{false}", options->open,
+                      "Only write the pages, do not start the browser");
+    command->callback([=, &action] { action = [=] { return RunView(*options); }; });
+}
+
+}  // namespace qm::cli
