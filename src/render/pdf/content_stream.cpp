@@ -5,11 +5,19 @@
 
 namespace qm::pdf {
 
+namespace {
+
+std::int64_t Nearest(double number) {
+    constexpr double kLimit = 1e13;
+    return number > -kLimit && number < kLimit ? std::llround(number) : 0;
+}
+
+}  // namespace
+
+ContentStream& ContentStream::Whole(double number) { return *this << Nearest(number); }
+
 ContentStream& ContentStream::Tenths(double number) {
-    // Beyond any coordinate; also keeps the conversion defined.
-    constexpr double kLimit = 1e12;
-    const double clamped = number > -kLimit && number < kLimit ? number : 0.0;
-    const auto tenths = static_cast<std::int64_t>(std::llround(clamped * 10.0));
+    const std::int64_t tenths = Nearest(number * 10.0);
     if (tenths % 10 == 0) return *this << tenths / 10;
     char* at = Room(kNumberBytes);
     if (tenths < 0) *at++ = '-';

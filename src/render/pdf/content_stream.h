@@ -33,8 +33,10 @@ class ContentStream {
         return *this;
     }
     ContentStream& operator<<(std::int32_t number) { return *this << std::int64_t{number}; }
-    // With at most one decimal (1/400 mm), for what does not lie on whole plotter units.
+    // The nearest number with at most one decimal (1/400 mm), and without. Numbers beyond any
+    // coordinate, and what is none, become 0.
     ContentStream& Tenths(double number);
+    ContentStream& Whole(double number);
     // "x y l\n", the operator that most of a page consists of.
     void Point(std::int64_t x, std::int64_t y, char command) {
         char* at = Room(2 * kNumberBytes);

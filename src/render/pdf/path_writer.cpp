@@ -11,6 +11,8 @@ namespace qm::pdf {
 namespace {
 
 constexpr double kTurn = 360.0;
+// From this radius on, curves lie on whole plotter units as lines do.
+constexpr double kWholeUnitsRadius = 250.0;
 // The exact factor: a cut one would leave a gap in a full turn.
 constexpr double kPi = 3.14159265358979323846;
 
@@ -64,23 +66,33 @@ void PathWriter::Arc(const ArcShape& arc) {
     const double largest = std::max(std::abs(radiusX), std::abs(radiusY));
     const double pieces = std::max(1.0, std::ceil(std::abs(span) / StepFor(largest)));
     const double step = span / pieces;
-    const double reach = 4.0 / 3.0 * std::tan(step / 4.0 * kPi / 180.0);
     const Direction turn = DirectionOf(step);
-    Direction at = DirectionOf(start);
-    out_.Tenths(centreX + radiusX * at.cosine).Tenths(centreY + radiusY * at.sine) << "m\n";
+    // 4/3 of the tangent of a quarter of the step.
+    const double halfTangent = turn.sine / (1.0 + turn.cosine);
+    const double reach =
+        4.0 / 3.0 * halfTangent / (1.0 + std::sqrt(1.0 + halfTangent * halfTangent));
+    const bool fine = largest < kWholeUnitsRadius;
+    const auto put = [&](double x, double y) {
+        if (fine) {
+            out_.Tenths(centreX + radiusX * x).Tenths(centreY + radiusY * y);
+        } else {
+            out_.Whole(centreX + radiusX * x).Whole(centreY + radiusY * y);
+        }
+    };
+    Direction at = whole ? Direction{1.0, 0.0} : DirectionOf(start);
+    put(at.cosine, at.sine);
+    out_ << "m\n";
     if (span == 0.0 || largest == 0.0) {
-        out_.Tenths(centreX + radiusX * at.cosine).Tenths(centreY + radiusY * at.sine) << "l\n";
+        put(at.cosine, at.sine);
+        out_ << "l\n";
     } else {
         for (double i = 0.0; i < pieces; i += 1.0) {
             const Direction to{at.cosine * turn.cosine - at.sine * turn.sine,
                                at.sine * turn.cosine + at.cosine * turn.sine};
-            out_.Tenths(centreX + radiusX * (at.cosine - reach * at.sine))
-                    .Tenths(centreY + radiusY * (at.sine + reach * at.cosine))
-                    .Tenths(centreX + radiusX * (to.cosine + reach * to.sine))
-                    .Tenths(centreY + radiusY * (to.sine - reach * to.cosine))
-                    .Tenths(centreX + radiusX * to.cosine)
-                    .Tenths(centreY + radiusY * to.sine)
-                << "c\n";
+            put(at.cosine - reach * at.sine, at.sine + reach * at.cosine);
+            put(to.cosine + reach * to.sine, to.sine - reach * to.cosine);
+            put(to.cosine, to.sine);
+            out_ << "c\n";
             at = to;
             ++segments_;
         }

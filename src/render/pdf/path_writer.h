@@ -1,5 +1,5 @@
-// PathWriter: path construction operators: polylines in whole plotter units, arcs as Bezier curves
-// in tenths of them. Test: tests/render/pdf/pdf_writer_test.cpp.
+// PathWriter: path construction operators: polylines in whole plotter units, arcs as Bezier curves,
+// small ones in tenths of them. Test: tests/render/pdf/pdf_writer_test.cpp.
 #pragma once
 
 #include "host/display_list_player.h"

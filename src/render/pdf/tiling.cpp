@@ -12,6 +12,22 @@ constexpr std::int32_t kTileSide = 64;
 
 std::string Number(std::int32_t number) { return std::to_string(number); }
 
+// The dots of a tile, row by row from the top, ink as clear bits.
+std::string Stencil(const FillPattern& pattern, std::int32_t across, std::int32_t down) {
+    const std::int32_t width = across * pattern.width;
+    std::string bits;
+    for (std::int32_t y = 0; y < down * pattern.height; ++y) {
+        std::string row(static_cast<std::size_t>((width + 7) / 8), '\xFF');
+        for (std::int32_t x = 0; x < width; ++x) {
+            if (!IsInk(pattern, x % pattern.width, y % pattern.height)) continue;
+            char& byte = row[static_cast<std::size_t>(x / 8)];
+            byte = static_cast<char>(byte & ~(0x80 >> x % 8));
+        }
+        bits += row;
+    }
+    return bits;
+}
+
 }  // namespace
 
 std::size_t Tilings::NumberOf(const FillPattern& pattern) {
@@ -20,19 +36,11 @@ std::size_t Tilings::NumberOf(const FillPattern& pattern) {
     if (!isNew) return known->second;
     const std::int32_t across = std::max(1, kTileSide / pattern.width);
     const std::int32_t down = std::max(1, kTileSide / pattern.height);
-    std::string content;
-    for (std::int32_t row = 0; row < down; ++row) {
-        for (std::int32_t column = 0; column < across; ++column) {
-            ForEachInkRun(pattern, [&](std::int32_t x, std::int32_t y, std::int32_t length) {
-                content += Number(column * pattern.width + x) + ' ' +
-                           Number(row * pattern.height + y) + ' ' + Number(length) + " 1 re\n";
-            });
-        }
-    }
-    if (!content.empty()) content += "f";
     const std::string width = Number(across * pattern.width);
     const std::string height = Number(down * pattern.height);
-    // Rows of a pattern run down, the drawing's y up.
+    const std::string content = width + " 0 0 -" + height + " 0 " + height + " cm\nBI/W " + width +
+                                "/H " + height + "/IM true/BPC 1\nID " +
+                                Stencil(pattern, across, down) + "\nEI\n";
     const Matrix& m = toPage_;
     const Matrix matrix{m.a * kPatternDotUnits,
                         m.b * kPatternDotUnits,
