@@ -68,7 +68,7 @@ def main():
         for kind in options.plots.split(","):
             plot = options.folder / ("%s-%s.plt" % (kind, size))
             if not plot.exists():
-                make_plots.main(["", str(options.folder), size, kind])
+                make_plots.main([str(options.folder), size, kind])
             megabytes = plot.stat().st_size / 1e6
             for conversion in options.to.split(","):
                 result = measure(options.qmplot, plot, conversion)
