@@ -92,25 +92,18 @@ TEST_F(HostDocument, LayersComeBackInOrder) {
 
 TEST_F(HostDocument, PenTableLeavesWhatIsNotGiven) {
     const auto table = MakeObject<PenTable>();
-    EXPECT_EQ(table->AddPen(2, 0xFF00, -1.0, 0xFFFFFFFF), S_OK);
-    LONG style = -1;
-    LONG colour = -1;
+    LONG style = -1, colour = -1, count = 0, number = 0;
     DOUBLE width = -1.0;
+    EXPECT_EQ(table->AddPen(2, 0xFF00, -1.0, 0xFFFFFFFF), S_OK);
     EXPECT_EQ(table->GetPen(9, &style, &colour, &width), E_INVALIDARG);
     EXPECT_EQ(table->GetPen(2, &style, &colour, &width), S_OK);
-    EXPECT_EQ(style, -1);
-    EXPECT_EQ(colour, 0xFF00);
-    EXPECT_EQ(width, -1.0);
+    EXPECT_TRUE(style == -1 && colour == 0xFF00 && width == -1.0);
     EXPECT_EQ(table->AddPen(2, 0xFFFFFFFF, 0.5, 3), S_OK);
     EXPECT_EQ(table->GetPen(2, &style, &colour, &width), S_OK);
-    EXPECT_EQ(style, 3);
-    EXPECT_EQ(width, 0.5);
-    LONG count = 0;
-    LONG number = 0;
+    EXPECT_TRUE(style == 3 && width == 0.5);
     EXPECT_EQ(table->GetPenCount(&count), S_OK);
-    EXPECT_EQ(count, 1);
     EXPECT_EQ(table->GetPenNumber(0, &number), S_OK);
-    EXPECT_EQ(number, 2);
+    EXPECT_TRUE(count == 1 && number == 2);
     EXPECT_EQ(table->GetPenNumber(1, &number), E_INVALIDARG);
     EXPECT_TRUE(Query<IQmAttributes>(static_cast<IQmPenTable*>(table.Get())));
 }

@@ -44,6 +44,7 @@ TEST(Coordinates, Window) {
         {"corners in any order", "IW100,100,0,0;PU-50,50;PD150,50;", {"Line 0 50 100 50"}},
         {"edges are inside", "IW0,0,100,100;PU0,100;PD100,100;", {"Line 0 100 100 100"}},
         {"outside", "IW0,0,100,100;PU0,101;PD100,101;PU-10,50;PD-5,200;", {}},
+        {"above counts before right", "IW0,0,10,10;PU0,3;PD11,15;", {"Line 0 3 6 10"}},
         {"switched off", "IW0,0,1,1;IW;PD5,5;", {"Line 0 0 5 5"}},
         {"old slots fill a short IW", "PU300,400;IW1,2,30,40;IW5,6;PU0,20;PD99,20;",
          {"Line 5 20 30 20"}},

@@ -32,6 +32,7 @@ TEST(Envelopes, AreReadOverUpToTheNextCommand) {
         {"framing header of another type", "\xCD\xCA\x10\x05"s + kDot, kDotDrawn},
         {"end marker", "\x1APLW" + kDot, {}},
         {"no end marker", "\x1APL" + kDot, kDotDrawn},
+        {"nor one letter of it", "\x1A" + kDot, kDotDrawn},
         {"device control with letter", "\033.(" + kDot, kDotDrawn},
         {"device control with parameters", "\033.I81;;17:" + kDot, kDotDrawn},
         {"device control ended by its line", "\033.N;19\r" + kDot, kDotDrawn},

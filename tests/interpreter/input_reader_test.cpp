@@ -118,6 +118,17 @@ TEST(InputReader, FramingRecordsAreRemoved) {
     }
 }
 
+TEST(InputReader, FramingRecordsAreNoProgress) {
+    const std::string record = "\xCD\xCA\x10\x02"s + std::string(16, 'r');
+    PlotReader reader(record + Padding(970));
+    reader.input.EnableFraming();
+    reader.input.StartProgress(990);
+    reader.Read(8);  // and the record's first byte
+    EXPECT_TRUE(reader.progress.empty());
+    reader.Read(1);
+    EXPECT_EQ(reader.progress.size(), 1U);
+}
+
 TEST(InputReader, CountedReadsStopAtTheEndOfInput) {
     PlotReader reader("0123456789");
     std::uint8_t bytes[64];

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "raster/escape_table.h"
+#include "tests/common/hex_text.h"
 #include "tests/interpreter/ops_table.h"
 #include "tests/interpreter/plot_reader.h"
 
@@ -20,6 +21,13 @@ const std::string kWhiteBlack = " colors=FFFFFF,000000 ";
 // One transferred row: ESC*b#W and its bytes.
 std::string Row(const std::string& data, char letter = 'W') {
     return "\033*b" + std::to_string(data.size()) + letter + data;
+}
+
+// A block of rows: ESC*b#m#W and the bytes of `hex`.
+std::string Block(int method, const std::string& hex) {
+    const Bytes data = FromHex(hex);
+    return "\033*b" + std::to_string(method) + "m" + std::to_string(data.size()) + "W" +
+           std::string(data.begin(), data.end());
 }
 
 // Rows of eight one-bit pixels: F0, 0F, AA.
@@ -147,6 +155,7 @@ TEST(RasterMode, PositionsAndTurns) {
          {Eight("0 0 9 -2"), "Line 0 0 5 5", Eight("0 -3 9 -5")}},
         {"ESC%1A starts at the pen", kJob + "PU20,30;\033%1A\033*t1016R" + kEight,
          {Eight("20 30 29 28")}},
+        {"the last digit decides", kJob + "PU20,30;\033%10A\033*t1016R" + kEight, {Eight("0 0 9 -2")}},
         {"in plotter units", kJob + "IP0,0,100,100;SC0,10,0,10;PU2,3;\033%1A\033*t1016R" + kEight,
          {Eight("20 30 29 28")}},
         {"ESC%1B moves the pen behind the picture", kStart + "\033*b7Y" + kEight + "\033%1BPD0,0",
@@ -173,6 +182,8 @@ TEST(RasterMode, SizesAndVisibility) {
          {Eight("0 0 103 -37")}},
         {"height alone counts for nothing", kStart + "\033*r8s3T\033*t72V" + kRows,
          {Eight("0 0 9 -2")}},
+        {"a new source height voids the height", kStart + "\033*r8s3T\033*t72h360V\033*r3T" + kRows,
+         {Eight("0 0 103 -37")}},
         {"a new source size voids it", kStart + "\033*t72h72V" + kEight, {Eight("0 0 9 -2")}},
         {"the resolution of the end counts", kStart + "\033*r8S" + kRows + "\033*t508R",
          {Eight("0 0 17 -5")}},
@@ -279,6 +290,7 @@ TEST(RasterMode, PixelFormats) {
 
 TEST(RasterMode, CompressionMethods) {
     const std::string start = kStart + "\033*r16s4T";
+    const std::string wide = start + "\033*t508R";  // two rows are seen
     const std::string plain = Row("\1\2") + Row("\3\4");
     ExpectPictures({
         {"each row in its own method",
@@ -301,6 +313,32 @@ TEST(RasterMode, CompressionMethods) {
          start + "\033*r-3U\033*b4m6W\0\0\0\x10\1\2"s + "\033*b0M" + plain + plain,
          "16x4x8 rows=00000000000001010000000000010000,00000000000000010000000000000100,"
          "00000000000001010000000000010000,00000000000000010000000000000100"},
+        {"adaptive: a row a method",
+         start + Block(5, "0000020102 0100020107 0200030108 09 0300020106"),
+         "16x4x1 rows=08060000,08090000,07070000,01020000"},
+        {"adaptive: empty rows become the seed", start + Block(5, "0000020102 040002 050001"),
+         "16x4x1 rows=00000000,00000000,00000000,01020000"},
+        {"adaptive: copies of no seed", wide + Block(5, "050002"), "16x2x1 rows=00000000,00000000"},
+        {"adaptive: no rows at all", start + Block(5, "040000 050000"), ""},
+        {"adaptive: delta of one byte is the seed", start + Block(5, "0000020102 030001E0 050001"),
+         "16x3x1 rows=01020000,01020000,01020000"},
+        {"adaptive: an unknown command ends it",
+         wide + Block(5, "00000109 060001 05000001 08") + Block(5, "00000107 800000 00000108"),
+         "16x2x1 rows=07000000,09000000"},
+        {"adaptive: counts beyond the block, half an entry",
+         wide + Block(5, "00000903") + Block(5, "00000109 0400"), "16x2x1 rows=09000000,03000000"},
+        {"plain: two rows and a rest", wide + Block(4, "0000000C 0102030405"),
+         "16x2x1 rows=03040000,01020000"},
+        {"plain: wider than the picture", wide + Block(4, "00000028 0102030405060708090A"),
+         "16x2x1 rows=06070000,01020000"},
+        {"plain: narrower", wide + Block(4, "00000001 0102"), "16x2x1 rows=02000000,01000000"},
+        {"plain: less than a row, then plain rows", start + Block(4, "00000100 01") + plain + plain,
+         ""},
+        {"plain: width 0 and no width are no block",
+         start + Block(4, "00000000 0102") + Block(4, "000000") + "\033*b0M" + plain + plain,
+         "16x4x1 rows=03040000,01020000,03040000,01020000"},
+        {"plain: the input ends", start + "\033*b4m2000W\0\0\0\x10\1\2\3"s, ""},
+        {"plain: lying width", start + "\033*b4m2147483647W\xFF\xFF\xFF\xFF\1\2\3", ""},
         {"method 10",
          kStart + "\033*r3s3T\033*v6W\0\3\10\10\10\10"s + "\033*b10m1W\xE1\033*b0W\033*b0W",
          "3x3x24 rows=FFFEFFFFFEFFFFFEFF000000,FFFEFFFFFEFFFFFEFF000000,FFFEFFFFFEFFFFFEFF000000"},

@@ -1,4 +1,4 @@
-// The host-call trace: whole imports as the lines that scripts read.
+// The host-call trace: how it ends; whole imports stand in tests/cli/golden.
 #include "trace/host_trace.h"
 
 #include <gtest/gtest.h>
@@ -12,48 +12,6 @@
 
 namespace qm {
 namespace {
-
-const char kOpened[] =
-    "document PutAttribute \"Format\" \"HPGL/2\" 2\n"
-    "document PutAttribute \"DocType\" 3 2\n"
-    "document CreateChild 1101 \"Contents\" true\n"
-    "container1 created\n"
-    "container1 CreateChild 1203 0 0\n"
-    "block1 PutAttribute \"TransparentColor\" 16777215 2\n"
-    "block1 AppendLineWidth 0\n"
-    "block1 AppendLineStyle 0\n";
-
-TEST(HostTrace, APageFromItsContainerToItsAttributes) {
-    const std::string expected = std::string(kOpened) +
-                                 "block1 AppendDrawColor1 255 0 0\n"
-                                 "block1 AppendFillColor1 255 0 0\n"
-                                 "block1 AppendLineStyle 0\n"
-                                 "block1 AppendLineWidth 0\n"
-                                 "block1 AppendLayer 2\n"
-                                 "block1 AppendPen 2\n"
-                                 "block1 AppendLine 0 0 40 0\n"
-                                 "block1 AppendCircle 40 0 10 0\n"
-                                 "block1 EndOfData\n"
-                                 "block1 IsEmpty false\n"
-                                 "contents AddChild \"Page 1\" container1 0\n"
-                                 "layers1 created\n"
-                                 "layers1 AddLayer 2 \"Layer no.: 2\" 0x0000FF 1\n"
-                                 "container1 PutAttribute \"Layers\" layers1 2\n"
-                                 "pentable1 created\n"
-                                 "pentable1 AddPen 2 0xFFFFFFFF -1.0 0xFFFFFFFF\n"
-                                 "container1 PutAttribute \"PenTable\" pentable1 2\n"
-                                 "container1 PutAttribute \"NodeID\" \"Page 1\" 2\n"
-                                 "container1 PutAttribute \"Loaded\" true 2\n"
-                                 "container1 PutAttribute \"LpiX\" 1016.0 0\n"
-                                 "container1 PutAttribute \"LpiY\" 1016.0 0\n"
-                                 "container1 PutAttribute \"DirectionY\" true 0\n"
-                                 "container1 PutAttribute \"Default\" true 0\n"
-                                 "container1 PutAttribute \"InitialRotation\" 90.0 0\n"
-                                 "contents PutAttribute \"TotalNodes\" 1 2\n"
-                                 "result S_OK\n";
-    EXPECT_EQ(Trace("IN;RO90;SP2;PU0,0;PD40,0;CI10;"), expected);
-    EXPECT_EQ(LiveObjectCount(), 0);
-}
 
 TEST(HostTrace, Endings) {
     TraceOptions stop;
@@ -73,19 +31,6 @@ TEST(HostTrace, Endings) {
         {"aborted", "IN;SP1;PU;PU;PU;PU;PU;" + std::string(200, ';'), stop,
          "progress 38\nprogress 39\nprogress 40\nblock1 EndOfData\nblock1 IsEmpty true\n"
          "contents PutAttribute \"TotalNodes\" 0 2\nresult E_ABORT\n"},
-        {"the second page has everything anew", "IN;SP1;PU;PU;PU;PU;PD1,1;PG;", {},
-         "pentable1 AddPen 1 0xFFFFFFFF -1.0 0xFFFFFFFF\n"
-         "container1 PutAttribute \"PenTable\" pentable1 2\n"
-         "container1 PutAttribute \"NodeID\" \"Page 1\" 2\n"
-         "container1 PutAttribute \"Loaded\" true 2\n" "container1 PutAttribute \"LpiX\" 1016.0 0\n"
-         "container1 PutAttribute \"LpiY\" 1016.0 0\n"
-         "container1 PutAttribute \"DirectionY\" true 0\n"
-         "container1 PutAttribute \"Default\" true 0\n" "container2 created\n"
-         "container2 CreateChild 1203 10000 0\n"
-         "block2 PutAttribute \"TransparentColor\" 16777215 2\n"
-         "block2 AppendDrawColor1 0 0 0\nblock2 AppendFillColor1 0 0 0\n"
-         "block2 EndOfData\nblock2 IsEmpty true\n"
-         "contents PutAttribute \"TotalNodes\" 1 2\nresult S_OK\n"},
     };
     // clang-format on
     for (const auto& row : rows) {

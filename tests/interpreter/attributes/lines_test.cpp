@@ -79,6 +79,7 @@ TEST(Lines, AttributesAndMergeControl) {
         {"other kinds are read over", "LA3,9,7,1,2,5;", {"SetLineAttributes 0x1200"}},
         {"kinds are kept", "LA2,5;LA1,2;LA;",
          {"SetLineAttributes 0x1200", "SetLineAttributes 0x1100", "SetLineAttributes 0x200"}},
+        {"other joins are round", "LA2,6;", {"SetLineAttributes 0x200"}},
         {"MC; copies", "MC;", {"SetDrawMode 13"}},
         {"MC1 masks", "MC1;", {"SetDrawMode 9"}},
         {"MC1,252 copies", "MC1,252;", {"SetDrawMode 13"}},

@@ -48,6 +48,7 @@ TEST(Pens, Width) {
         {"all pens: sent once", "PW1;PW1;", {"SetLineWidth 40"}},
         {"relative to the diagonal, in thousandths", "WU1;PW1;", {"SetLineWidth 14"}},
         {"relative to a diagonal set by IP", "IP0,0,3000,4000;WU1;PW2;", {"SetLineWidth 10"}},
+        {"relative to the default diagonal again", "IP0,0,3,4;IP;WU1;PW1;", {"SetLineWidth 14"}},
         {"beyond the widest", "PW300;", {"SetLineWidth 10000"}},
         {"negative is thin", "PW1;PW-1;", {"SetLineWidth 40", "SetLineWidth 0"}},
         {"PW; thins all pens", "PW1;PW;", {"SetLineWidth 40", "SetLineWidth 0"}},

@@ -15,7 +15,7 @@ constexpr std::uint8_t kUntouched = 0xEE;
 
 // Decodes into a row of EE that is followed by a guard.
 std::string Decode(int method, const Bytes& data, const Bytes& seed, std::size_t offset = 0,
-                   std::size_t count = 400) {
+                   std::size_t count = SIZE_MAX) {
     Bytes row(seed.size() + 8, kUntouched);
     const RowTarget target{row.data(), seed.size(), offset, std::min(count, seed.size())};
     const ByteSpan span{data.data(), data.size()};
@@ -84,8 +84,8 @@ TEST(RowDecoders, Shares) {
 }
 
 TEST(RowDecoders, DeltaOffsetsAddUpToTheFirstByteBelow255) {
-    EXPECT_EQ(Decode(3, FromHex("1FFF0509 1F0008"), Bytes(400, 1)),
-              ToHex(FromHex("01*291 09 01*31 08 01*76")));
+    EXPECT_EQ(Decode(3, FromHex("1FFFFF0509 1F0008"), Bytes(600, 1)),
+              ToHex(FromHex("01*546 09 01*31 08 01*21")));
 }
 
 // Rows of pixels of three bytes.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "raster/rows/transfer_blocks.h"
 #include "tests/common/hex_text.h"
 
 namespace qm {
@@ -26,34 +27,12 @@ Bytes RowOf(const Bytes& block, std::int32_t y) {
     return Bytes(row, row + view->RowBytes());
 }
 
-TEST(RtlRaster, UprightBitmap) {
+TEST(RtlRaster, BitmapsAreMadeOnce) {
     CRTLRaster raster(3, 2, 24, kNoPlanes);
     EXPECT_EQ(Add(raster, 0, {10, 20, 30}, 0), 1);
-    EXPECT_EQ(Add(raster, 1, {0xF8, 7}, 2), 1);
-    const Bytes block = Bitmap(raster, 0);
-    EXPECT_EQ(block.size(), 40U + 24);
-    EXPECT_EQ(RowOf(block, 0), (Bytes{30, 20, 10, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(RowOf(block, 1), Bytes(9, 7));
-    EXPECT_EQ(RowOf(block, 2), Bytes{});
+    EXPECT_EQ(Bitmap(raster, 0).size(), 40U + 12);
     EXPECT_FALSE(raster.MakeBitmap(0)) << "the rows are gone";
-    EXPECT_EQ(raster.RowCount(), 4) << "each call counts a row";
-}
-
-TEST(RtlRaster, QuarterTurnExchangesTheSides) {
-    CRTLRaster raster(10, 0, 1, kNoPlanes);
-    std::array<PaletteEntry, kPaletteEntries> colours{};
-    colours[1] = {1, 2, 3, 4};
-    raster.SetColours(colours);
-    Add(raster, 0, {0xC0, 0x00}, 0);
-    Add(raster, 2, {0x40, 0x00}, 0);
-    const Bytes block = Bitmap(raster, 90);
-    const auto view = PackedBitmapView::Parse(block.data(), block.size());
-    ASSERT_TRUE(view);
-    EXPECT_EQ(view->Width(), 3);
-    EXPECT_EQ(view->Height(), 10);
-    EXPECT_EQ(view->Colour(1), (PaletteEntry{1, 2, 3, 0}));
-    EXPECT_EQ(view->StoredRow(0)[0], 0x80);
-    EXPECT_EQ(view->StoredRow(1)[0], 0xA0);
+    EXPECT_EQ(raster.RowCount(), 3) << "each call counts a row";
 }
 
 TEST(RtlRaster, RefusedRows) {
@@ -142,6 +121,27 @@ TEST(RtlRaster, MethodTenClearsThePictureAtRowZero) {
     EXPECT_EQ(RowOf(block, 0), (Bytes{255, 254, 255, 0, 0, 0}));
     EXPECT_EQ(RowOf(block, 1), Bytes(6, 0));
     EXPECT_EQ(RowOf(block, 2), RowOf(block, 0)) << "the seed";
+}
+
+TEST(TransferBlocks, AdaptiveClaimsAreBounded) {
+    // 100000 entries ask for 6.5 thousand million rows of 4 bytes, first empty, then repeated.
+    Bytes block;
+    for (int i = 0; i < 50000; ++i) block.insert(block.end(), {4, 255, 255});
+    for (int i = 0; i < 50000; ++i) block.insert(block.end(), {5, 255, 255});
+    SpanSource source({block.data(), block.size()});
+    CRTLRaster raster(8, 0, 8, kNoPlanes);
+    const std::int64_t claimed = INT64_C(0x7FFFFFFF);
+    EXPECT_EQ(AddAdaptiveBlock(source, claimed, raster, 0, {}), INT32_MAX);
+    EXPECT_EQ(raster.RowCount(), (1 << 30) / 4) << "2 GiB of 8-byte rows";
+    EXPECT_EQ(raster.AddRow(INT32_MAX, {}, 0, 0, 0, true), 0);
+}
+
+TEST(RtlRaster, CopiesOfRowsThatWereNeverWrittenAreEmpty) {
+    CRTLRaster raster(1000, 0, 24, kNoPlanes);
+    Add(raster, 3000, {1}, 0);
+    raster.AddEmptyRows(0, 1000);
+    raster.AddSeedCopies(1000, 500);
+    EXPECT_EQ(RowOf(Bitmap(raster, 0), 1200), Bytes(3000, 0));
 }
 
 // Rows over many blocks of the store, with a gap, turned and upright.
