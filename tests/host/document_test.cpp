@@ -27,7 +27,9 @@ TEST_F(HostDocument, AttributesAreCopiedAndReplaced) {
     const Bstr name(L"LpiX");
     EXPECT_EQ(node->PutAttribute(name.Get(), Variant::Integer(1).Get(), 2), S_OK);
     EXPECT_EQ(node->PutAttribute(name.Get(), Variant::Double(1016.0).Get(), 0), S_OK);
-    EXPECT_EQ(node->Attributes().Entries().size(), 1U);
+    EXPECT_EQ(node->PutAttribute(Bstr(L"LpiY").Get(), Variant::Double(508.0).Get(), 0), S_OK);
+    EXPECT_EQ(node->Attributes().Entries().size(), 2U);
+    EXPECT_EQ(node->Attributes().Number(L"LpiY", 0.0), 508.0);
     Variant value;
     EXPECT_EQ(node->GetAttribute(name.Get(), 0, value.Put()), S_OK);
     EXPECT_EQ(value.AsDouble(), 1016.0);

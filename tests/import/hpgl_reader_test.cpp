@@ -141,10 +141,11 @@ TEST(Builder, SaysWhatNoPlotMakesItSay) {
     reader.EndRasterClip();
     reader.SetPen(256);
     reader.Polyline(0, nullptr);
+    reader.DefineFillPattern(1, 8, 1, 0, nullptr);
     EXPECT_EQ(lines,
               "block1 AppendClipRegion 5 : 0,0 5,0 5,6 0,6 0,0\n"
               "block1 AppendDib 7 -92 9 10 52 252 2x1x1 crc32=0F04182A\nblock1 EndClipRegion\n"
-              "block1 AppendPolygon 0 0 :\n");
+              "block1 AppendPolygon 0 0 :\nblock1 DefineFillPattern 1 8 1 0 :\n");
 }
 
 TEST(Builder, WithoutAHostNothingHappens) {

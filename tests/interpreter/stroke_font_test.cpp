@@ -47,30 +47,6 @@ TEST(StrokeFont, EncodesTheOutlinesThatPlotsRelyOn) {
     EXPECT_TRUE(std::equal(std::begin(underscore), std::end(underscore), StrokeFont['_' - 32]));
 }
 
-TEST(StrokeFont, EveryGlyphIsWellFormed) {
-    for (int code = 32; code < 256; ++code) {
-        SCOPED_TRACE(code);
-        const unsigned char* glyph = StrokeGlyph(code);
-        ASSERT_NE(glyph, nullptr);
-        EXPECT_EQ(glyph, StrokeFont[static_cast<std::size_t>(code - 32)]);
-        EXPECT_TRUE(glyph[0] == 6 || glyph[0] == 8);
-        const Strokes strokes = StrokesOf(code);
-        EXPECT_EQ(strokes.empty(), code == 32 || code == 127 || code == 160);
-        EXPECT_LT(strokes.size(), 40u);
-        for (std::size_t i = 0; i < strokes.size(); ++i) {
-            const GlyphStroke& stroke = strokes[i];
-            EXPECT_TRUE(stroke.x >= 0 && stroke.x <= 12 && stroke.y >= -4 && stroke.y <= 16);
-            if (i == 0) {
-                EXPECT_FALSE(stroke.down);
-                continue;
-            }
-            EXPECT_TRUE(stroke.down || strokes[i - 1].down) << "a move that draws nothing";
-            EXPECT_FALSE(stroke.x == strokes[i - 1].x && stroke.y == strokes[i - 1].y);
-        }
-        EXPECT_TRUE(strokes.empty() || strokes.back().down);
-    }
-}
-
 // One number for all outlines: no letter of an existing plot may change its shape.
 TEST(StrokeFont, OutlinesStayAsTheyAre) {
     uLong sum = 0;

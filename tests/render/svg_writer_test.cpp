@@ -69,9 +69,10 @@ const ElementCase kElements[] = {
     {"outlines", "PW0.35;PU10,20;EA-5,0;PU1,2;CI-3;PU9,0;AA0,0,360;",
      "<path d=\"M10 20h-15v-20h15z\"/>\n<circle cx=\"1\" cy=\"2\" r=\"3\"/>\n<path d=\"M9 0h0\"/>\n"
      "<ellipse cx=\"0\" cy=\"0\" rx=\"9\" ry=\"9\"/>\n<path d=\"M9 0h0\"/>\n"},
-    {"arcs", "PW0.35;PU100,0;AA0,0,90;PU0,100;AA0,0,-270;",
+    {"arcs", "PW0.35;PU100,0;AA0,0,90;PU0,100;AA0,0,-270;PU80,60;AA0,0,120;",
      "<path d=\"M100 0h0\"/>\n<path d=\"M100 0A100 100 0 0 1 0 100\"/>\n<path d=\"M0 100h0z\"/>\n"
-     "<path d=\"M0 100A100 100 0 1 0 -100 0\"/>\n<path d=\"M-100 0h0\"/>\n"},
+     "<path d=\"M0 100A100 100 0 1 0 -100 0\"/>\n<path d=\"M-100 0h0m180 60h0\"/>\n"
+     "<path d=\"M80 60A100 100 0 0 1 -91.9615 39.282\"/>\n<path d=\"M-91 39h0\"/>\n"},
     {"areas", "PW0.35;SP3;PM0;PD100,0,50,80;PM2;FP;PU10,20;RA-5,0;PU0,0;PM0;PD9,0,9,9;PM1;PU3,2;"
      "PD5,2,5,4;PM2;FP;",
      "<path fill=\"#0f0\" stroke=\"none\" d=\"M0 0h100l-50 80z\"/>\n"

