@@ -7,7 +7,7 @@
 #include "cli/console.h"
 #include "cli/plots.h"
 #include "cli/progress_bar.h"
-#include "common/numbers.h"
+#include "common/colour.h"
 #include "common/packed_bitmap.h"
 #include "common/tool_error.h"
 #include "common/units.h"
@@ -97,12 +97,12 @@ void PrintCounts(const PageSummary& summary, StandardOutput& output) {
 
 void PrintPens(const PlotPage& page, const PageSummary& summary, StandardOutput& output) {
     for (const PageLayer& layer : page.Layers()) {
-        const std::uint32_t colour = layer.colour;
+        const auto [red, green, blue] = Colour::FromBgr(layer.colour);
         std::ostringstream line;
         line << "    pen " << std::setw(3) << layer.number << "  #" << std::hex << std::setfill('0')
-             << std::setw(2) << (colour & 0xFF) << std::setw(2) << (colour >> 8 & 0xFF)
-             << std::setw(2) << (colour >> 16 & 0xFF) << std::dec << std::setfill(' ');
-        if (layer.number >= 0 && layer.number < static_cast<LONG>(summary.byPen.size())) {
+             << std::setw(2) << int{red} << std::setw(2) << int{green} << std::setw(2) << int{blue}
+             << std::dec << std::setfill(' ');
+        if (layer.number >= 0 && layer.number < static_cast<std::int32_t>(summary.byPen.size())) {
             line << std::setw(10) << summary.byPen[static_cast<std::size_t>(layer.number)]
                  << " drawn";
         }

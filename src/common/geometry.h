@@ -1,7 +1,8 @@
 // Plain geometry: points and boxes, in current units as doubles and in plotter units as 32-bit
-// integers.
+// integers, and the extent of what is drawn.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 namespace qm {
@@ -33,5 +34,32 @@ struct Box {
     Point<T> b;
 };
 using BoxI = Box<std::int32_t>;
+
+// The same rectangle from its lower left to its upper right corner.
+template <typename T>
+Box<T> Ordered(const Box<T>& box) {
+    return {{std::min(box.a.x, box.b.x), std::min(box.a.y, box.b.y)},
+            {std::max(box.a.x, box.b.x), std::max(box.a.y, box.b.y)}};
+}
+
+// The box around what was added, in plotter units; doubles, because a width or a radius may lead
+// beyond 32 bits. All 0 while it is empty.
+struct Extent {
+    double minX = 0.0;
+    double minY = 0.0;
+    double maxX = 0.0;
+    double maxY = 0.0;
+    bool empty = true;
+
+    void Add(double x, double y) {
+        minX = empty ? x : std::min(minX, x);
+        minY = empty ? y : std::min(minY, y);
+        maxX = empty ? x : std::max(maxX, x);
+        maxY = empty ? y : std::max(maxY, y);
+        empty = false;
+    }
+    double Width() const { return maxX - minX; }
+    double Height() const { return maxY - minY; }
+};
 
 }  // namespace qm

@@ -1,3 +1,4 @@
+// See display_list.h.
 #include "host/display_list.h"
 
 #include <algorithm>

@@ -79,6 +79,9 @@ struct FillPattern {
     std::int32_t width = 0;
     std::int32_t height = 0;
     ByteRun bits;
+
+    // Of a width above 0.
+    std::size_t RowBytes() const { return (static_cast<std::size_t>(width) + 15) / 16 * 2; }
 };
 
 // Coordinates are plotter units, y upward. All Append functions copy what they are given and throw

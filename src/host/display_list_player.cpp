@@ -1,3 +1,4 @@
+// See display_list_player.h.
 #include "host/display_list_player.h"
 
 #include <algorithm>
@@ -78,7 +79,6 @@ const std::int32_t* Player::PlayRecord(const std::int32_t* record) {
         case RecordKind::kClipRegion:
             return PlayClip(at);
         case RecordKind::kEndClipRegion:
-            style_.clipped = false;
             visitor_.EndClipRegion();
             return at;
         default:
@@ -121,7 +121,6 @@ const std::int32_t* Player::PlayPattern(const std::int32_t* at) {
 }
 
 const std::int32_t* Player::PlayClip(const std::int32_t* at) {
-    style_.clipped = true;
     visitor_.ClipRegion(AsPoints(at + 1, Count(at[0])));
     return at + 1 + 2 * Count(at[0]);
 }

@@ -29,7 +29,6 @@ struct DrawingStyle {
     std::int32_t drawMode = 13;          // binary raster operation: 9 mask pen, 13 copy pen
     std::int32_t fillKind = 0;           // 0 solid, 3 pattern number fillIndex
     std::int32_t fillIndex = 0;
-    bool clipped = false;  // between ClipRegion and EndClipRegion
 };
 
 // Receives the records of a list. Every method has an empty default, so a visitor overrides what it

@@ -1,3 +1,4 @@
+// See document_node.h.
 #include "host/document_node.h"
 
 #include "host/drawing_block.h"

@@ -1,3 +1,4 @@
+// See document_walker.h.
 #include "host/document_walker.h"
 
 #include <algorithm>

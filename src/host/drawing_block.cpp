@@ -1,3 +1,4 @@
+// See drawing_block.h.
 #include "host/drawing_block.h"
 
 #include <cstdint>

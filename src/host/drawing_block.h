@@ -20,7 +20,6 @@ class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
     // Gives back the memory of the drawing; the block stays empty or not as it is. For a host that
     // looks at the calls alone.
     void DropDrawing() noexcept { list_.DropRecords(); }
-    const AttributeMap& Attributes() const noexcept { return attributes_; }
 
     HRESULT STDMETHODCALLTYPE PutAttribute(BSTR name, VARIANT value, LONG flags) noexcept override;
     HRESULT STDMETHODCALLTYPE GetAttribute(BSTR name, LONG flags, VARIANT* value) noexcept override;

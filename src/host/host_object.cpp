@@ -1,3 +1,4 @@
+// See host_object.h.
 #include "host/host_object.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// See layers_and_pens.h.
 #include "host/layers_and_pens.h"
 
 #include "platform/bstr.h"

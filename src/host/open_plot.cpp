@@ -1,3 +1,4 @@
+// See open_plot.h.
 #include "host/open_plot.h"
 
 #include "common/units.h"

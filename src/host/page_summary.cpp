@@ -1,3 +1,4 @@
+// See page_summary.h.
 #include "host/page_summary.h"
 
 #include <algorithm>
@@ -106,14 +107,6 @@ class Summariser final : public DisplayListVisitor {
 };
 
 }  // namespace
-
-void Extent::Add(double x, double y) {
-    minX = empty ? x : std::min(minX, x);
-    minY = empty ? y : std::min(minY, y);
-    maxX = empty ? x : std::max(maxX, x);
-    maxY = empty ? y : std::max(maxY, y);
-    empty = false;
-}
 
 Extent ArcExtent(const ArcShape& arc) {
     Extent box;

@@ -6,22 +6,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "common/geometry.h"
 #include "host/display_list.h"
 
 namespace qm {
-
-// A box in plotter units; doubles, because a width or a radius may lead beyond 32 bits.
-struct Extent {
-    double minX = 0.0;
-    double minY = 0.0;
-    double maxX = 0.0;
-    double maxY = 0.0;
-    bool empty = true;
-
-    void Add(double x, double y);
-    double Width() const { return maxX - minX; }
-    double Height() const { return maxY - minY; }
-};
 
 struct PageSummary {
     // Primitives; a chain of n lines counts n.

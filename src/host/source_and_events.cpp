@@ -1,3 +1,4 @@
+// See source_and_events.h.
 #include "host/source_and_events.h"
 
 #include <objbase.h>

@@ -1,9 +1,11 @@
+// See vector_block_pusher.h.
 #include "host/vector_block_pusher.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
 
+#include "common/colour.h"
 #include "common/numbers.h"
 
 namespace qm {
@@ -32,8 +34,7 @@ bool Renew(std::optional<Value>& sent, Value value) {
 
 bool HasAllBits(const FillPattern& pattern) {
     if (pattern.width <= 0 || pattern.height <= 0) return false;
-    const std::size_t rowBytes = (static_cast<std::size_t>(pattern.width) + 15) / 16 * 2;
-    return pattern.bits.size / rowBytes >= static_cast<std::size_t>(pattern.height);
+    return pattern.bits.size / pattern.RowBytes() >= static_cast<std::size_t>(pattern.height);
 }
 
 }  // namespace
@@ -85,8 +86,8 @@ void VectorBlockPusher::Select(const DrawingStyle& style, bool filled) {
     // Areas are filled with the pen's colour.
     const std::uint32_t colour = filled ? style.fillColour : style.drawColour;
     if (Renew(sent_.colour, colour) || newPen) {
-        Push(&Sink::AppendDrawColor1, static_cast<LONG>(colour & 255),
-             static_cast<LONG>(colour >> 8 & 255), static_cast<LONG>(colour >> 16 & 255));
+        const auto [red, green, blue] = Colour::FromBgr(colour);
+        Push(&Sink::AppendDrawColor1, red, green, blue);
     }
     // The sink sets the pen down where an area begins, which leaves a dot: a thin one.
     const LONG width = filled ? 0 : style.lineWidth;

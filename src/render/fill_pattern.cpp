@@ -1,3 +1,4 @@
+// See fill_pattern.h.
 #include "render/fill_pattern.h"
 
 namespace qm {
@@ -15,9 +16,7 @@ bool IsDrawable(const FillPattern& pattern) {
         pattern.height > kMaxPatternSide) {
         return false;
     }
-    const std::int32_t stride = (pattern.width + 15) / 16 * 2;
-    return pattern.bits.size >=
-           static_cast<std::size_t>(stride) * static_cast<std::size_t>(pattern.height);
+    return pattern.bits.size >= pattern.RowBytes() * static_cast<std::size_t>(pattern.height);
 }
 
 TextPlace PlaceOfText(const BoxI& box, std::string_view text) {

@@ -23,8 +23,9 @@ bool IsDrawable(const FillPattern& pattern);
 
 // Whether dot (x, y), y counted from the top, is ink: a clear bit is.
 inline bool IsInk(const FillPattern& pattern, std::int32_t x, std::int32_t y) {
-    const std::int32_t stride = (pattern.width + 15) / 16 * 2;
-    const std::uint8_t byte = pattern.bits.data[y * stride + x / 8];
+    const std::uint8_t* const row =
+        pattern.bits.data + static_cast<std::size_t>(y) * pattern.RowBytes();
+    const std::uint8_t byte = row[x / 8];
     return (byte >> (7 - x % 8) & 1) == 0;
 }
 

@@ -1,6 +1,8 @@
+// See line_look.h.
 #include "render/line_look.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace qm {
@@ -63,6 +65,13 @@ std::vector<double> DashesOf(const DrawingStyle& style) {
 
 bool IsDot(PointSpan points) {
     return std::all_of(points.begin(), points.end(), [&](PointI p) { return p == points[0]; });
+}
+
+bool IsWholeEllipse(const ArcShape& arc) {
+    // Not 360: the factor between degrees and radians is cut, so a full turn comes as 359.99999.
+    constexpr float kFullTurn = 359.999F;
+    constexpr float kManyTurns = 1e6F;
+    return !(std::abs(arc.span) < kFullTurn && std::abs(arc.start) < kManyTurns);
 }
 
 Blend BlendOfDrawMode(std::int32_t drawMode) {

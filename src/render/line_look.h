@@ -1,5 +1,5 @@
-// How lines and mixing modes look, for all writers alike: dash patterns, line ends, blend modes.
-// Test: tests/render/svg_writer_test.cpp.
+// How lines and mixing modes look, for all writers alike: dash patterns, line ends, blend modes,
+// and which outlines are dots and whole ellipses. Test: tests/render/svg_writer_test.cpp.
 #pragma once
 
 #include <cstdint>
@@ -22,6 +22,9 @@ std::vector<double> DashesOf(const DrawingStyle& style);
 
 // A pen put down and lifted on the spot: it leaves a dot whatever the line ends are.
 bool IsDot(PointSpan points);
+
+// Full turns and more, and angles that are no numbers, show the whole ellipse.
+bool IsWholeEllipse(const ArcShape& arc);
 
 // What formats know of raster operations. kNone draws nothing.
 enum class Blend { kNormal, kDarken, kLighten, kDifference, kNone };

@@ -1,8 +1,10 @@
+// See page_frame.h.
 #include "render/page_frame.h"
 
 #include <cmath>
 
 #include "common/numbers.h"
+#include "platform/text.h"
 
 namespace qm {
 
@@ -34,6 +36,16 @@ Turn TurnOf(double degrees) {
 
 }  // namespace
 
+PageSource SourceOf(const PlotPage& page) {
+    PageSource source;
+    source.drawing = &page.Drawing();
+    source.layers = &page.Layers();
+    source.name = WideToUtf8(page.Name());
+    source.unitsPerInch = page.UnitsPerInch();
+    source.rotation = page.Rotation();
+    return source;
+}
+
 PageFrame FrameOf(const PageSource& page, const Extent& extent, const PageOptions& options) {
     const Turn turn = TurnOf(page.rotation);
     Extent turned;
@@ -42,7 +54,7 @@ PageFrame FrameOf(const PageSource& page, const Extent& extent, const PageOption
             turned.Add(turn.cosine * x - turn.sine * y, turn.sine * x + turn.cosine * y);
         }
     }
-    const double margin = options.marginMillimetres / 25.4 * page.unitsPerInch;
+    const double margin = options.marginMillimetres / kMillimetresPerInch * page.unitsPerInch;
     PageFrame frame;
     frame.unitsPerInch = page.unitsPerInch;
     frame.width = turned.Width() + 2.0 * margin;

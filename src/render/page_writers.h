@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "common/units.h"
 #include "host/display_list.h"
-#include "host/layers_and_pens.h"
 #include "host/open_plot.h"
 #include "render/output_sink.h"
 
@@ -20,13 +20,13 @@ namespace qm {
 struct PageSource {
     const DisplayList* drawing = nullptr;
     const std::vector<PageLayer>* layers = nullptr;
-    std::string name;              // UTF-8, the title
-    double unitsPerInch = 1016.0;  // of the coordinates
-    double rotation = 0.0;         // degrees counter-clockwise by which the page is shown turned
-    bool whiteIsClear = true;      // white dots of pictures let through what lies below
+    std::string name;                     // UTF-8, the title
+    double unitsPerInch = kUnitsPerInch;  // of the coordinates
+    double rotation = 0.0;     // degrees counter-clockwise by which the page is shown turned
+    bool whiteIsClear = true;  // white dots of pictures let through what lies below
 };
 
-// The page of an opened plot, which must stay open.
+// The page of an opened plot, which must stay open (page_frame.cpp).
 PageSource SourceOf(const PlotPage& page);
 
 struct PageOptions {

@@ -1,3 +1,4 @@
+// See svg_path.h.
 #include "render/svg_path.h"
 
 #include <cmath>
@@ -5,6 +6,16 @@
 #include "common/numbers.h"
 
 namespace qm {
+
+namespace {
+
+// Point of the arc at `degrees`.
+PointD PointOnArc(const ArcShape& arc, double degrees) {
+    return {arc.centre.x + arc.radiusX * std::cos(degrees * kRadiansPerDegree),
+            arc.centre.y + arc.radiusY * std::sin(degrees * kRadiansPerDegree)};
+}
+
+}  // namespace
 
 void SvgPath::Number(std::int64_t number, bool first) {
     // A letter or a minus sign parts numbers as well as a blank.
@@ -64,26 +75,14 @@ void SvgPath::Rectangle(const BoxI& box) {
 
 void SvgPath::Arc(const ArcShape& arc) {
     const double end = double{arc.start} + arc.span;
-    const ArcPoint from = PointOnArc(arc, arc.start);
-    const ArcPoint to = PointOnArc(arc, end);
+    const PointD from = PointOnArc(arc, arc.start);
+    const PointD to = PointOnArc(arc, end);
     out_ << 'M' << from.x << ' ' << from.y << 'A' << std::abs(double{1} * arc.radiusX) << ' '
          << std::abs(double{1} * arc.radiusY) << " 0 " << (std::abs(arc.span) > 180.0F ? '1' : '0')
          << ' ' << (arc.span > 0.0F ? '1' : '0') << ' ' << to.x << ' ' << to.y;
     points_ += 2;
     placed_ = false;
     command_ = 0;
-}
-
-ArcPoint PointOnArc(const ArcShape& arc, double degrees) {
-    return {arc.centre.x + arc.radiusX * std::cos(degrees * kRadiansPerDegree),
-            arc.centre.y + arc.radiusY * std::sin(degrees * kRadiansPerDegree)};
-}
-
-bool IsWholeEllipse(const ArcShape& arc) {
-    // Not 360: the factor between degrees and radians is cut, so a full turn comes as 359.99999.
-    constexpr float kFullTurn = 359.999F;
-    constexpr float kManyTurns = 1e6F;
-    return !(std::abs(arc.span) < kFullTurn && std::abs(arc.start) < kManyTurns);
 }
 
 }  // namespace qm

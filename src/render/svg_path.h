@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/display_list_player.h"
+#include "render/line_look.h"
 #include "render/text_buffer.h"
 
 namespace qm {
@@ -39,14 +40,5 @@ class SvgPath {
     bool placed_ = false;  // `at_` is the pen position
     char command_ = 0;     // that a bare number would continue
 };
-
-// Point of the arc at `degrees`.
-struct ArcPoint {
-    double x = 0.0;
-    double y = 0.0;
-};
-ArcPoint PointOnArc(const ArcShape& arc, double degrees);
-// Full turns and more, and angles that are no numbers, show the whole ellipse.
-bool IsWholeEllipse(const ArcShape& arc);
 
 }  // namespace qm

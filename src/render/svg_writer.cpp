@@ -1,3 +1,4 @@
+// See svg_writer.h.
 #include "render/svg_writer.h"
 
 #include <algorithm>
@@ -215,9 +216,9 @@ void SvgWriter::Rectangle(const DrawingStyle& style, const BoxI& box, bool fille
     }
     PatternId(style);  // the pattern's definition must not stand inside the element
     BeginElement(style, "rect x=\"");
-    out_ << std::min(box.a.x, box.b.x) << "\" y=\"" << std::min(box.a.y, box.b.y) << "\" width=\""
-         << std::abs(std::int64_t{box.b.x} - box.a.x) << "\" height=\""
-         << std::abs(std::int64_t{box.b.y} - box.a.y) << '"';
+    const auto [low, high] = Ordered(box);
+    out_ << low.x << "\" y=\"" << low.y << "\" width=\"" << std::int64_t{high.x} - low.x
+         << "\" height=\"" << std::int64_t{high.y} - low.y << '"';
     WriteFill(style);
     out_ << "/>\n";
 }
@@ -297,12 +298,10 @@ void SvgWriter::Picture(const DrawingStyle& style, const BoxI& box, std::int32_t
     const Blend blend = BlendOfPicture(rasterOperation);
     if (!view || blend == Blend::kNone || (onlyLayer_ && style.layer != *onlyLayer_)) return;
     BeginElement(style, "image width=\"");
-    const BoxI ordered{{std::min(box.a.x, box.b.x), std::min(box.a.y, box.b.y)},
-                       {std::max(box.a.x, box.b.x), std::max(box.a.y, box.b.y)}};
-    out_ << std::int64_t{ordered.b.x} - ordered.a.x << "\" height=\""
-         << std::int64_t{ordered.b.y} - ordered.a.y << "\" preserveAspectRatio=\"none\"";
-    WriteMatrix(
-        {1.0, 0.0, 0.0, -1.0, static_cast<double>(ordered.a.x), static_cast<double>(ordered.b.y)});
+    const auto [low, high] = Ordered(box);
+    out_ << std::int64_t{high.x} - low.x << "\" height=\"" << std::int64_t{high.y} - low.y
+         << "\" preserveAspectRatio=\"none\"";
+    WriteMatrix({1.0, 0.0, 0.0, -1.0, static_cast<double>(low.x), static_cast<double>(high.y)});
     WriteBlend(blend);
     out_ << " xlink:href=\"data:image/png;base64,";
     Base64Sink base64(out_);

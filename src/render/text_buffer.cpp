@@ -1,6 +1,11 @@
+// See text_buffer.h.
 #include "render/text_buffer.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
+
+#include "common/colour.h"
 
 namespace qm {
 
@@ -41,16 +46,16 @@ TextBuffer& TextBuffer::operator<<(double number) {
 
 TextBuffer& TextBuffer::Colour(std::uint32_t colour) {
     constexpr std::string_view kDigits = "0123456789abcdef";
-    char text[7] = {'#'};
-    bool isShort = true;
-    for (std::size_t i = 0; i < 3; ++i) {
-        const std::uint32_t byte = colour >> (8 * i) & 0xFF;
-        text[1 + 2 * i] = kDigits[byte >> 4];
-        text[2 + 2 * i] = kDigits[byte & 15];
-        isShort = isShort && (byte >> 4) == (byte & 15);
+    const auto [red, green, blue] = qm::Colour::FromBgr(colour);
+    const int bytes[] = {red, green, blue};
+    *this << '#';
+    const bool isShort = std::all_of(std::begin(bytes), std::end(bytes),
+                                     [](int byte) { return (byte >> 4) == (byte & 15); });
+    for (const int byte : bytes) {
+        *this << kDigits[static_cast<std::size_t>(byte >> 4)];
+        if (!isShort) *this << kDigits[static_cast<std::size_t>(byte & 15)];
     }
-    if (!isShort) return *this << std::string_view(text, 7);
-    return *this << '#' << text[1] << text[3] << text[5];
+    return *this;
 }
 
 TextBuffer& TextBuffer::Escaped(std::string_view text) {

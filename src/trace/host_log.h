@@ -1,5 +1,5 @@
-// HostLog: what the traced host objects share: their names, the lines they write, the answers that
-// stand in for the host's.
+// HostLog and Tracer: what the traced host objects share (their names, the lines they write, the
+// answers that stand in for the host's), and what makes traced objects of the host's own.
 //
 // Every line is "OBJECT METHOD ARGUMENTS"; the argument forms are the structs below. The formats
 // are a contract with scripts: they change only together with the tool's documentation. Test:
@@ -16,6 +16,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/host_object.h"
 #include "trace/text_format.h"
 
 namespace qm {
@@ -91,6 +92,23 @@ class HostLog {
     std::map<std::string, int> counts_;
     std::map<IUnknown*, std::string> names_;
     std::string line_;
+};
+
+// Stands between the embedded host's objects and their callers (traced_objects.cpp), prints each
+// call and passes it on to the object. A call that the log refuses is not passed on. A block's
+// records are dropped as they come, so that the trace of a large plot takes no more memory than
+// that of a small one.
+class Tracer final : public ObjectWrapper {
+  public:
+    explicit Tracer(std::shared_ptr<HostLog> log) : log_(std::move(log)) {}
+
+    // Gives the object its name; one that came by its ProgID leaves a line "NAME created".
+    HRESULT Wrap(Origin origin, ComPtr<IUnknown>& object) noexcept override;
+
+  private:
+    ComPtr<IUnknown> Traced(const ComPtr<IUnknown>& object) const;
+
+    std::shared_ptr<HostLog> log_;
 };
 
 }  // namespace qm

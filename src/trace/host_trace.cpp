@@ -1,3 +1,4 @@
+// See host_trace.h.
 #include "trace/host_trace.h"
 
 #include <new>
@@ -7,7 +8,6 @@
 #include "host/source_and_events.h"
 #include "import/qm_filter_hpgl.h"
 #include "platform/text.h"
-#include "trace/traced_objects.h"
 
 namespace qm {
 

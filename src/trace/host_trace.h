@@ -19,8 +19,6 @@
 
 namespace qm {
 
-class Tracer;
-
 // While it exists, the host's classes make traced objects on this thread. Objects may outlive it.
 class TraceHost {
   public:

@@ -1,4 +1,5 @@
-#include "trace/traced_objects.h"
+// Tracer (host_log.h): the objects that stand in front of the host's, one class a kind. Test:
+// tests/trace/host_trace_test.cpp.
 
 #include <zlib.h>
 
@@ -9,6 +10,8 @@
 #include "host/document_node.h"
 #include "host/drawing_block.h"
 #include "host/layers_and_pens.h"
+#include "platform/com_object.h"
+#include "trace/host_log.h"
 
 namespace qm {
 

@@ -36,13 +36,13 @@ Turn TurnOf(const PageTurn& page) {
     return turn;
 }
 
-struct Extent {
+struct PictureSize {
     double width;
     double height;
 };
 
 // Size of the picture before its turn, in plotter units.
-Extent SizeOf(const PictureFrame& frame, std::int32_t rows, double unitsPerDot) {
+PictureSize SizeOf(const PictureFrame& frame, std::int32_t rows, double unitsPerDot) {
     if (frame.destinationWidth == 0) {
         return {unitsPerDot * frame.sourceWidth, unitsPerDot * rows};
     }
@@ -60,7 +60,7 @@ Placement PlacePicture(const PictureFrame& frame, std::int32_t rows, RasterCurso
                        const PageTurn& page) {
     const double unitsPerDot = kUnitsPerInch / frame.resolution;
     const Turn turn = TurnOf(page);
-    Extent extent = SizeOf(frame, rows, unitsPerDot);
+    PictureSize extent = SizeOf(frame, rows, unitsPerDot);
     if (IsQuarterTurn(turn.angle)) std::swap(extent.width, extent.height);
     const double horizontal = extent.width * turn.horizontalSign;
     const double vertical = extent.height * turn.verticalSign;
