@@ -1,19 +1,19 @@
 # qm_libzip: the zip library of the archive library. Natively Debian's package libzip-dev through pkg-config; for Windows,
-# where Debian has no binary, a static library made from the same source package, with zlib alone.
+# where Debian has no binary, a static library made from the same source, with zlib alone.
 include_guard()
 
 if(NOT WIN32)
-    find_package(PkgConfig REQUIRED)
-    pkg_check_modules(libzip REQUIRED IMPORTED_TARGET GLOBAL libzip)
+    include(Require)
+    qm_pkg_config(libzip libzip-dev "" libzip)
     add_library(qm_libzip INTERFACE)
     target_link_libraries(qm_libzip INTERFACE PkgConfig::libzip)
     return()
 endif()
 
-include(DebianSource)
+include(FetchedSource)
 include(ExternalProject)
-debian_source(libzip lib/zip.h)
-set(libzip_root ${CMAKE_BINARY_DIR}/libzip)
+fetched_source(libzip lib/zip.h)
+set(libzip_root ${PROJECT_BINARY_DIR}/libzip)
 # Its project is not made to be a part of another one, so it is built and installed by itself.
 set(libzip_off)
 foreach(feature COMMONCRYPTO GNUTLS MBEDTLS OPENSSL WINDOWS_CRYPTO BZIP2 LZMA)
@@ -31,7 +31,7 @@ ExternalProject_Add(libzip_build
     BUILD_BYPRODUCTS ${libzip_root}/lib/libzip.a
     LOG_CONFIGURE ON LOG_BUILD ON LOG_INSTALL ON LOG_OUTPUT_ON_FAILURE ON)
 
-find_package(ZLIB REQUIRED)
+include(Zlib)
 file(MAKE_DIRECTORY ${libzip_root}/include)
 add_library(qm_libzip INTERFACE)
 add_dependencies(qm_libzip libzip_build)

@@ -1,15 +1,20 @@
-# What scripts/run, scripts/test and .ci/run share: missing packages, configuration, quiet builds. Sourced by bash.
+# What scripts/run, scripts/test and .ci/run share: missing packages, configuration, builds. Sourced by bash.
 #
-#   install_packages KIND...   installs what scripts/packages lists under these kinds and dpkg does not know
+#   install_packages KIND...   installs what scripts/packages lists under these kinds and dpkg does not know, and says so
+#                              first; with no_install=1 says what is missing and exits 2
 #   build_targets TARGET...    configures when needed, then builds; prints nothing when all is up to date
-#   build_for_windows TARGET.. the same for the cross build; says so and fails where its tools cannot be had
+#   build_for_windows TARGET.. the same for the cross build; says so and fails where its tools cannot be had, the reason
+#                              then standing in windows_skipped
 #
-# Everything said here goes to standard error: standard output belongs to the program that is run.
+# The presets are $preset and $windows_preset. Everything said here goes to standard error: standard output belongs to the
+# program that is run.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-build=$root/build/release
-windows_build=$root/build/windows
+preset=release
+windows_preset=windows
+no_install=0
+windows_skipped=
 
 die() {
     printf '%s: %s\n' "${0##*/}" "$1" >&2
@@ -26,25 +31,53 @@ quietly() {
     return "$status"
 }
 
-install_packages() {
-    command -v dpkg-query >/dev/null || return 0 # another system: its owner installs
-    local kind name rest wanted=() installed as_root=()
+# Runs ninja: with its own counts on a terminal, else with a line a minute. A failure shows what failed.
+run_ninja() {
+    if [ -t 2 ]; then
+        # A build with nothing to do says nothing.
+        [ "$(ninja -n "$@" 2>/dev/null | tail -n 1)" = "ninja: no work to do." ] || ninja "$@" >&2 </dev/null
+        return
+    fi
+    local log status=0 builder waited=0
+    log=$(mktemp)
+    ninja "$@" >"$log" 2>&1 </dev/null &
+    builder=$!
+    while kill -0 "$builder" 2>/dev/null; do
+        sleep 0.2
+        waited=$((waited + 1))
+        [ $((waited % 300)) -ne 0 ] || printf '%s\n' "$(tail -n 1 "$log")" >&2
+    done
+    wait "$builder" || status=$?
+    [ "$status" -eq 0 ] || grep -vE '^\[[0-9]+/[0-9]+\] [A-Z][a-z]+ ' "$log" >&2 || true
+    rm -f "$log"
+    return "$status"
+}
+
+# Sets missing to the packages of these kinds that are not installed.
+find_missing() {
+    local kind name rest wanted=() installed
     while read -r kind name rest; do
         case " $* " in *" $kind "*) wanted+=("$name") ;; esac
     done <"$root/scripts/packages"
-
     installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null || true)
-    local missing=()
+    missing=()
     for name in "${wanted[@]}"; do
         case $'\n'"$installed"$'\n' in
             *$'\n'"installed $name"$'\n'*) ;;
             *) missing+=("$name") ;;
         esac
     done
+}
+
+install_packages() {
+    command -v dpkg-query >/dev/null || return 0 # another system: its owner installs
+    local missing as_root=()
+    find_missing "$@"
     [ ${#missing[@]} -gt 0 ] || return 0
 
     local install=(apt-get install --yes --no-install-recommends -o DPkg::Lock::Timeout=120
         "${missing[@]}")
+    [ "$no_install" -eq 0 ] || die "these packages are missing: ${missing[*]}"
     if [ "$(id -u)" -ne 0 ]; then
         if command -v sudo >/dev/null && { sudo -n true 2>/dev/null || { [ -t 0 ] && sudo -v; }; }; then
             as_root=(sudo)
@@ -53,7 +86,7 @@ install_packages() {
             exit 2
         fi
     fi
-    echo "Installing ${missing[*]}" >&2
+    echo "Installing with apt-get, and what they need: ${missing[*]} (--no-install refuses)" >&2
     as_root+=(env DEBIAN_FRONTEND=noninteractive)
     # Package lists that are there are good enough; a machine without any, or with stale ones, needs an update first.
     "${as_root[@]}" "${install[@]}" >/dev/null 2>&1 </dev/null && return
@@ -62,46 +95,42 @@ install_packages() {
 }
 
 build_targets() {
-    configure_and_build release "$@"
+    configure_and_build "$preset" "$@"
 }
 
 # Packages and sources may be out of reach (no network, no rights, another system); all else that goes wrong is an error.
 build_for_windows() {
     local log
-    if ! (install_packages windows) || ! command -v x86_64-w64-mingw32-g++-posix >/dev/null; then
-        skip_windows "MinGW-w64 or Wine is missing"
+    log=$(mktemp)
+    if ! (install_packages windows && "$root/scripts/fetch-sources") 2> >(tee "$log" >&2) ||
+        ! command -v x86_64-w64-mingw32-g++-posix >/dev/null; then
+        # The subshell's last words may still be on their way.
+        sleep 0.2
+        windows_skipped=$(grep -E '^(E:|Err:|[a-z-]+: )' "$log" || echo "MinGW-w64 or Wine is missing")
+        rm -f "$log"
+        say_skipped
         return 1
     fi
-    if [ ! -f "$windows_build/build.ninja" ]; then
-        log=$(cd "$root" && cmake --preset windows 2>&1 </dev/null) || {
-            # What cmake/DebianSource.cmake advises when it cannot download.
-            if ! grep -q "Unpack the source by hand" <<<"$log"; then
-                printf '%s\n' "$log" >&2
-                die "the configuration for Windows failed"
-            fi
-            skip_windows "the sources of the libraries cannot be downloaded"
-            return 1
-        }
-    fi
-    configure_and_build windows "$@"
+    rm -f "$log"
+    configure_and_build "$windows_preset" "$@"
 }
 
-skip_windows() {
-    echo "SKIPPED: the Windows build and its tests: $1" >&2
+say_skipped() {
+    [ -z "$windows_skipped" ] || printf 'SKIPPED: the Windows build and its tests:\n%s\n' "$windows_skipped" >&2
 }
 
 configure_and_build() {
-    local preset=$1 folder=$root/build/$1
+    local name=$1 folder=$root/build/$1
     shift
     mkdir -p "$folder"
     # Two calls at the same time must not build in one folder; the second waits.
     exec 9>"$folder/.lock"
     flock 9
     if [ ! -f "$folder/build.ninja" ]; then
-        echo "Building in build/$preset; the first time takes a few minutes" >&2
-        (cd "$root" && quietly cmake --preset "$preset") || die "the configuration failed"
+        echo "Building in build/$name; the first time takes a few minutes" >&2
+        (cd "$root" && quietly cmake --preset "$name") || die "the configuration failed"
     fi
     # Ninja configures again by itself when a CMakeLists.txt has changed.
-    quietly ninja -C "$folder" -j"$(nproc)" "$@" || die "the build failed"
+    run_ninja -C "$folder" -j"$(nproc)" "$@" || die "the build failed"
     exec 9>&-
 }
