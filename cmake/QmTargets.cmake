@@ -4,7 +4,7 @@
 #                                           a GoogleTest program whose cases ctest lists one by one, with ctest properties
 
 add_library(qm_flags INTERFACE)
-target_include_directories(qm_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_include_directories(qm_flags INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 # -ffp-contract=off: the native and the Windows build must truncate the same doubles.
 target_compile_options(qm_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
     -Wshadow -Wold-style-cast

@@ -1,4 +1,4 @@
-#include "platform/posix/bstr.h"
+#include "qmfilter/portable/bstr.h"
 
 #include <cstdlib>
 #include <cwchar>

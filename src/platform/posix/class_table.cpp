@@ -1,4 +1,4 @@
-#include "platform/posix/class_table.h"
+#include "qmfilter/portable/class_table.h"
 
 #include <algorithm>
 #include <new>

@@ -1,7 +1,7 @@
 // Opening and reading by POSIX file descriptor: shared by the file handles and the file stream.
 #pragma once
 
-#include "platform/posix/types.h"
+#include "qmfilter/portable/types.h"
 
 // Opens a regular file (not a folder) by its wide name, with flags of open(2). -1 on failure, errno
 // tells why.

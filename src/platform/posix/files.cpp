@@ -1,4 +1,4 @@
-#include "platform/posix/files.h"
+#include "qmfilter/portable/files.h"
 
 #include <fcntl.h>
 #include <unistd.h>

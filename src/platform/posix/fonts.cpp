@@ -1,4 +1,4 @@
-#include "platform/posix/fonts.h"
+#include "qmfilter/portable/fonts.h"
 
 #include <strings.h>
 

@@ -1,7 +1,7 @@
 // Definitions of the system's interface identifiers, which on Windows come from its uuid library.
-#include "platform/posix/interfaces.h"
+#include "qmfilter/portable/interfaces.h"
 
-#include "platform/posix/stream.h"
+#include "qmfilter/portable/stream.h"
 
 extern "C" {
 const GUID GUID_NULL = {};

@@ -1,4 +1,4 @@
-#include "platform/posix/memory.h"
+#include "qmfilter/portable/memory.h"
 
 #include <cstdlib>
 #include <new>

@@ -1,4 +1,4 @@
-#include "platform/posix/modules.h"
+#include "qmfilter/portable/modules.h"
 
 #include <dlfcn.h>
 

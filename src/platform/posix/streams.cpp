@@ -1,5 +1,5 @@
 // See stream.h.
-#include "platform/posix/stream.h"
+#include "qmfilter/portable/stream.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -12,7 +12,7 @@
 
 #include "platform/com_object.h"
 #include "platform/posix/descriptor.h"
-#include "platform/posix/memory.h"
+#include "qmfilter/portable/memory.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/posix/variant.h"
+#include "qmfilter/portable/variant.h"
 
 #include <cfloat>
 #include <cmath>
@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "common/numbers.h"
-#include "platform/posix/bstr.h"
+#include "qmfilter/portable/bstr.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Integer types, GUIDs, status codes and calling-convention words of the Windows SDK, for other
 // systems.
 //
-// Only names the SDK has, with the SDK's sizes; the headers in include/ hand them out as
+// Only names the SDK has, with the SDK's sizes; the headers in qmfilter/sdk/ hand them out as
 // <windows.h>, <ole2.h>, ... and are on the include path only when the target is not Windows. LONG
 // is 32 bits here (int) and there (long): print it as static_cast<int> with %d. wchar_t is the wide
 // character of both systems although it is 4 bytes here and 2 there, so that literals and wcs

@@ -6,7 +6,7 @@
 // tests/platform/bstr_test.cpp.
 #pragma once
 
-#include "platform/posix/types.h"
+#include "qmfilter/portable/types.h"
 
 inline constexpr UINT GMEM_FIXED = 0x00;
 inline constexpr UINT GMEM_MOVEABLE = 0x02;

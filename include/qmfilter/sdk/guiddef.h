@@ -1,4 +1,4 @@
 // <guiddef.h> for systems other than Windows: GUIDs.
 #pragma once
 
-#include "platform/posix/types.h"
+#include "qmfilter/portable/types.h"

@@ -1,4 +1,4 @@
 // <shlwapi.h> for systems other than Windows: streams on files.
 #pragma once
 
-#include "platform/posix/stream.h"
+#include "qmfilter/portable/stream.h"

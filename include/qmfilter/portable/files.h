@@ -5,7 +5,7 @@
 // Test: tests/platform/files_test.cpp.
 #pragma once
 
-#include "platform/posix/types.h"
+#include "qmfilter/portable/types.h"
 
 struct SECURITY_ATTRIBUTES;
 

@@ -6,7 +6,7 @@
 // tests/platform/stream_test.cpp.
 #pragma once
 
-#include "platform/posix/interfaces.h"
+#include "qmfilter/portable/interfaces.h"
 
 enum STREAM_SEEK : DWORD { STREAM_SEEK_SET = 0, STREAM_SEEK_CUR = 1, STREAM_SEEK_END = 2 };
 enum STATFLAG : DWORD { STATFLAG_DEFAULT = 0, STATFLAG_NONAME = 1 };

@@ -1,4 +1,4 @@
 // <ocidl.h> for systems other than Windows: connection points.
 #pragma once
 
-#include "platform/posix/interfaces.h"
+#include "qmfilter/portable/interfaces.h"

@@ -5,7 +5,7 @@
 // tests/platform/variant_test.cpp.
 #pragma once
 
-#include "platform/posix/interfaces.h"
+#include "qmfilter/portable/interfaces.h"
 
 enum VARENUM : VARTYPE {
     VT_EMPTY = 0,

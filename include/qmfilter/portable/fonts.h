@@ -7,7 +7,7 @@
 // tables. Test: tests/platform/fonts_test.cpp.
 #pragma once
 
-#include "platform/posix/types.h"
+#include "qmfilter/portable/types.h"
 
 using HGDIOBJ = HANDLE;
 using HFONT = HANDLE;

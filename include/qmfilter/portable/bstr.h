@@ -4,7 +4,7 @@
 // everywhere. Test: tests/platform/bstr_test.cpp.
 #pragma once
 
-#include "platform/posix/types.h"
+#include "qmfilter/portable/types.h"
 
 // Copy of a zero-terminated text; null for null or when memory runs out. The caller frees it.
 BSTR SysAllocString(const OLECHAR* text) noexcept;

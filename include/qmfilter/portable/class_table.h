@@ -6,7 +6,7 @@
 // tests/platform/class_table_test.cpp.
 #pragma once
 
-#include "platform/posix/interfaces.h"
+#include "qmfilter/portable/interfaces.h"
 
 enum CLSCTX : DWORD {
     CLSCTX_INPROC_SERVER = 0x1,

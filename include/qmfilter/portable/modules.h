@@ -5,7 +5,7 @@
 // opened there only. The current folder is never searched. Test: tests/platform/modules_test.cpp.
 #pragma once
 
-#include "platform/posix/types.h"
+#include "qmfilter/portable/types.h"
 
 using HMODULE = void*;
 using HINSTANCE = HMODULE;

@@ -6,7 +6,7 @@
 // tests/platform/class_table_test.cpp.
 #pragma once
 
-#include "platform/posix/types.h"
+#include "qmfilter/portable/types.h"
 
 struct IUnknown {
     // Sets *object to the interface, with a reference of the caller's, or to null with

@@ -1,0 +1,44 @@
+// A program that embeds the filter: counts what is on each page, in the words of qmplot info.
+#include <qmfilter/plot.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+class Counter final : public qmfilter::Visitor {
+  public:
+    void Lines(const qmfilter::Style&, qmfilter::Span<qmfilter::Point> points) override {
+        lines += points.size - 1;
+    }
+    void Rectangle(const qmfilter::Style&, const qmfilter::Box&, bool) override { ++rectangles; }
+
+    std::size_t lines = 0;
+    std::size_t rectangles = 0;
+};
+
+void Count(const qmfilter::Plot& plot) {
+    std::printf("%s, %zu page\n", plot.Format().c_str(), plot.Pages().size());
+    for (const qmfilter::Page& page : plot.Pages()) {
+        Counter counter;
+        page.Draw(counter);
+        std::printf("    %zu lines, %zu rectangles, %zu texts\n", counter.lines, counter.rectangles,
+                    page.Texts().size());
+        for (const qmfilter::Layer& layer : page.Layers())
+            std::printf("layer \"%s\"\n", layer.name.c_str());
+    }
+}
+
+}  // namespace
+
+int main(int, char** arguments) try {
+    Count(qmfilter::Plot::Open(arguments[1]));
+    std::ifstream file(arguments[1], std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    Count(qmfilter::Plot::FromBytes(bytes));
+    qmfilter::Plot::FromBytes("no plot");
+} catch (const qmfilter::PlotError& error) {
+    std::printf("%s\n", error.what());
+    return error.Reason() == qmfilter::Status::kNoPlot ? 0 : 1;
+}
