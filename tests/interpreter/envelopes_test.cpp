@@ -78,15 +78,16 @@ TEST(Envelopes, PjlLinesTellResolutionAndLanguage) {
     }
 }
 
+// 13 bytes of "LANGUAGE=HPGL" fit into 98, or into 79 when detecting.
 TEST(Envelopes, OnlyTheStartOfALongPjlLineIsKept) {
-    for (const std::size_t before : {84U, 85U}) {  // 98 bytes hold 13 of "LANGUAGE=HPGL" behind 85
-        PlotReader reader(std::string(before, 'x') + "language=hpgl\n");
-        ReadPjlLine(reader.input, reader.State().job, false);
-        EXPECT_TRUE(reader.State().job.jobLanguageHPGL);
+    for (const bool detecting : {false, true}) {
+        const std::size_t last = detecting ? 66 : 85;
+        for (const std::size_t before : {last, last + 1}) {
+            PlotReader reader(std::string(before, 'x') + "language=hpgl\n");
+            ReadPjlLine(reader.input, reader.State().job, detecting);
+            EXPECT_EQ(reader.State().job.jobLanguageHPGL, before == last) << before;
+        }
     }
-    PlotReader reader(std::string(86, 'x') + "language=hpgl\n");
-    ReadPjlLine(reader.input, reader.State().job, false);
-    EXPECT_FALSE(reader.State().job.jobLanguageHPGL);
 }
 
 }  // namespace

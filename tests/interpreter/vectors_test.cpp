@@ -21,6 +21,7 @@ TEST(Vectors, PenMoves) {
         {"absolute and relative", "PU10,10;PD20,10;PR5,5,1,1;PA0,0;",
          {"Line 10 10 20 10", "Line 20 10 25 15", "Line 25 15 26 16", "Line 26 16 0 0"}},
         {"dots", "PU5,5;PD;PA;PU;PA;", {"Line 5 5 5 5", "Line 5 5 5 5"}},
+        {"relative with the pen up", "PU10,10;PR5,5;PD;", {"Line 15 15 15 15"}},
         {"half a pair is read over", "PD1,2,3;PU;", {"Line 0 0 1 2"}},
         {"letters in lower case", "pu10,10;pd20,20;", {"Line 10 10 20 20"}},
         {"an unknown mnemonic loses its first letter", "XPD5,5;", {"Line 0 0 5 5"}},

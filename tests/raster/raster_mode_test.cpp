@@ -160,6 +160,8 @@ TEST(RasterMode, PositionsAndTurns) {
          {Eight("20 30 29 28")}},
         {"ESC%1B moves the pen behind the picture", kStart + "\033*b7Y" + kEight + "\033%1BPD0,0",
          {Eight("7 0 16 -2"), "Line 7 -3 0 0"}},
+        {"ESC%2B does not", kStart + "\033*b7Y" + kEight + "\033%2BPD0,0",
+         {Eight("7 0 16 -2"), "Line 0 0 0 0"}},
         {"behind an open picture", kStart + "\033*r8S" + kRows + "\033%1BPD;",
          {Eight("0 0 9 -2"), "Line 0 -3 0 -3"}},
         {"in user units",
@@ -393,6 +395,8 @@ TEST(RasterMode, Colours) {
          "FFFFFF,000000,FFFF00,000000,FF00FF,000000,FF0000,000000,00FFFF,000000,00FF00,000000,"
          "0000FF,000000,000000,000000"},
         {"a saved palette comes back", kStart + "\033*p0P\033*v9a1I\033*p1P", "FFFFFF,000000"},
+        {"one by one", kStart + "\033*p0P\033*v9a1I\033*p0P\033*v8a1I\033*p1P\033*p1P",
+         "FFFFFF,000000"},
         {"from an empty stack nothing", kStart + "\033*v9a1I\033*p1P", "FFFFFF,000009"},
         {"twenty are saved, no more",
          kStart + Times(19, "\033*p0P") + "\033*v9a1I\033*p0P\033*v8a1I\033*p0P\033*p1P",

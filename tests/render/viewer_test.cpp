@@ -51,49 +51,27 @@ struct EncodedRow {
 
 const PointI kSquare[] = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
 
+// clang-format off
 const EncodedRow kEncoded[] = {
-    {"a line",
-     [](DisplayList& list) {
-         list.AppendLine({1, 2}, {4, -2});
-     },
-     "0d 0206 0407 "},
+    {"a line", [](auto& list) { list.AppendLine({1, 2}, {4, -2}); }, "0d 0206 0407 "},
     {"lines that continue",
-     [](DisplayList& list) {
-         list.AppendLine({0, 0}, {5, 0});
-         list.AppendLine({5, 0}, {5, 64});
-     },
+     [](auto& list) { list.AppendLine({0, 0}, {5, 0}); list.AppendLine({5, 0}, {5, 64}); },
      "0e 000a00 00008001 "},
-    {"an area",
-     [](DisplayList& list) {
-         list.AppendPolygon({kSquare, 4}, true);
-     },
+    {"an area", [](auto& list) { list.AppendPolygon({kSquare, 4}, true); },
      "020104 00140013 00001400 "},
     {"a circle and a disc",
-     [](DisplayList& list) {
-         list.AppendCircle({1, 1}, -7, false);
-         list.AppendCircle({1, 1}, 200, true);
-     },
+     [](auto& list) { list.AppendCircle({1, 1}, -7, false); list.AppendCircle({1, 1}, 200, true); },
      "030704c801 0200 0200 "},
-    {"a text",
-     [](DisplayList& list) {
-         list.AppendText({{0, 0}, {5, 9}}, "</b>");
-     },
+    {"a text", [](auto& list) { list.AppendText({{0, 0}, {5, 9}}, "</b>"); },
      "0604 000a 0012 3c2f623e"},
     {"a new attribute that changes nothing",
-     [](DisplayList& list) {
-         list.AppendLine({0, 0}, {1, 1});
-         list.AppendValue(RecordKind::kPen, 3);
-         list.AppendLine({0, 0}, {1, 1});
-     },
-     "0d0d 00020102 00020102 "},
+     [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendValue(RecordKind::kPen, 3);
+         list.AppendLine({0, 0}, {1, 1}); }, "0d0d 00020102 00020102 "},
     {"a pen that draws nothing",
-     [](DisplayList& list) {
-         list.AppendLine({0, 0}, {1, 1});
-         list.AppendValue(RecordKind::kDrawMode, 11);
-         list.AppendLine({5, 5}, {6, 6});
-     },
-     "0d000100000000000000000000040000 0002 0002 "},
+     [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendValue(RecordKind::kDrawMode, 11);
+         list.AppendLine({5, 5}, {6, 6}); }, "0d000100000000000000000000040000 0002 0002 "},
 };
+// clang-format on
 
 TEST(PageEncoder, WritesRecordsAndPointsInColumns) {
     for (const EncodedRow& row : kEncoded) {

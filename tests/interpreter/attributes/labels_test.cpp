@@ -120,7 +120,7 @@ TEST(Labels, CharacterAttributes) {
         {"SI; is 0.5 x 1", "SI1,2;SI;LB-\3", {"33 200 166 200"}},
         {"SI under scaling", "IP0,0,1000,1000;SC0,500,0,250;SI.6,1.2;LB-\3", {"40 240 200 240"}},
         {"SI after scaling", "IP0,0,1000,1000;SC0,500,0,250;SC;SI.6,1.2;LB-\3", {"40 240 200 240"}},
-        {"SR in percent of P1-P2", "IP0,0,-6000,12000;SR2,4;LB-\3", {"20 240 100 240"}},
+        {"SR in percent of P1-P2", "IP0,0,-6000,-12000;SR2,4;LB-\3", {"20 240 100 240"}},
         {"SR; is 0.75 x 1.5", "IP0,0,8000,8000;SR;LB-\3", {"10 60 50 60"}},
         {"DI", "PU100,0;DI0,2;LB-\3", {"40 10 40 50"}},
         {"DI needs two numbers, not both 0", "PU100,0;DI0,1;DI;DI1;DI0,0;LB-\3", {"40 10 40 50"}},

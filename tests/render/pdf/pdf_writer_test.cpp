@@ -54,130 +54,76 @@ const std::int32_t kRingLengths[] = {4, 3};
 const std::int32_t kDashes[] = {8, 2, 1};
 const std::uint8_t kDots[] = {0x7F, 0xFF};  // ink in the leftmost dot of 2
 
+// clang-format off
 const ContentCase kContents[] = {
     {"chains share a path",
-     [](DisplayList& list) {
-         list.AppendLine({-5, 10}, {30, 10});
-         list.AppendLine({30, 10}, {30, 5});
-         list.AppendLine({7, 7}, {8, 8});
-     },
-     "-5 10 m\n30 10 l\n30 5 l\n7 7 m\n8 8 l\nS\n"},
+     [](auto& list) { list.AppendLine({-5, 10}, {30, 10}); list.AppendLine({30, 10}, {30, 5});
+         list.AppendLine({7, 7}, {8, 8}); }, "-5 10 m\n30 10 l\n30 5 l\n7 7 m\n8 8 l\nS\n"},
     {"a polyline that comes back is closed",
-     [](DisplayList& list) {
-         list.AppendLine({0, 0}, {9, 0});
-         list.AppendLine({9, 0}, {0, 9});
-         list.AppendLine({0, 9}, {0, 0});
-     },
-     "0 0 m\n9 0 l\n0 9 l\nh\nS\n"},
+     [](auto& list) { list.AppendLine({0, 0}, {9, 0}); list.AppendLine({9, 0}, {0, 9});
+         list.AppendLine({0, 9}, {0, 0}); }, "0 0 m\n9 0 l\n0 9 l\nh\nS\n"},
     {"only what changes is written",
-     [](DisplayList& list) {
-         list.AppendColour(RecordKind::kDrawColour, 0x0000FF);
-         list.AppendLine({0, 0}, {1, 0});
-         list.AppendColour(RecordKind::kDrawColour, 0x0000FF);
-         list.AppendLine({1, 0}, {2, 0});
-         list.AppendColour(RecordKind::kDrawColour, 0x808080);
-         list.AppendValue(kWidth, 14);
-         list.AppendLine({2, 0}, {3, 0});
-     },
+     [](auto& list) { list.AppendColour(RecordKind::kDrawColour, 0x0000FF);
+         list.AppendLine({0, 0}, {1, 0}); list.AppendColour(RecordKind::kDrawColour, 0x0000FF);
+         list.AppendLine({1, 0}, {2, 0}); list.AppendColour(RecordKind::kDrawColour, 0x808080);
+         list.AppendValue(kWidth, 14); list.AppendLine({2, 0}, {3, 0}); },
      "1 0 0 RG\n0 0 m\n1 0 l\n2 0 l\nS\n0.502 G\n14 w\n2 0 m\n3 0 l\nS\n"},
     {"line ends and joins; a dot is round whatever they are",
-     [](DisplayList& list) {
-         list.AppendValue(kAttributes, 0x1200);
-         list.AppendLine({0, 0}, {9, 0});
-         list.AppendLine({5, 5}, {5, 5});
-     },
-     "0 J\n2 j\n0 0 m\n9 0 l\nS\n1 J\n5 5 m\n5 5 l\nS\n"},
+     [](auto& list) { list.AppendValue(kAttributes, 0x1200); list.AppendLine({0, 0}, {9, 0});
+         list.AppendLine({5, 5}, {5, 5}); }, "0 J\n2 j\n0 0 m\n9 0 l\nS\n1 J\n5 5 m\n5 5 l\nS\n"},
     {"dashes of a plot, and of a line type",
-     [](DisplayList& list) {
-         list.AppendLineDash(kDashes, 3);
-         list.AppendLine({0, 0}, {9, 0});
-         list.AppendValue(RecordKind::kLineStyle, 1);
-         list.AppendLine({0, 1}, {9, 1});
-     },
+     [](auto& list) { list.AppendLineDash(kDashes, 3); list.AppendLine({0, 0}, {9, 0});
+         list.AppendValue(RecordKind::kLineStyle, 1); list.AppendLine({0, 1}, {9, 1}); },
      "[8 2 1 0] 0 d\n0 0 m\n9 0 l\nS\n[120 50] 0 d\n0 1 m\n9 1 l\nS\n"},
     {"a rectangle, and its area",
-     [](DisplayList& list) {
-         list.AppendRectangle({{9, 8}, {1, 2}}, false);
+     [](auto& list) { list.AppendRectangle({{9, 8}, {1, 2}}, false);
          list.AppendColour(RecordKind::kFillColour, 0xFF0000);
-         list.AppendRectangle({{1, 2}, {9, 8}}, true);
-     },
+         list.AppendRectangle({{1, 2}, {9, 8}}, true); },
      "9 8 -8 -6 re\nS\n0 0 1 rg\n1 2 8 6 re\nf*\n"},
     {"an area with a hole",
-     [](DisplayList& list) {
-         list.AppendPolyPolygon({kRingLengths, 2, {kRing, 7}}, true);
-     },
+     [](auto& list) { list.AppendPolyPolygon({kRingLengths, 2, {kRing, 7}}, true); },
      "0 0 m\n9 0 l\n9 9 l\nh\n3 2 m\n5 2 l\n5 4 l\nh\nf*\n"},
-    {"a quarter of a circle",
-     [](DisplayList& list) {
-         list.AppendArc({{0, 0}, 100, 100, 0.0F, 90.0F});
-     },
+    {"a quarter of a circle", [](auto& list) { list.AppendArc({{0, 0}, 100, 100, 0.0F, 90.0F}); },
      "100 0 m\n100 55.2 55.2 100 0 100 c\nS\n"},
     {"a whole ellipse is closed",
-     [](DisplayList& list) {
-         list.AppendArc({{10, 20}, 30, 60, 77.0F, -360.0F});
-     },
+     [](auto& list) { list.AppendArc({{10, 20}, 30, 60, 77.0F, -360.0F}); },
      "40 20 m\n40 53.1 26.6 80 10 80 c\n-6.6 80 -20 53.1 -20 20 c\n"
      "-20 -13.1 -6.6 -40 10 -40 c\n26.6 -40 40 -13.1 40 20 c\nh\nS\n"},
     {"an arc of no radius, one without span: dots",
-     [](DisplayList& list) {
-         list.AppendArc({{7, 8}, 0, 0, 0.0F, 90.0F});
-         list.AppendArc({{0, 0}, 5, 5, 90.0F, 0.0F});
-     },
-     "7 8 m\n7 8 l\n0 5 m\n0 5 l\nS\n"},
+     [](auto& list) { list.AppendArc({{7, 8}, 0, 0, 0.0F, 90.0F});
+         list.AppendArc({{0, 0}, 5, 5, 90.0F, 0.0F}); }, "7 8 m\n7 8 l\n0 5 m\n0 5 l\nS\n"},
     {"angles that are no numbers show the whole circle",
-     [](DisplayList& list) {
-         list.AppendArc({{0, 0}, 10, 0, 0.0F, std::nanf("")});
-     },
+     [](auto& list) { list.AppendArc({{0, 0}, 10, 0, 0.0F, std::nanf("")}); },
      "10 0 m\n10 0 5.5 0 0 0 c\n-5.5 0 -10 0 -10 0 c\n-10 0 -5.5 0 0 0 c\n"
      "5.5 0 10 0 10 0 c\nh\nS\n"},
     {"a clip region, and what held before it",
-     [](DisplayList& list) {
-         list.AppendLine({0, 0}, {1, 1});
-         list.AppendClipRegion({kTriangle, 3});
-         list.AppendValue(kWidth, 5);
-         list.AppendLine({0, 0}, {2, 2});
-         list.EndClipRegion();
-         list.AppendLine({0, 0}, {3, 3});
-     },
+     [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendClipRegion({kTriangle, 3});
+         list.AppendValue(kWidth, 5); list.AppendLine({0, 0}, {2, 2}); list.EndClipRegion();
+         list.AppendLine({0, 0}, {3, 3}); },
      "0 0 m\n1 1 l\nS\nEMC\nq\n0 0 m\n100 0 l\n50 80 l\nh\nW* n\n/OC/L0 BDC\n5 w\n0 0 m\n2 2 l\n"
      "S\nEMC\nQ\n/OC/L0 BDC\n5 w\n0 0 m\n3 3 l\nS\n"},
     {"a clip region of no points shows nothing",
-     [](DisplayList& list) {
-         list.AppendClipRegion({});
-         list.AppendLine({0, 0}, {1, 1});
-         list.EndClipRegion();
-         list.AppendLine({0, 0}, {1, 1});
-     },
+     [](auto& list) { list.AppendClipRegion({}); list.AppendLine({0, 0}, {1, 1});
+         list.EndClipRegion(); list.AppendLine({0, 0}, {1, 1}); },
      "EMC\nq\n0 0 0 0 re\nW* n\n/OC/L0 BDC\n0 0 m\n1 1 l\nS\nEMC\nQ\n/OC/L0 BDC\n0 0 m\n1 1 l\n"
      "S\n"},
     {"a layer",
-     [](DisplayList& list) {
-         list.AppendValue(RecordKind::kLayer, -3);
-         list.AppendLine({0, 0}, {1, 1});
-     },
+     [](auto& list) { list.AppendValue(RecordKind::kLayer, -3); list.AppendLine({0, 0}, {1, 1}); },
      "EMC\n/OC/L-3 BDC\n0 0 m\n1 1 l\nS\n"},
     {"exclusive or: strokes stay apart; drawing nothing",
-     [](DisplayList& list) {
-         list.AppendValue(RecordKind::kDrawMode, 7);
-         list.AppendLine({0, 0}, {1, 1});
-         list.AppendLine({2, 2}, {3, 3});
-         list.AppendValue(RecordKind::kDrawMode, 11);
-         list.AppendLine({2, 2}, {4, 3});
-     },
-     "/Difference gs\n0 0 m\n1 1 l\nS\n2 2 m\n3 3 l\nS\n"},
+     [](auto& list) { list.AppendValue(RecordKind::kDrawMode, 7); list.AppendLine({0, 0}, {1, 1});
+         list.AppendLine({2, 2}, {3, 3}); list.AppendValue(RecordKind::kDrawMode, 11);
+         list.AppendLine({2, 2}, {4, 3}); }, "/Difference gs\n0 0 m\n1 1 l\nS\n2 2 m\n3 3 l\nS\n"},
     {"a pattern in two colours",
-     [](DisplayList& list) {
-         list.DefineFillPattern({1, 2, 1, {kDots, 2}});
-         list.AppendFillStyle(3, 1);
+     [](auto& list) { list.DefineFillPattern({1, 2, 1, {kDots, 2}}); list.AppendFillStyle(3, 1);
          list.AppendRectangle({{0, 0}, {9, 9}}, true);
          list.AppendColour(RecordKind::kFillColour, 0x0000FF);
-         list.AppendRectangle({{0, 0}, {9, 9}}, true);
-         list.AppendFillStyle(0, 0);
-         list.AppendRectangle({{0, 0}, {9, 9}}, true);
-     },
+         list.AppendRectangle({{0, 0}, {9, 9}}, true); list.AppendFillStyle(0, 0);
+         list.AppendRectangle({{0, 0}, {9, 9}}, true); },
      "/C cs\n0 0 0 /P1 scn\n0 0 9 9 re\nf*\n1 0 0 /P1 scn\n0 0 9 9 re\nf*\n1 0 0 rg\n0 0 9 9 re\n"
      "f*\n"},
 };
+// clang-format on
 
 class PdfContents : public testing::TestWithParam<ContentCase> {};
 
@@ -202,6 +148,14 @@ TEST(PdfWriter, CutsLongPolylinesWithTheirDashes) {
     // Pieces of 1000 lines, the last one of each drawn twice; 999 x 3 = 299 x 10 + 7.
     EXPECT_NE(content.find("3000 0 l\nS\n[8 2] 7 d\n2997 0 m\n3000 0 l\n"), std::string::npos);
     EXPECT_NE(content.find("[8 2] 4 d\n5994 0 m\n"), std::string::npos);
+}
+
+TEST(PdfWriter, ThePenOfWidthNoughtShows) {
+    DisplayList list;
+    list.AppendLine({0, 0}, {9, 0});
+    const std::string content = PdfReader(Pdf({SourceOf(list)})).Content();
+    EXPECT_NE(content.find(" w\n"), std::string::npos) << content;
+    EXPECT_EQ(content.find("\n0 w\n"), std::string::npos) << content;
 }
 
 TEST(PdfWriter, PlacesPagesOnSheetsOfTheirSize) {
