@@ -202,6 +202,12 @@ TEST_F(QmplotTest, SavedPlotsOpenAgain) {
     EXPECT_NE(again.err.find("page 1 has pictures"), std::string::npos) << again.err;
 }
 
+TEST_F(QmplotTest, OnePageIsThePageAskedFor) {
+    EXPECT_EQ(Run("convert pages.plt a.svg").status, 0);
+    EXPECT_EQ(Run("convert pages.plt b.svg --page 2").status, 0);
+    EXPECT_EQ(Get("b.svg"), Get("a-2.svg"));
+}
+
 TEST_F(QmplotTest, FailedConversionsOfManyLeaveTheOthers) {
     EXPECT_EQ(Run("convert -o out letter.txt a.plt").status, 1);
     EXPECT_EQ(Run("convert -o out none.plt letter.txt").status, 2);

@@ -81,6 +81,10 @@ TEST(PackedBitmap, LyingHeadersAreRefused) {
     EXPECT_FALSE(PackedBitmapView::Parse(block.data(), block.size() - 1));
     EXPECT_FALSE(PackedBitmapView::Parse(block.data(), 39));
     EXPECT_FALSE(PackedBitmapView::Parse(nullptr, 100));
+    Bytes three = Make(4, 2, 1);
+    three[32] = 3;
+    three.resize(three.size() + 4);
+    EXPECT_FALSE(PackedBitmapView::Parse(three.data(), three.size())) << "more than the depth has";
 }
 
 TEST(PackedBitmap, RowsBecomeColoursAtEveryDepth) {

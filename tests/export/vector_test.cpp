@@ -213,6 +213,12 @@ TEST(VectorSink, ArcsAndEllipses) {
     EXPECT_EQ(VectorText("AppendArc 0 0 1000 1000 0 0 0", "", 1206).substr(0, 11), "PU1000,0PD;");
     EXPECT_EQ(std::count(circle.begin(), circle.end(), '\n'), 60);
     EXPECT_EQ(circle.substr(circle.size() - 11), "PA1000,0;\r\n");
+    for (int start = 0; start < 360; start += 10) {
+        const std::string turn =
+            VectorText("AppendArc3 0 0 1000 1000 0 " + std::to_string(start) + " 360");
+        const std::string first = turn.substr(2, turn.find("PD") - 2);
+        EXPECT_EQ(turn.substr(turn.rfind("PA") + 2), first + ";\r\n");
+    }
     const std::string filled = VectorText("AppendEllipse 0 0 9 5 0.5 true", "", 1206);
     EXPECT_EQ(filled.substr(filled.size() - 10), ";PM2;FP;\r\n");
 }

@@ -94,12 +94,12 @@ TEST_F(HostDocument, LayersComeBackInOrder) {
 
 TEST_F(HostDocument, PenTableLeavesWhatIsNotGiven) {
     const auto table = MakeObject<PenTable>();
-    LONG style = -1, colour = -1, count = 0, number = 0;
-    DOUBLE width = -1.0;
+    LONG style = 7, colour = 7, count = 0, number = 0;
+    DOUBLE width = 7.0;
     EXPECT_EQ(table->AddPen(2, 0xFF00, -1.0, 0xFFFFFFFF), S_OK);
     EXPECT_EQ(table->GetPen(9, &style, &colour, &width), E_INVALIDARG);
     EXPECT_EQ(table->GetPen(2, &style, &colour, &width), S_OK);
-    EXPECT_TRUE(style == -1 && colour == 0xFF00 && width == -1.0);
+    EXPECT_TRUE(style == 7 && colour == 0xFF00 && width == 7.0);
     EXPECT_EQ(table->AddPen(2, 0xFFFFFFFF, 0.5, 3), S_OK);
     EXPECT_EQ(table->GetPen(2, &style, &colour, &width), S_OK);
     EXPECT_TRUE(style == 3 && width == 0.5);

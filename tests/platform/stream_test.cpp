@@ -8,6 +8,7 @@
 
 #include "platform/com_object.h"
 #include "platform/file_handle.h"
+#include "platform/write_only_stream.h"
 
 namespace {
 
@@ -108,6 +109,15 @@ TEST_P(Streams, WritesOverwriteExtendAndLeaveZeros) {
     EXPECT_EQ(Read(20), std::string("abX\0\0", 5));
 }
 
+// Takes ten bytes of each write.
+class Narrow final : public qm::WriteOnlyStream {
+  public:
+    HRESULT STDMETHODCALLTYPE Write(const void*, ULONG, ULONG* done) noexcept override {
+        *done = 10;
+        return S_OK;
+    }
+};
+
 TEST_P(Streams, CopiesToAnother) {
     const std::string text(40000, 'x');
     Write(text + "end");
@@ -119,6 +129,9 @@ TEST_P(Streams, CopiesToAnother) {
     wanted.QuadPart = 1ULL << 40;
     EXPECT_EQ(stream_->CopyTo(target.Get(), wanted, nullptr, &written), S_OK);
     EXPECT_EQ(written.QuadPart, 40002U);
+    Seek(0, STREAM_SEEK_SET);
+    EXPECT_EQ(stream_->CopyTo(qm::MakeObject<Narrow>().Get(), wanted, nullptr, &written), S_OK);
+    EXPECT_EQ(written.QuadPart, 10U) << "ends where the target takes less";
 }
 
 INSTANTIATE_TEST_SUITE_P(Platform, Streams,

@@ -337,7 +337,8 @@ TEST(RasterMode, CompressionMethods) {
         {"plain: less than a row, then plain rows", start + Block(4, "00000100 01") + plain + plain,
          ""},
         {"plain: width 0 and no width are no block",
-         start + Block(4, "00000000 0102") + Block(4, "000000") + "\033*b0M" + plain + plain,
+         start + Block(4, "00000000 0102") + Block(4, "000000") + "\033*b0M" + plain + plain +
+             plain,
          "16x4x1 rows=03040000,01020000,03040000,01020000"},
         {"plain: the input ends", start + "\033*b4m2000W\0\0\0\x10\1\2\3"s, ""},
         {"plain: lying width", start + "\033*b4m2147483647W\xFF\xFF\xFF\xFF\1\2\3", ""},

@@ -95,6 +95,10 @@ const ElementCase kElements[] = {
      "-&amp;</text>\n<path class=\"h\" d=\"M-50 30v40m1 44v40m0 44v40\"/>\n<text "
      "transform=\"matrix(0 1 1 0 -49 30)\" font-size=\"1.3889\" textLength=\"208\" "
      "lengthAdjust=\"spacingAndGlyphs\" opacity=\"0\" xml:space=\"preserve\">---</text>\n"},
+    {"a text of one letter is upright", "LBI\003",
+     "<path class=\"h\" d=\"M20 120h20m-10 0v-120m-10 0h20\"/>\n<text transform=\"matrix(1 0 0 -1 20 0)\" "
+     "font-size=\"166.6667\" textLength=\"20\" lengthAdjust=\"spacingAndGlyphs\" opacity=\"0\" "
+     "xml:space=\"preserve\">I</text>\n"},
     {"the largest coordinates", "PU-2147483648,2147483647;PD2147483647,-2147483648;",
      "<path class=\"h\" d=\"M-2147483648 2147483647l4294967295-4294967295\"/>\n"},
 };
@@ -170,6 +174,17 @@ TEST(SvgPage, ClipsNestInsideTheirLayers) {
     EXPECT_EQ(Count(svg, "<clipPath id=\"clip1\"><path d=\"M0 0h100l-50 80z\"/></clipPath>"), 1U);
     EXPECT_EQ(Count(svg, "<g clip-path=\"url(#clip1)\">"), 2U);
     EXPECT_EQ(Count(svg, "<g "), Count(svg, "</g>"));
+}
+
+TEST(SvgPage, PatternsStandInFrontOfTheirDiscs) {
+    const std::uint8_t bits[] = {0x7F, 0xFF};
+    DisplayList list;
+    list.DefineFillPattern({4, 8, 1, {bits, 2}});
+    list.AppendFillStyle(3, 4);
+    list.AppendCircle({0, 0}, 5, true);
+    EXPECT_NE(Elements(list).find(
+                  "</pattern>\n<circle cx=\"0\" cy=\"0\" r=\"5\" fill=\"url(#pattern1)\""),
+              std::string::npos);
 }
 
 TEST(SvgPage, PicturesAreEmbedded) {
