@@ -52,7 +52,10 @@ inline std::optional<std::size_t> CheckedBytes(std::int64_t count, std::int64_t 
 }
 
 // Length of (x, y). Not std::hypot: its last bit differs between C libraries, and truncation would
-// show it.
-inline double Length(double x, double y) { return std::sqrt(x * x + y * y); }
+// show it. The wider type keeps decimal lengths such as that of (37.8, 50.4) from falling short.
+inline double Length(double x, double y) {
+    using Wide = long double;
+    return static_cast<double>(std::sqrt(Wide{x} * Wide{x} + Wide{y} * Wide{y}));
+}
 
 }  // namespace qm

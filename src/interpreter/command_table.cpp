@@ -141,8 +141,8 @@ constexpr std::size_t SlotOf(const char* mnemonic) {
 
 constexpr std::uint8_t kNoCommand = 0xFF;
 
-// Two 32 x 26 maps instead of 6425 pointers stay in the cache: the command's place in kCommands,
-// and the detection mark.
+// A byte and a mark a slot instead of a pointer, so that the rows in use stay in the cache: the
+// command's place in kCommands, and whether detection counts it.
 struct CommandIndex {
     std::array<std::uint8_t, kSlots> command{};
     std::array<bool, kSlots> detected{};

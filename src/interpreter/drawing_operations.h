@@ -56,11 +56,13 @@ class DrawingOperations {
     // --- Attributes -----------------------------------------------------------------------------
     // 12: the 32-step dash mask (most significant bit first, 1 = ink) and its length.
     virtual void SetPatternLength(std::int32_t length, std::uint32_t mask) = 0;
-    // 13: the host's line-style code (0 solid, 1 to 4 dashes); LT99 can bring -32768 here.
+    // 13: the host's line-style code (0 solid, 1 to 4 dashes); a label sends back the number of a
+    // user-defined type, LT99 can bring -32768 here.
     virtual void SetLineStyle(std::int32_t style) = 0;
     // 14: the pen, which is the layer too; can be negative.
     virtual void SetPen(std::int32_t pen) = 0;
-    // 15: the line width, 0 (hairline) to 10000.
+    // 15: the line width: 0 (hairline) to 10000 of a pen, any number where a label's stroke weight
+    // (SD) stands in for it.
     virtual void SetLineWidth(std::int32_t width) = 0;
     // 16: the draw and fill colour.
     virtual void SetColor(std::uint32_t colour) = 0;

@@ -166,9 +166,9 @@ std::int32_t GetIntParam(InputReader& input) {
     return value;
 }
 
-std::int16_t GetShortParam(InputReader& input) {
-    std::int32_t value = kAbsentShort;
-    ReadInteger(input, value);
+std::optional<std::int16_t> FindShortParam(InputReader& input) {
+    std::int32_t value = 0;
+    if (!ReadInteger(input, value)) return std::nullopt;
     return static_cast<std::int16_t>(static_cast<std::uint32_t>(value) & 0xFFFFU);
 }
 

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "common/geometry.h"
 #include "interpreter/input_reader.h"
@@ -26,8 +27,12 @@ void SkipSeparators(InputReader& input);
 // digits is 0. Absent: kAbsentInt, and nothing but separators is consumed.
 std::int32_t GetIntParam(InputReader& input);
 
-// The same number cut to 16 bits; absent: kAbsentShort.
-std::int16_t GetShortParam(InputReader& input);
+// The same number cut to 16 bits; nothing when none follows.
+std::optional<std::int16_t> FindShortParam(InputReader& input);
+// As FindShortParam, for commands to which a given -32768 is as good as none: absent: kAbsentShort.
+inline std::int16_t GetShortParam(InputReader& input) {
+    return FindShortParam(input).value_or(kAbsentShort);
+}
 
 // A real: an optional sign, digits (accumulated in 32 unsigned bits, then taken as signed) and an
 // optional fraction. False when none follows; then `value` is untouched and nothing but separators

@@ -16,7 +16,7 @@ struct PageState {
     std::int32_t plotWidth = 0;
     bool plotLandscape = false;  // length >= width at the last PS
     bool plotSizeGiven = false;
-    std::int32_t rasterYOffset = 0;  // dots; where raster data starts vertically, from PS
+    std::int32_t rasterYOffset = 0;  // dots; from PS: where raster data starts on the page
     std::int32_t frameOffset = 0;    // sum of all FR advances, plotter units
 };
 

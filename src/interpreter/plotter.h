@@ -63,8 +63,8 @@ void DoEscape(Plotter& plotter, std::uint8_t next);
 
 // Raster mode, for which the interpreter stands below it (raster/raster_mode.cpp): reads from the
 // current byte on until raster mode is left or the input is over; a picture still open then is
-// finished. `keepPen` is the flag of ESC % 1 A: the raster position starts at the pen's, else at
+// finished. `startAtPen` is the flag of ESC % 1 A: the raster position starts at the pen's, else at
 // the last raster position. Outside document mode everything is read and nothing is made.
-void RunRasterMode(Plotter& plotter, bool keepPen);
+void RunRasterMode(Plotter& plotter, bool startAtPen);
 
 }  // namespace qm

@@ -51,7 +51,7 @@ void TakePlotSize(RasterState& raster, PageState& page, std::int32_t rotation) {
     page.plotSizeGiven = false;
 }
 
-void Enter(Plotter& plotter, bool keepPen) {
+void Enter(Plotter& plotter, bool startAtPen) {
     RasterState& raster = plotter.raster;
     const CoordinateState& coordinates = plotter.drawing.coordinates;
     if (!raster.entered) {
@@ -61,7 +61,7 @@ void Enter(Plotter& plotter, bool keepPen) {
     TakePensAsPalette(raster, plotter.pens);
     raster.entered = true;
     raster.turn = plotter.page.plotLandscape && coordinates.rotation == 0;
-    if (keepPen) {
+    if (startAtPen) {
         TakePenPosition(raster, coordinates, plotter.drawing.motion.penPos);
     } else {
         TakePlotSize(raster, plotter.page, coordinates.rotation);
@@ -159,9 +159,11 @@ Leave RunEscape(Plotter& plotter, std::uint8_t next) {
 
 // ESC % 1 B: the pen continues where raster mode stopped.
 PointD PenPosition(const RasterState& raster, const CoordinateState& coordinates) {
-    const double unitsPerDot = kUnitsPerInch / raster.frame.resolution;
-    return coordinates.FromPlotter({std::floor(raster.cursor.down * unitsPerDot + 0.5),
-                                    std::floor(-(raster.cursor.across * unitsPerDot) + 0.5)});
+    // Multiplied first: at 96 dots per inch the quotient is no exact number.
+    const double resolution = raster.frame.resolution;
+    return coordinates.FromPlotter(
+        {std::floor(raster.cursor.down * kUnitsPerInch / resolution + 0.5),
+         std::floor(-(raster.cursor.across * kUnitsPerInch / resolution) + 0.5)});
 }
 
 // Unlike MC, raster mode takes 160 for a mask too.
@@ -171,8 +173,8 @@ std::int32_t DrawModeOf(std::int32_t merge) {
 
 }  // namespace
 
-void RunRasterMode(Plotter& plotter, bool keepPen) {
-    Enter(plotter, keepPen);
+void RunRasterMode(Plotter& plotter, bool startAtPen) {
+    Enter(plotter, startAtPen);
     InputReader& input = plotter.in.input;
     Drawing& drawing = plotter.drawing;
     const std::int32_t mergeAtEntry = drawing.lines.MergeOpcode;

@@ -40,6 +40,11 @@ TEST(Numbers, SumsWrap) {
     EXPECT_EQ(WrapMultiply(65536, 65536), 0);
 }
 
+TEST(Numbers, TheLengthOfDecimalsDoesNotFallShortOfAWholeNumber) {
+    EXPECT_EQ(Length(37.8, 50.4), 63.0);
+    EXPECT_EQ(Length(75.6, -100.8), 126.0);
+}
+
 TEST(Numbers, CheckedBytesRefusesWhatAFileMayNotClaim) {
     EXPECT_EQ(CheckedBytes(10, 4), 40U);
     EXPECT_FALSE(CheckedBytes(-1, 4));

@@ -164,6 +164,7 @@ TEST(RasterMode, PositionsAndTurns) {
          {Eight("7 0 16 -2"), "Line 0 0 0 0"}},
         {"behind an open picture", kStart + "\033*r8S" + kRows + "\033%1BPD;",
          {Eight("0 0 9 -2"), "Line 0 -3 0 -3"}},
+        {"half units round up", "\033%0A\033*t96R\033*p774X\033%1BPD;", {"Line 0 -8191 0 -8191"}},
         {"in user units",
          kJob + "IP0,0,100,100;SC0,10,0,10;\033%0A\033*t1016R\033*b20y30Y\033*p-40X\033%1BPD0,0",
          {"Line 30 40 0 0"}},

@@ -1,6 +1,7 @@
 // See fill.h. Handlers: RA RR EA ER WG RF AC.
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "common/numbers.h"
@@ -121,9 +122,9 @@ void RasterFillDefinition(Parameters& in, Output& out) {
     // Once no number follows none ever will, whatever the dimensions promise.
     const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     for (std::size_t i = 0; i < pixels; ++i) {
-        const std::int16_t value = in.GetShortParam();
-        if (value == kAbsentShort) break;
-        if (value > 0 && pattern.Allocated()) {
+        const std::optional<std::int16_t> value = FindShortParam(in.input);
+        if (!value) break;
+        if (*value > 0 && pattern.Allocated()) {
             pattern.SetInk(i % static_cast<std::size_t>(width),
                            i / static_cast<std::size_t>(width));
         }

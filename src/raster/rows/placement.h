@@ -31,8 +31,8 @@ struct PictureFrame {
 // What decides how a picture is turned.
 struct PageTurn {
     std::int32_t rotation = 0;  // degrees, as RO left it
-    bool landscape = false;     // the plot size is wider than high
-    bool jobHeader = false;     // a job header named the language
+    bool landscape = false;     // PS gave a length >= the width
+    bool jobHeader = false;     // a job header named HP-GL/2 or HP-RTL
     bool atEntry = false;       // landscape and RO 0 when raster mode was entered
 };
 

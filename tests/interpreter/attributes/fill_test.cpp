@@ -118,6 +118,7 @@ TEST(Fill, Patterns) {
         {"rows are whole words", "RF3,8,1,1,0,1,0,1,1,0,0;", {"DefineFillPattern 3 8 1 2 : 53FF"}},
         {"two rows", "RF1,17,2,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,5,-1,1;",
          {"DefineFillPattern 1 17 2 8 : FFFF7FFFBFFFFFFF"}},
+        {"-32768 is a pixel", "RF1,2,2,-32768,1,1,1;", {"DefineFillPattern 1 2 2 4 : BFFF3FFF"}},
         {"missing pixels are 0", "RF1,2,2;", {"DefineFillPattern 1 2 2 4 : FFFFFFFF"}},
         {"no index, no size, negative size", "RF;RF1;RF1,8;RF1,0,8;RF1,-8,8;RF1,8,-8;", {}},
         {"too large: values are dropped", "RF1,32767,32767,1,1,1PD5,0;", {"Line 0 0 5 0"}},
