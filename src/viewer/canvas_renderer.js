@@ -357,7 +357,9 @@ export class CanvasRenderer {
         const [left, top, right, bottom] =
             transformedBox(camera.sheetToView, [0, 0, camera.page.width, camera.page.height]);
         context.beginPath();
-        context.rect(left * ratio, top * ratio, (right - left) * ratio, (bottom - top) * ratio);
+        // Whole dots, or the edges would blend with the desk.
+        const [x0, y0, x1, y1] = [left, top, right, bottom].map((value) => Math.round(value * ratio));
+        context.rect(x0, y0, x1 - x0, y1 - y0);
         context.clip();
         context.fillStyle = '#fff';
         context.fillRect(0, 0, width, height);

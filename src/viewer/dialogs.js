@@ -10,7 +10,7 @@ export function makeHelp(texts) {
     /** @type {[TextKey, string[]][]} */
     const keys = [
         ['keyMove', [texts.get('arrows')]], ['keyZoom', ['+', '−']], ['keyFit', ['0']], ['keyTrue', ['1']],
-        ['keyPages', ['Page Up', 'Page Down']], ['keyPanel', ['L']], ['keyFind', ['/']],
+        ['keyPages', [texts.get('pageUp'), texts.get('pageDown')]], ['keyPanel', ['L']], ['keyFind', ['/']],
         ['keyMatch', ['F3', `${shift} F3`]], ['keyMeasure', ['M']], ['keyPoint', [enter]],
         ['keyUndo', ['Backspace']], ['keySnap', [shift]], ['keyPaper', ['D']], ['keyWidths', ['W']],
         ['keyProperties', ['I']], ['keySave', ['S']], ['keyPrint', ['P']], ['help', ['?']], ['keyEsc', ['Esc']],

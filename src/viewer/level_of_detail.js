@@ -68,7 +68,6 @@ class Simplifier {
         this.pending = false;
         this.x0 = this.y0 = this.x1 = this.y1 = 0;
         this.code = 0;
-        this.count = 0;
     }
 
     finish() {
@@ -135,22 +134,31 @@ class Simplifier {
         let d = Math.round(this.y1 / t);
         if (a > c || (a === c && b > d)) [a, b, c, d] = [c, d, a, b];
         if (!this.seen.add(keyOf(a, b, c, d, style))) return;
-        this.count++;
         this.builder.line(this.x0, this.y0, this.x1, this.y1, this.code, this.styles[style].width, 0);
     }
 }
+
+/** A level with more of the instances than this is not worth its memory. */
+const MOST_KEPT_PART = 0.75;
+/** Chunks after which this is asked for the first time. */
+const TRIAL_CHUNKS = 16;
 
 /**
  * @param {Chunk[]} chunks
  * @param {import('./scene.js').Style[]} styles
  * @param {number} tolerance in units
- * @returns {import('./scene.js').SceneLevel}
+ * @returns {import('./scene.js').SceneLevel | null} null: it would not be much smaller
  */
 export function coarserLevel(chunks, styles, tolerance) {
     const simplifier = new Simplifier(tolerance, styles);
-    for (const chunk of chunks) simplifier.take(chunk);
+    const isWorthwhile = (/** @type {number} */ taken) =>
+        instancesOf(simplifier.chunks) <= MOST_KEPT_PART * instancesOf(chunks.slice(0, taken));
+    for (let i = 0; i < chunks.length; i++) {
+        simplifier.take(chunks[i]);
+        if (i === TRIAL_CHUNKS && !isWorthwhile(i + 1)) return null;
+    }
     simplifier.finish();
-    return { tolerance, chunks: simplifier.chunks };
+    return isWorthwhile(chunks.length) ? { tolerance, chunks: simplifier.chunks } : null;
 }
 
 /** @param {Chunk[]} chunks @returns {number} */

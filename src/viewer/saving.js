@@ -52,8 +52,9 @@ export function preparePrint(page, renderer) {
     const [width, height] = inches.map((side) => Math.ceil(side * dpi));
     const sheet = byId('print-sheet', HTMLElement);
     sheet.replaceChildren();
-    sheet.style.width = `${inches[0]}in`;
-    sheet.style.height = `${inches[1]}in`;
+    // A little less than the paper, of the margin: what is rounded up would take a second page.
+    sheet.style.width = `${inches[0] - 0.02}in`;
+    sheet.style.height = `${inches[1] - 0.02}in`;
     setPaperSize(inches);
     for (let top = 0; top < height; top += PIECE) {
         for (let left = 0; left < width; left += PIECE) {

@@ -8,8 +8,8 @@ const ENGLISH = {
     drawingHelp: 'Arrow keys move the drawing, plus and minus zoom, question mark lists all keys.',
     pageBefore: 'Previous page (Page Up)', pageAfter: 'Next page (Page Down)', zoomOut: 'Zoom out (-)',
     zoomIn: 'Zoom in (+)', fit: 'Whole page (0)', trueSize: 'True size, 100 % (1)', find: 'Search texts (/)',
-    measure: 'Measure (M)', paper: 'Dark paper (D)', save: 'Save the view as PNG (S)', print: 'Print in true scale (P)',
-    help: 'Keys (?)', close: 'Close (Esc)', layers: 'Pens', search: 'Search', properties: 'Properties', all: 'All',
+    measure: 'Measure (M)', paper: 'Dark paper (D)', save: 'Save the view as PNG (S)', print: 'Print in true scale (P); choose 100 % in the dialog',
+    help: 'Keys (?)', helpTitle: 'Keys and mouse', close: 'Close (Esc)', layers: 'Pens', search: 'Search', properties: 'Properties', all: 'All',
     none: 'None', invert: 'Invert', widths: 'Show line widths (W)', only: 'Only', onlyThis: 'Only {name}',
     searchTexts: 'Search in the texts', matchBefore: 'Previous match (Shift F3)', matchAfter: 'Next match (F3)',
     noTexts: 'This page has no texts to search.', texts: '{count} texts', noMatch: 'Nothing found',
@@ -30,7 +30,7 @@ const ENGLISH = {
     keyUndo: 'Take the last point back', keySnap: 'Do not snap to points (while held)', keyPaper: 'Dark or light paper', keyWidths: 'Line widths',
     keySave: 'Save as PNG', keyPrint: 'Print', keyProperties: 'Properties', keyEsc: 'End, close',
     mouse: 'Mouse and touch', mouseMove: 'Drag', mouseZoom: 'Wheel, two fingers', mouseFit: 'Double click',
-    zoomHere: 'Zoom in at that place', keys: 'Keys', shift: 'Shift', enter: 'Enter', arrows: 'Arrows', printNote: 'Choose 100 % in the print dialog.',
+    zoomHere: 'Zoom in at that place', keys: 'Keys', shift: 'Shift', enter: 'Enter', pageUp: 'Page Up', pageDown: 'Page Down', arrows: 'Arrows',
 };
 
 /** @type {Record<TextKey, string>} */
@@ -39,8 +39,8 @@ const GERMAN = {
     drawingHelp: 'Pfeiltasten verschieben die Zeichnung, Plus und Minus zoomen, Fragezeichen nennt alle Tasten.',
     pageBefore: 'Vorige Seite (Bild auf)', pageAfter: 'Nächste Seite (Bild ab)', zoomOut: 'Verkleinern (-)',
     zoomIn: 'Vergrößern (+)', fit: 'Ganze Seite (0)', trueSize: 'Wahre Größe, 100 % (1)', find: 'Texte suchen (/)',
-    measure: 'Messen (M)', paper: 'Dunkles Papier (D)', save: 'Ansicht als PNG speichern (S)', print: 'Maßstäblich drucken (P)',
-    help: 'Tasten (?)', close: 'Schließen (Esc)', layers: 'Stifte', search: 'Suche', properties: 'Eigenschaften', all: 'Alle',
+    measure: 'Messen (M)', paper: 'Dunkles Papier (D)', save: 'Ansicht als PNG speichern (S)', print: 'Maßstäblich drucken (P); im Dialog 100 % wählen',
+    help: 'Tasten (?)', helpTitle: 'Tasten und Maus', close: 'Schließen (Esc)', layers: 'Stifte', search: 'Suche', properties: 'Eigenschaften', all: 'Alle',
     none: 'Keine', invert: 'Umkehren', widths: 'Strichstärken zeigen (W)', only: 'Nur', onlyThis: 'Nur {name}',
     searchTexts: 'In den Texten suchen', matchBefore: 'Voriger Treffer (Umschalt F3)', matchAfter: 'Nächster Treffer (F3)',
     noTexts: 'Diese Seite hat keine Texte.', texts: '{count} Texte', noMatch: 'Nichts gefunden',
@@ -61,7 +61,7 @@ const GERMAN = {
     keyUndo: 'Letzten Punkt zurücknehmen', keySnap: 'Nicht an Punkten fangen (gehalten)', keyPaper: 'Dunkles oder helles Papier', keyWidths: 'Strichstärken',
     keySave: 'Als PNG speichern', keyPrint: 'Drucken', keyProperties: 'Eigenschaften', keyEsc: 'Beenden, schließen',
     mouse: 'Maus und Finger', mouseMove: 'Ziehen', mouseZoom: 'Rad, zwei Finger', mouseFit: 'Doppelklick',
-    zoomHere: 'An dieser Stelle vergrößern', keys: 'Tasten', shift: 'Umschalt', enter: 'Eingabe', arrows: 'Pfeile', printNote: 'Im Druckdialog 100 % wählen.',
+    zoomHere: 'An dieser Stelle vergrößern', keys: 'Tasten', shift: 'Umschalt', enter: 'Eingabe', pageUp: 'Bild auf', pageDown: 'Bild ab', arrows: 'Pfeile',
 };
 
 /** @param {readonly string[]} languages in order of preference @returns {'en' | 'de'} */

@@ -15,6 +15,8 @@ import { SceneBuilder } from './scene_builder.js';
 
 /** Scenes of fewer instances are drawn whole at once. */
 const SMALL_SCENE = 150000;
+/** Milliseconds that the page has for its first picture before the levels take a processor. */
+const BEFORE_LEVELS = 2000;
 /** Dots of the longer side of the sheet for which the levels are made, the coarsest first. */
 const LEVEL_DOTS = [1600, 6400];
 
@@ -45,11 +47,11 @@ export async function openPage(request, send) {
         return;
     }
     let source = chunks;
+    if (instancesOf(source) < SMALL_SCENE) return;
+    await new Promise((resolve) => setTimeout(resolve, BEFORE_LEVELS));
     for (const dots of [...LEVEL_DOTS].reverse()) {
-        const before = instancesOf(source);
-        if (before < SMALL_SCENE) return;
         const level = coarserLevel(source, decoder.styles, (0.75 * request.size) / dots);
-        if (instancesOf(level.chunks) > 0.75 * before) continue;
+        if (!level) continue;
         source = level.chunks;
         send({ page: request.page, chunks: [], styles: [], patterns: [], clips: [], done: null, level });
     }

@@ -167,6 +167,7 @@ const Conversion kConversions[] = {
     {"PageEach", "convert pages.plt a.SVG", {"a-1.SVG", "a-2.SVG", "a-3.SVG"}},
     {"OnlyOnePage", "convert pages.plt b.png --page 2 --dpi 50", {"b.png"}},
     {"PagesInOneFile", "convert pages.plt a.pdf", {"a.pdf"}},
+    {"PagesForTheBrowser", "convert pages.plt a.html", {"a.html"}},
     {"Plot", "convert pages.plt b.plt", {"b.plt"}},
     {"RasterPlot", "convert pages.plt b.plt --rtl --dpi 50 --bits 8", {"b.plt"}},
     {"IntoFolder", "convert -o out -j 2 --to svg a.plt pages.plt",
@@ -246,6 +247,17 @@ TEST_F(QmplotTest, InterruptionLeavesNothingBehind) {
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.err.find("interrupted"), std::string::npos) << result.err;
     EXPECT_EQ(NewNames(), std::set<std::string>{});
+}
+
+// Without a screen there is no browser to be started, only told where the page is.
+TEST_F(QmplotTest, ViewWritesAPageToTheCache) {
+    const Result result = RunShell(
+        "unset DISPLAY WAYLAND_DISPLAY; XDG_CACHE_HOME=$PWD/cache " QM_QMPLOT " view a.plt");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.err.find("no browser could be started"), std::string::npos) << result.err;
+    const fs::path page = result.out.substr(0, result.out.find('\n'));
+    EXPECT_EQ(page.parent_path(), folder_ / "cache/qmplot");
+    EXPECT_NE(Get(page).find("<title>a.plt</title>"), std::string::npos);
 }
 
 TEST_F(QmplotTest, AReaderMayCloseItsPipe) {

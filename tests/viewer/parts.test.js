@@ -160,7 +160,10 @@ test('coarse levels drop what falls together', async () => {
     const scene = await sceneOf(block({ records: [0, 0, ...style(), 1, ...unsigned(points.length)], points }));
     const level = coarserLevel(scene.chunks, scene.styles, 10);
     assert.equal(scene.instances, 400);
-    assert.ok(instancesOf(level.chunks) <= 3, `${instancesOf(level.chunks)}`);
+    assert.ok(level && instancesOf(level.chunks) <= 3);
+    const apart = Array.from({ length: 50 }, (_, i) => [100 * i, 100 * (i % 3)]);
+    const wide = await sceneOf(block({ records: [0, 0, ...style(), 1, ...unsigned(50)], points: apart }));
+    assert.equal(coarserLevel(wide.chunks, wide.styles, 10), null, 'nothing falls together');
     scene.levels.push(level);
     assert.equal(scene.chunksFor(0.01), level.chunks);
     assert.equal(scene.chunksFor(1), scene.chunks);
