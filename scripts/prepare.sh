@@ -6,13 +6,13 @@
 #   build_for_windows TARGET.. the same for the cross build; says so and fails where its tools cannot be had, the reason
 #                              then standing in windows_skipped
 #
-# The presets are $preset and $windows_preset. Everything said here goes to standard error: standard output belongs to the
+# The presets are $preset and $windows_preset; QM_PRESET and QM_WINDOWS_PRESET choose others. Everything said here goes to standard error: standard output belongs to the
 # program that is run.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-preset=release
-windows_preset=windows
+preset=${QM_PRESET:-release}
+windows_preset=${QM_WINDOWS_PRESET:-windows}
 no_install=0
 windows_skipped=
 
