@@ -215,7 +215,7 @@ TEST(VectorSink, ArcsAndEllipses) {
     EXPECT_EQ(circle.substr(circle.size() - 11), "PA1000,0;\r\n");
     for (int start = 0; start < 360; start += 10) {
         const std::string turn =
-            VectorText("AppendArc3 0 0 1000 1000 0 " + std::to_string(start) + " 360");
+            VectorText("AppendArc 0 0 1000 1000 0 " + std::to_string(start) + " 360", "", 1206);
         const std::string first = turn.substr(2, turn.find("PD") - 2);
         EXPECT_EQ(turn.substr(turn.rfind("PA") + 2), first + ";\r\n");
     }
