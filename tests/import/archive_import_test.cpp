@@ -111,6 +111,7 @@ TEST_F(ArchiveImportTest, AbortLeavesNoFile) {
 TEST_F(ArchiveImportTest, AZipWithoutAFileBehindItIsNotRecognised) {
     MakeZip(folder_ / "a.zip", {{"plan.prn", kPlot}});
     EXPECT_EQ(Open(testing_zip::ReadAll(folder_ / "a.zip")), E_FAIL);
+    EXPECT_EQ(Open("no plot", Utf8ToWide((folder_ / "a.zip").string())), E_FAIL);
     EXPECT_TRUE(lines_.empty());
 }
 

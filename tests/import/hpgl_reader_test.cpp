@@ -139,12 +139,18 @@ TEST(Builder, SaysWhatNoPlotMakesItSay) {
     reader.Raster(9, 8, 7, 110, SmallPicture(), 1, 252);
     reader.Raster(0, 0, 1, 1, nullptr, 0, 252);
     reader.EndRasterClip();
+    PointI stroke[] = {{-7, 3}, {2, 140}};
+    reader.BeginLabelExtent("a", 0.0, 100, 0);
+    reader.Polyline(2, stroke);
+    reader.EndLabelExtent("a");
     reader.SetPen(256);
     reader.Polyline(0, nullptr);
     reader.DefineFillPattern(1, 8, 1, 0, nullptr);
     EXPECT_EQ(lines,
               "block1 AppendClipRegion 5 : 0,0 5,0 5,6 0,6 0,0\n"
               "block1 AppendDib 7 -92 9 10 52 252 2x1x1 crc32=0F04182A\nblock1 EndClipRegion\n"
+              "block1 AppendPolygon 2 0 : -7,-97 2,40\n"
+              "block1 AppendTextElement -7 -97 2 40 0 0 0 \"a\"\n"
               "block1 AppendPolygon 0 0 :\nblock1 DefineFillPattern 1 8 1 0 :\n");
 }
 

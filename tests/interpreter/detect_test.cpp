@@ -34,7 +34,7 @@ TEST(Detect, Table) {
         {"a high byte ends it", "INSPPU\xE4PDPAPU", 0},
         {"a lone 0xCD does not", "INSPPU\xCD PDPAPU", 1},
         {"escapes count but do not decide", "\033E\033E\033E\033E\033E\033E", 1},
-        {"... when an unknown pair stands anywhere", "XX\033E\033E\033E\033E\033E\033E", 0},
+        {"... when an unknown pair stands anywhere", ";XX\033E\033E\033E\033E\033E\033E", 0},
         {"PE hides its data", ";PE\x7F\xFF{[;PE;PE;PE;PE;PE;", 1},
         {"comments hide their text", "CO\"XX YY\"INSPPUPDPAPU", 1},
         {"CO eats one byte", "COXINSPPUPDPAPU", 1},

@@ -56,9 +56,9 @@ TEST(ReplayScript, UnreadableScriptsSayWhere) {
         {sink + "AppendPolyPolygon 2 true 1 : 0,0",
          "2: AppendPolyPolygon RINGS FILLED COUNT ... : X,Y ...: a 32-bit integer expected, \":\" "
          "found"},
-        {sink + "DefineFillPattern 1 9 2 0000",
+        {sink + "DefineFillPattern 1 9 2 000000",
          "2: DefineFillPattern INDEX WIDTH HEIGHT HEX: at least 4 hexadecimal bytes expected, "
-         "\"0000\" found"},
+         "\"000000\" found"},
         {"object 1202\nAddScanline1 0 0 1 1 0",
          "2: AddScanline1 TYPE START LINES BYTESPERLINE HEX: pairs of hexadecimal digits expected, "
          "\"0\" found"},

@@ -57,6 +57,7 @@ TEST(Lines, UserDefinedTypes) {
         {"a length of 0 does not stretch", "UL1,4,2;LT1,0,1;", {"SetLineType 2 : 4 2"}},
         {"gaps that sum to 0 do not stretch", "UL1,4,-4;LT1,10,1;", {"SetLineType 2 : 4 -4"}},
         {"the index loses its sign", "UL-1,7;LT1;", {"SetLineType 1 : 7"}},
+        {"8 is the last", "UL8,7;LT8;", {"SetLineType 1 : 7"}},
         {"without gaps: defined and empty", "UL1;LT1;", {"SetLineType 0 :"}},
         {"nineteen gaps at most", many + ";LT2;", {nineteen}},
         {"indexes above 8 are dropped with their gaps", "UL9,1,2;UL32767,1;UL-32767,3;LT9;",
