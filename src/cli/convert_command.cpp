@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "cli/commands.h"
 #include "cli/console.h"
@@ -77,8 +78,8 @@ std::vector<Job> JobsInto(const ConvertOptions& options) {
 // Takes jobs until there are none; every thread is an apartment with components of its own.
 class JobRunner {
   public:
-    JobRunner(const std::vector<Job>& jobs, const ConversionOptions& options)
-        : jobs_(jobs), options_(options) {}
+    JobRunner(const std::vector<Job>& jobs, ConversionOptions options)
+        : jobs_(jobs), options_(std::move(options)) {}
 
     int Run(int threads) {
         std::vector<std::thread> others;
@@ -124,7 +125,7 @@ class JobRunner {
     }
 
     const std::vector<Job>& jobs_;
-    const ConversionOptions& options_;
+    const ConversionOptions options_;
     std::atomic<std::size_t> next_{0};
     std::mutex mutex_;  // guards what follows
     ProgressBar bar_{"converting"};
@@ -133,6 +134,13 @@ class JobRunner {
     int status_ = kExitSuccess;
 };
 
+// A file alone has all threads to itself.
+ConversionOptions ConversionOf(const ConvertOptions& options, std::size_t files) {
+    ConversionOptions conversion = options.conversion;
+    if (files == 1) conversion.write.page.threads = options.jobs;
+    return conversion;
+}
+
 int ConvertMany(const ConvertOptions& options) {
     const std::vector<Job> jobs = JobsInto(options);
     FormatFor(jobs.front().output);  // says at once when there is none
@@ -140,7 +148,7 @@ int ConvertMany(const ConvertOptions& options) {
     std::filesystem::create_directories(options.folder, failure);
     if (failure) throw SystemError(options.folder, "made", failure.value());
     const int threads = std::min<int>(options.jobs, static_cast<int>(jobs.size()));
-    return JobRunner(jobs, options.conversion).Run(threads);
+    return JobRunner(jobs, ConversionOf(options, jobs.size())).Run(threads);
 }
 
 int RunConvert(const ConvertOptions& options) {
@@ -149,7 +157,7 @@ int RunConvert(const ConvertOptions& options) {
     if (options.files.size() != 2) {
         throw ToolError("convert takes FILE OUT, or -o DIR and any number of files");
     }
-    return ConvertOne({options.files[0], options.files[1]}, options.conversion);
+    return ConvertOne({options.files[0], options.files[1]}, ConversionOf(options, 1));
 }
 
 }  // namespace
@@ -167,10 +175,11 @@ void AddConvertCommand(CLI::App& app, Action& action) {
         ->default_val("svg")
         ->type_name("ENDING")
         ->needs(folder);
-    command->add_option("-j,--jobs", options->jobs, "Files converted at once")
+    command
+        ->add_option("-j,--jobs", options->jobs,
+                     "Files converted at once; of one file, threads that draw its png")
         ->check(CLI::Range(1, kMaxJobs))
-        ->type_name("N")
-        ->needs(folder);
+        ->type_name("N");
     command->add_option("--page", options->conversion.page, "Only this page, from 1")
         ->check(CLI::Range(1, kMaxPage))
         ->type_name("N");
@@ -182,6 +191,9 @@ void AddConvertCommand(CLI::App& app, Action& action) {
             "Dots per inch of png (150 if not given) and of plt with --rtl (300)")
         ->check(CLI::Range(kMinDpi, kMaxDpi))
         ->type_name("N");
+    command->add_flag_callback(
+        "--no-antialias", [&write] { write.page.smooth = false; },
+        "png: dots have the colours of the plot, edges are hard");
     auto* rtl = command->add_flag("--rtl", write.plot.rtl,
                                   "plt: HP-RTL, each page as a picture, instead of HP-GL/2");
     command->add_option("--bits", write.plot.bits, "plt with --rtl: bits of a dot, 24 if not given")

@@ -30,12 +30,10 @@ constexpr OutputFormat kFormats[] = {
          WriteSvg(SourceOf(pages.front()), options.page, sink);
      }},
     {"pdf", true, true, WriteAllAsPdf},
-#ifdef QM_WITH_CAIRO
     {"png", false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePng(SourceOf(pages.front()), options.page, sink);
      }},
-#endif
     {"html", true, true, WriteAllAsViewer},
     {"plt", true, false,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {

@@ -11,7 +11,7 @@
 #include "host/document_walker.h"
 #include "host/source_and_events.h"
 #include "platform/text.h"
-#include "render/page_bitmap.h"
+#include "render/bitmap/page_bitmap.h"
 
 namespace qm::cli {
 
@@ -28,7 +28,6 @@ ComPtr<IQmFilterSave> MakeSaveFilter(bool rtl) {
     return filter;
 }
 
-#ifdef QM_WITH_CAIRO
 // The picture has a whole number of dots per inch in the file, so it is drawn with one.
 PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
     const int dpi = std::max(1, RoundToInt32(options.rtlDpi));
@@ -37,11 +36,6 @@ PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
         return PageBitmap{DrawBitmap(SourceOf(source), page, bits), dpi};
     };
 }
-#else
-PageDrawer DrawerOf(const PageOptions&, const PlotOptions&) {
-    throw ToolError("this build of qmplot draws no pictures, which --rtl takes; leave --rtl out");
-}
-#endif
 
 }  // namespace
 

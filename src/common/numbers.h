@@ -30,6 +30,13 @@ inline std::int32_t TruncateToInt32(double value) {
 // Rounds half up (floor(v + 0.5)); outside the range as TruncateToInt32.
 inline std::int32_t RoundToInt32(double value) { return TruncateToInt32(std::floor(value + 0.5)); }
 
+// Truncates toward zero; values that do not fit (and NaN) give INT64_MIN. For positions in small
+// parts of a dot.
+inline std::int64_t TruncateToInt64(double value) {
+    constexpr double kEnd = 9223372036854775808.0;
+    return value >= -kEnd && value < kEnd ? static_cast<std::int64_t>(value) : INT64_MIN;
+}
+
 // 32-bit sums and products that a file can drive out of range: they wrap.
 inline std::int32_t WrapAdd(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));

@@ -12,6 +12,7 @@ namespace {
 constexpr std::int32_t kFlatEnds = 0x200;
 constexpr std::int32_t kSquareEnds = 0x100;
 constexpr std::int32_t kBevelJoins = 0x1000;
+constexpr std::int32_t kMitreJoins = 0x2000;
 
 // Dashes of 3 mm, dots of 0.25 mm, gaps of 1.25 mm for a pen of 0.35 mm or thinner.
 constexpr double kDash = 120.0;
@@ -42,7 +43,8 @@ LineCap CapOf(std::int32_t lineAttributes) {
 }
 
 LineJoin JoinOf(std::int32_t lineAttributes) {
-    return (lineAttributes & kBevelJoins) != 0 ? LineJoin::kBevel : LineJoin::kRound;
+    if ((lineAttributes & kBevelJoins) != 0) return LineJoin::kBevel;
+    return (lineAttributes & kMitreJoins) != 0 ? LineJoin::kMitre : LineJoin::kRound;
 }
 
 std::vector<double> DashesOf(const DrawingStyle& style) {

@@ -10,7 +10,7 @@
 namespace qm {
 
 enum class LineCap { kRound, kButt, kSquare };
-enum class LineJoin { kRound, kBevel };
+enum class LineJoin { kRound, kBevel, kMitre };
 
 LineCap CapOf(std::int32_t lineAttributes);
 LineJoin JoinOf(std::int32_t lineAttributes);

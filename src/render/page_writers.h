@@ -32,10 +32,12 @@ PageSource SourceOf(const PlotPage& page);
 struct PageOptions {
     double dpi = 150.0;              // dots per inch, PNG only
     double marginMillimetres = 5.0;  // paper around the drawing's extent
-    // Called for every stroke and area that Cairo draws, because a large page takes minutes; may be
-    // empty. What it throws ends the writer.
+    bool smooth = true;              // PNG: edges blend into the paper; else dots are drawn or not
+    int threads = 1;                 // that draw a PNG
+    // Called now and then while a PNG or a PDF is drawn, one call at a time but not always on the
+    // caller's thread; may be empty. What it throws ends the writer.
     std::function<void()> checkpoint;
-    // Told how much of a page Cairo has drawn, 0 to 100; may be empty.
+    // Told how much of a page is drawn, 0 to 100, in the same way; may be empty.
     std::function<void(int percent)> progress;
 };
 
@@ -43,8 +45,8 @@ struct PageOptions {
 void WriteSvg(const PageSource& page, const PageOptions& options, OutputSink& sink);
 // One sheet for each page, each of its own size (target qm_render_pdf).
 void WritePdf(const std::vector<PageSource>& pages, const PageOptions& options, OutputSink& sink);
-
-// There when the build found Cairo (target qm_render_cairo).
+// Indexed when the page has at most 256 colours, else shades of grey or true colours (target
+// qm_render_bitmap).
 void WritePng(const PageSource& page, const PageOptions& options, OutputSink& sink);
 
 }  // namespace qm

@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::size_t kChunkBytes = std::size_t{1} << 16;
 constexpr double kInchesPerMetre = 1.0 / 0.0254;
-constexpr std::uint8_t kSubFilter = 1;
 
 std::string BigEndian(std::uint32_t value) {
     return {static_cast<char>(value >> 24), static_cast<char>(value >> 16 & 0xFF),
@@ -28,9 +27,64 @@ bool IsWhite(PaletteEntry colour) {
 
 const Bytef* AsBytes(std::string_view text) { return reinterpret_cast<const Bytef*>(text.data()); }
 
+void WriteChunk(const char* type, std::string_view data, OutputSink& sink) {
+    const std::string name(type);
+    uLong check = crc32(0, AsBytes(name), 4);
+    check = crc32(check, AsBytes(data), static_cast<uInt>(data.size()));
+    sink.Write(BigEndian(static_cast<std::uint32_t>(data.size())) + name);
+    sink.Write(data);
+    sink.Write(BigEndian(static_cast<std::uint32_t>(check)));
+}
+
+void WritePalette(const PngHeader& header, OutputSink& sink) {
+    if (header.palette.empty()) {
+        if (header.whiteIsClear) WriteChunk("tRNS", std::string("\0\xff\0\xff\0\xff", 6), sink);
+        return;
+    }
+    std::string colours;
+    std::string alpha;
+    for (const PaletteEntry entry : header.palette) {
+        colours += {static_cast<char>(entry.red), static_cast<char>(entry.green),
+                    static_cast<char>(entry.blue)};
+        alpha += header.whiteIsClear && IsWhite(entry) ? '\0' : '\xff';
+    }
+    WriteChunk("PLTE", colours, sink);
+    if (alpha.find('\0') != std::string::npos) WriteChunk("tRNS", alpha, sink);
+}
+
+std::size_t BitsOfDot(const PngHeader& header) {
+    const auto bits = static_cast<std::size_t>(header.bits);
+    return header.palette.empty() && !header.isGrey ? 3 * bits : bits;
+}
+
 }  // namespace
 
-struct PngWriter::Deflater {
+std::size_t PngRowBytes(const PngHeader& header) {
+    return (static_cast<std::size_t>(header.width) * BitsOfDot(header) + 7) / 8;
+}
+
+void WritePngStart(const PngHeader& header, OutputSink& sink) {
+    sink.Write("\x89PNG\r\n\x1a\n");
+    const char colourType = !header.palette.empty() ? 3 : (header.isGrey ? 0 : 2);
+    std::string ihdr = BigEndian(static_cast<std::uint32_t>(header.width)) +
+                       BigEndian(static_cast<std::uint32_t>(header.height));
+    ihdr += static_cast<char>(header.bits);
+    ihdr += colourType;
+    ihdr.append(3, '\0');  // deflate, standard filters, not interlaced
+    WriteChunk("IHDR", ihdr, sink);
+    if (header.dotsPerInch > 0.0) {
+        const auto dots =
+            static_cast<std::uint32_t>(std::lround(header.dotsPerInch * kInchesPerMetre));
+        WriteChunk("pHYs", BigEndian(dots) + BigEndian(dots) + '\1', sink);
+    }
+    WritePalette(header, sink);
+}
+
+void WritePngEnd(OutputSink& sink) {
+    WriteChunk("IEND", "", sink);  // not a null view: zlib would start the check sum afresh
+}
+
+struct PngRows::Deflater {
     explicit Deflater(int level) {
         if (deflateInit(&stream, level) != Z_OK) throw std::bad_alloc();
         stream.next_out = out.data();
@@ -44,92 +98,99 @@ struct PngWriter::Deflater {
     std::array<Bytef, kChunkBytes> out;
 };
 
-PngWriter::PngWriter(const PngHeader& header, OutputSink& sink)
-    : sink_(sink), deflater_(std::make_unique<Deflater>(header.level)) {
-    const bool indexed = !header.palette.empty();
-    const std::size_t bits = indexed ? static_cast<std::size_t>(header.bits) : 24;
-    rowBytes_ = (static_cast<std::size_t>(header.width) * bits + 7) / 8;
-    pixelBytes_ = indexed ? 0 : 3;
-    filtered_.resize(rowBytes_ + 1);
-    WriteHeader(header);
-    WritePalette(header);
+PngRows::PngRows(const PngHeader& header, PngFilter filter, OutputSink& sink)
+    : sink_(&sink),
+      filter_(filter),
+      rowBytes_(PngRowBytes(header)),
+      dotBytes_(std::max<std::size_t>(BitsOfDot(header) / 8, 1)),
+      level_(header.level),
+      filtered_(rowBytes_ + 1),
+      deflater_(std::make_unique<Deflater>(header.level)) {}
+
+PngRows::~PngRows() = default;
+PngRows::PngRows(PngRows&&) noexcept = default;
+PngRows& PngRows::operator=(PngRows&&) noexcept = default;
+
+// What is compressed so far becomes a chunk.
+void PngRows::Empty() {
+    z_stream& stream = deflater_->stream;
+    const std::size_t ready = kChunkBytes - stream.avail_out;
+    if (ready == 0) return;
+    WriteChunk("IDAT", {reinterpret_cast<const char*>(deflater_->out.data()), ready}, *sink_);
+    stream.next_out = deflater_->out.data();
+    stream.avail_out = static_cast<uInt>(kChunkBytes);
 }
 
-PngWriter::~PngWriter() = default;
-
-void PngWriter::WriteChunk(const char* type, std::string_view data) {
-    const std::string name(type);
-    uLong check = crc32(0, AsBytes(name), 4);
-    check = crc32(check, AsBytes(data), static_cast<uInt>(data.size()));
-    sink_.Write(BigEndian(static_cast<std::uint32_t>(data.size())) + name);
-    sink_.Write(data);
-    sink_.Write(BigEndian(static_cast<std::uint32_t>(check)));
-}
-
-void PngWriter::WriteHeader(const PngHeader& header) {
-    sink_.Write("\x89PNG\r\n\x1a\n");
-    const char colourType = header.palette.empty() ? 2 : 3;
-    std::string ihdr = BigEndian(static_cast<std::uint32_t>(header.width)) +
-                       BigEndian(static_cast<std::uint32_t>(header.height));
-    ihdr += static_cast<char>(header.bits);
-    ihdr += colourType;
-    ihdr.append(3, '\0');  // deflate, standard filters, not interlaced
-    WriteChunk("IHDR", ihdr);
-    if (header.dotsPerInch > 0.0) {
-        const auto dots =
-            static_cast<std::uint32_t>(std::lround(header.dotsPerInch * kInchesPerMetre));
-        WriteChunk("pHYs", BigEndian(dots) + BigEndian(dots) + '\1');
-    }
-}
-
-void PngWriter::WritePalette(const PngHeader& header) {
-    if (header.palette.empty()) {
-        if (header.whiteIsClear) WriteChunk("tRNS", std::string("\0\xff\0\xff\0\xff", 6));
-        return;
-    }
-    std::string colours;
-    std::string alpha;
-    for (const PaletteEntry entry : header.palette) {
-        colours += {static_cast<char>(entry.red), static_cast<char>(entry.green),
-                    static_cast<char>(entry.blue)};
-        alpha += header.whiteIsClear && IsWhite(entry) ? '\0' : '\xff';
-    }
-    WriteChunk("PLTE", colours);
-    if (alpha.find('\0') != std::string::npos) WriteChunk("tRNS", alpha);
-}
-
-void PngWriter::Deflate(int flush) {
+void PngRows::Deflate(int flush) {
     z_stream& stream = deflater_->stream;
     int status = Z_OK;
     do {
         status = deflate(&stream, flush);
         if (status == Z_STREAM_ERROR) throw PageError("PNG compression failed");
-        const std::size_t ready = kChunkBytes - stream.avail_out;
-        if (stream.avail_out == 0 || (flush == Z_FINISH && ready > 0)) {
-            WriteChunk("IDAT", {reinterpret_cast<const char*>(deflater_->out.data()), ready});
-            stream.next_out = deflater_->out.data();
-            stream.avail_out = static_cast<uInt>(kChunkBytes);
-        }
+        if (stream.avail_out == 0 || flush == Z_FINISH) Empty();
     } while (flush == Z_FINISH ? status != Z_STREAM_END : stream.avail_in > 0);
 }
 
-void PngWriter::WriteRow(const std::uint8_t* row) {
-    // Indexed pictures compress best as they are, true colours as differences to the left.
-    filtered_[0] = pixelBytes_ > 0 ? kSubFilter : std::uint8_t{0};
-    std::copy(row, row + rowBytes_, filtered_.begin() + 1);
-    if (pixelBytes_ > 0) {
-        for (std::size_t i = pixelBytes_; i < rowBytes_; ++i) {
-            filtered_[i + 1] = static_cast<std::uint8_t>(row[i] - row[i - pixelBytes_]);
-        }
+// Areas and lines compress best as they are; in shades that change from dot to dot the differences
+// are smaller.
+bool PngRows::Choose(const std::uint8_t* row) {
+    if (filter_ != PngFilter::kAsFits) return filter_ == PngFilter::kLeft;
+    std::size_t plain = 0;
+    std::size_t differences = 0;
+    const auto sizeOf = [](std::uint8_t value) { return std::min<unsigned>(value, 255U - value); };
+    for (std::size_t i = dotBytes_; i < rowBytes_; ++i) {
+        plain += sizeOf(row[i]);
+        differences += sizeOf(static_cast<std::uint8_t>(row[i] - row[i - dotBytes_]));
+    }
+    return differences < plain;
+}
+
+// Where nearly every dot is unlike its neighbour, searching for repetitions takes three times as
+// long and finds chance ones that cost more than they save.
+void PngRows::AdaptToDensity() {
+    constexpr std::size_t kRows = 16;
+    if (++rows_ % kRows != 0) return;
+    const bool isDense = changes_ > kRows * rowBytes_ / 2;
+    changes_ = 0;
+    if (isDense == isDense_) return;
+    isDense_ = isDense;
+    z_stream& stream = deflater_->stream;
+    int status = Z_BUF_ERROR;
+    while (status == Z_BUF_ERROR) {
+        status = deflateParams(&stream, level_, isDense ? Z_RLE : Z_DEFAULT_STRATEGY);
+        if (status == Z_STREAM_ERROR) throw PageError("PNG compression failed");
+        Empty();
+    }
+}
+
+void PngRows::Write(const std::uint8_t* row) {
+    std::uint8_t* const target = filtered_.data() + 1;
+    const bool left = Choose(row);
+    filtered_[0] = left ? 1 : 0;
+    std::copy(row, row + rowBytes_, target);
+    for (std::size_t i = dotBytes_; i < rowBytes_; ++i) {
+        const auto difference = static_cast<std::uint8_t>(row[i] - row[i - dotBytes_]);
+        changes_ += difference != 0 ? 1 : 0;
+        if (left) target[i] = difference;
     }
     deflater_->stream.next_in = filtered_.data();
     deflater_->stream.avail_in = static_cast<uInt>(filtered_.size());
     Deflate(Z_NO_FLUSH);
+    AdaptToDensity();
+}
+
+void PngRows::Finish() { Deflate(Z_FINISH); }
+
+// Indexed pictures compress best as they are, true colours as differences to the left.
+PngWriter::PngWriter(const PngHeader& header, OutputSink& sink)
+    : sink_(sink),
+      rows_(header, header.palette.empty() ? PngFilter::kLeft : PngFilter::kNone, sink) {
+    WritePngStart(header, sink);
 }
 
 void PngWriter::Finish() {
-    Deflate(Z_FINISH);
-    WriteChunk("IEND", "");  // not a null view: zlib would start the check sum afresh
+    rows_.Finish();
+    WritePngEnd(sink_);
 }
 
 void WritePicture(const PackedBitmapView& picture, bool whiteIsClear, OutputSink& sink) {

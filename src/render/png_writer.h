@@ -13,41 +13,75 @@
 
 namespace qm {
 
+// How a row is written before it is compressed: as it is, as differences to the left, or each row
+// in the one of both that looks smaller.
+enum class PngFilter { kNone, kLeft, kAsFits };
+
 struct PngHeader {
     std::int32_t width = 0;
     std::int32_t height = 0;
     int bits = 8;  // a sample: 1, 2, 4 or 8 with a palette, 8 without
-    // Colours in order, at most 2^bits; empty for red, green, blue samples.
+    // Colours in order, at most 2^bits; empty for red, green, blue samples or shades of grey.
     std::vector<PaletteEntry> palette;
+    bool isGrey = false;        // without a palette: one sample a dot
     bool whiteIsClear = false;  // pure white is transparent
     double dotsPerInch = 0.0;   // 0: not told
     int level = 6;              // of compression, 1 (fast) to 9
 };
 
-// Every row from the top, then Finish. Throws what the sink throws, std::bad_alloc, and ToolError
-// when zlib refuses.
-class PngWriter {
+// The bytes of a row.
+std::size_t PngRowBytes(const PngHeader& header);
+
+// What stands in a file before the rows and behind them.
+void WritePngStart(const PngHeader& header, OutputSink& sink);
+void WritePngEnd(OutputSink& sink);
+
+// The rows between them, which need not be written where they end up: WritePngStart may come later,
+// when the colours are known. Throws what the sink throws, std::bad_alloc, and ToolError when zlib
+// refuses.
+class PngRows {
   public:
-    PngWriter(const PngHeader& header, OutputSink& sink);
-    ~PngWriter();
+    PngRows(const PngHeader& header, PngFilter filter, OutputSink& sink);
+    ~PngRows();
+    PngRows(PngRows&&) noexcept;
+    PngRows& operator=(PngRows&&) noexcept;
 
     // `row`: (width x samples x bits + 7) / 8 bytes, as the packed bitmaps have them but red first.
-    void WriteRow(const std::uint8_t* row);
+    void Write(const std::uint8_t* row);
     void Finish();
 
   private:
     struct Deflater;
 
-    void WriteChunk(const char* type, std::string_view data);
-    void WriteHeader(const PngHeader& header);
-    void WritePalette(const PngHeader& header);
     void Deflate(int flush);
+    void Empty();
+    // True for differences to the left.
+    bool Choose(const std::uint8_t* row);
+    void AdaptToDensity();
 
-    OutputSink& sink_;
+    OutputSink* sink_;
+    PngFilter filter_;
     std::size_t rowBytes_;
-    std::size_t pixelBytes_;  // distance of the filter's left neighbour; 0: rows are not filtered
+    std::size_t dotBytes_;  // distance of the filter's left neighbour
+    int level_;
     std::vector<std::uint8_t> filtered_;
+    std::size_t rows_ = 0;
+    std::size_t changes_ = 0;  // dots unlike their left neighbour in the last rows
+    bool isDense_ = false;
     std::unique_ptr<Deflater> deflater_;
+};
+
+// Every row from the top, then Finish.
+class PngWriter {
+  public:
+    PngWriter(const PngHeader& header, OutputSink& sink);
+
+    void WriteRow(const std::uint8_t* row) { rows_.Write(row); }
+    void Finish();
+
+  private:
+    OutputSink& sink_;
+    PngRows rows_;
 };
 
 // A whole packed bitmap as PNG in its own depth.

@@ -1,4 +1,4 @@
-// Reads PNG files back: their chunks, and the dots of a picture without a palette.
+// Reads PNG files back: their chunks, and the dots of a picture.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -47,30 +47,47 @@ inline std::string Inflated(const std::string& data, std::size_t bytes) {
     return result;
 }
 
-// A picture of eight bits a colour, red, green, blue, and perhaps opacity.
+// A picture of any colour type of up to eight bits a sample but grey with opacity.
 class PngDots {
   public:
     explicit PngDots(const std::string& png) {
         auto chunks = PngChunks(png);
         width_ = static_cast<int>(BigEndianAt(chunks["IHDR"], 0));
         height_ = static_cast<int>(BigEndianAt(chunks["IHDR"], 4));
-        channels_ = chunks["IHDR"].at(9) == 6 ? 4 : 3;
-        EXPECT_EQ(chunks["IHDR"].at(8), 8);
+        bits_ = chunks["IHDR"].at(8);
+        type_ = chunks["IHDR"].at(9);
+        channels_ = type_ == 6 ? 4 : type_ == 2 ? 3 : 1;
+        palette_ = chunks["PLTE"];
         const std::size_t row = RowBytes() + 1;
         bytes_ = Inflated(chunks["IDAT"], row * static_cast<std::size_t>(height_));
         for (std::size_t y = 0; y * row < bytes_.size(); ++y) Unfilter(y * row + 1);
     }
+    // The type: 0 grey, 2 colours, 3 indexed, 6 with opacity.
+    int Type() const { return type_; }
+    int Bits() const { return bits_; }
     int Width() const { return width_; }
     int Height() const { return height_; }
     // 0xRRGGBB of the dot in column x and row y, y up.
     std::uint32_t At(int x, int y) const {
         const auto row = static_cast<std::size_t>(height_ - 1 - y);
-        const std::size_t at = row * (RowBytes() + 1) + 1 + static_cast<std::size_t>(channels_ * x);
-        return Byte(at) << 16 | Byte(at + 1) << 8 | Byte(at + 2);
+        const std::size_t start = row * (RowBytes() + 1) + 1;
+        const std::size_t at = start + static_cast<std::size_t>(channels_ * x);
+        if (channels_ > 1) return Byte(at) << 16 | Byte(at + 1) << 8 | Byte(at + 2);
+        const int bit = x * bits_;
+        const std::uint32_t sample =
+            Byte(start + static_cast<std::size_t>(bit / 8)) >> (8 - bits_ - bit % 8) &
+            ((1U << bits_) - 1);
+        if (type_ == 0) return sample * 255 / ((1U << bits_) - 1) * 0x010101;
+        const auto part = [&](std::size_t i) {
+            return std::uint32_t{static_cast<std::uint8_t>(palette_.at(3 * sample + i))};
+        };
+        return part(0) << 16 | part(1) << 8 | part(2);
     }
 
   private:
-    std::size_t RowBytes() const { return static_cast<std::size_t>(channels_ * width_); }
+    std::size_t RowBytes() const {
+        return static_cast<std::size_t>((channels_ * bits_ * width_ + 7) / 8);
+    }
     std::uint32_t Byte(std::size_t at) const { return static_cast<std::uint8_t>(bytes_.at(at)); }
     // Undoes the filter of the row whose dots begin at `start`, the rows above being plain.
     void Unfilter(std::size_t start) {
@@ -92,6 +109,9 @@ class PngDots {
     int width_ = 0;
     int height_ = 0;
     int channels_ = 0;
+    int bits_ = 0;
+    int type_ = 0;
+    std::string palette_;
     std::string bytes_;
 };
 

@@ -1,5 +1,5 @@
 // Pages as bitmaps: the colours that each depth keeps.
-#include "render/page_bitmap.h"
+#include "render/bitmap/page_bitmap.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,123 @@
+#include "render/bitmap/page_bands.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "render/bitmap/page_painter.h"
+
+namespace qm::bitmap {
+
+namespace {
+
+// Lines all over the page are drawn twice as fast when a band lies in a core's cache; bands of
+// fewer rows than these would have the list read too often.
+constexpr std::size_t kCacheBytes = std::size_t{4} << 20;
+constexpr std::size_t kFewestRows = 64;
+constexpr std::size_t kBytesPerDot = sizeof(BandDot) + sizeof(std::int32_t);
+
+class BandDrawer {
+  public:
+    BandDrawer(const PageSource& page, const PageOptions& options, const PageRaster& raster,
+               const std::function<void(const Band&)>& take, std::size_t bandBytes)
+        : page_(page), options_(options), raster_(raster), take_(take) {
+        const std::size_t row = static_cast<std::size_t>(raster.width) * kBytesPerDot;
+        const std::size_t fitting = std::min<std::size_t>(bandBytes / row, 1 << 20);
+        rows_ = std::clamp(static_cast<std::int32_t>(fitting), 1, raster.height);
+        bands_ = (raster.height + rows_ - 1) / rows_;
+    }
+
+    void Run() {
+        std::vector<std::thread> others;
+        const std::int32_t threads = std::min(std::max(options_.threads, 1), bands_);
+        try {
+            for (std::int32_t i = 1; i < threads; ++i) others.emplace_back([this] { Work(); });
+        } catch (const std::system_error&) {
+            // The system gives no more threads: those that run do the work.
+        }
+        Work();
+        for (std::thread& other : others) other.join();
+        if (failure_) std::rethrow_exception(failure_);
+    }
+
+  private:
+    void Work() {
+        try {
+            PagePainter painter(Settings(), raster_.width, rows_);
+            for (std::int32_t band = next_++; band < bands_; band = next_++) {
+                const std::int32_t top = band * rows_;
+                const Band& drawn =
+                    painter.Draw(*page_.drawing, top, std::min(top + rows_, raster_.height));
+                if (!WaitForTurn(band)) return;
+                take_(drawn);
+                EndTurn();
+            }
+        } catch (...) {
+            Fail();
+        }
+    }
+    PaintSettings Settings() {
+        PaintSettings settings;
+        settings.toDots = raster_.ToDots();
+        settings.dotsPerUnit = raster_.dotsPerUnit;
+        settings.smooth = options_.smooth;
+        settings.whiteIsClear = page_.whiteIsClear;
+        settings.checkpoint = [this] {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            if (failure_) throw Stopped();
+            if (options_.checkpoint) options_.checkpoint();
+        };
+        if (bands_ == 1) settings.progress = options_.progress;
+        return settings;
+    }
+    // False when another thread failed.
+    bool WaitForTurn(std::int32_t band) {
+        std::unique_lock<std::mutex> lock(mutex_);
+        turned_.wait(lock, [&] { return turn_ == band || failure_; });
+        return !failure_;
+    }
+    void EndTurn() {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        ++turn_;
+        if (options_.progress && bands_ > 1) options_.progress(turn_ * 100 / bands_);
+        turned_.notify_all();
+    }
+    void Fail() {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (!failure_) failure_ = std::current_exception();
+        turned_.notify_all();
+    }
+    // Ends a thread because another one failed.
+    struct Stopped {};
+
+    const PageSource& page_;
+    const PageOptions& options_;
+    const PageRaster& raster_;
+    const std::function<void(const Band&)>& take_;
+    std::int32_t rows_ = 0;
+    std::int32_t bands_ = 0;
+    std::atomic<std::int32_t> next_{0};
+    std::mutex mutex_;  // guards what follows
+    std::condition_variable turned_;
+    std::int32_t turn_ = 0;  // the band that is handed on next
+    std::exception_ptr failure_;
+};
+
+}  // namespace
+
+std::size_t BandBytesFor(const PageRaster& raster) {
+    return std::max(kCacheBytes,
+                    kBytesPerDot * static_cast<std::size_t>(raster.width) * kFewestRows);
+}
+
+void DrawBands(const PageSource& page, const PageOptions& options, const PageRaster& raster,
+               const std::function<void(const Band&)>& take, std::size_t bandBytes) {
+    BandDrawer(page, options, raster, take, bandBytes).Run();
+}
+
+}  // namespace qm::bitmap

@@ -1,0 +1,450 @@
+#include "render/bitmap/page_painter.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "common/numbers.h"
+#include "render/bitmap/blending.h"
+#include "render/bitmap/picture_sampler.h"
+#include "render/fill_pattern.h"
+#include "render/svg_path.h"
+
+namespace qm::bitmap {
+
+namespace {
+
+constexpr double kHairline = 0.5;              // half the width of the thinnest line, in dots
+constexpr unsigned kCheckpointInterval = 256;  // primitives
+constexpr std::size_t kPiece = 16;             // lines that are rejected together
+// How far the corners of a polygon may lie beside the arc it stands for, in dots.
+constexpr double kRoundness = 0.02;
+constexpr double kMitreReach = 5.0;
+
+Matrix Inverse(const Matrix& m) {
+    const double determinant = m.a * m.d - m.b * m.c;
+    const Matrix inverse{
+        m.d / determinant, -m.b / determinant, -m.c / determinant, m.a / determinant, 0.0, 0.0};
+    return {inverse.a,
+            inverse.b,
+            inverse.c,
+            inverse.d,
+            -(inverse.a * m.e + inverse.c * m.f),
+            -(inverse.b * m.e + inverse.d * m.f)};
+}
+
+DotBox Common(const DotBox& a, const DotBox& b) {
+    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+            std::min(a.bottom, b.bottom)};
+}
+
+// The dots whose centres lie between the points' extremes.
+DotBox DotsBetween(const std::vector<PointD>& points) {
+    PointD low = points[0];
+    PointD high = points[0];
+    for (const PointD& p : points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    const auto edge = [](double value) { return RoundToInt32(std::clamp(value, -1e6, 1e6)); };
+    return {edge(low.x), edge(low.y), edge(high.x), edge(high.y)};
+}
+
+bool IsUprightRectangle(const std::vector<PointD>& p) {
+    if (p.size() != 4 && !(p.size() == 5 && p[0] == p[4])) return false;
+    return (p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y) ||
+           (p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x);
+}
+
+CapsuleStrokes::End EndOf(LineCap cap) {
+    if (cap == LineCap::kRound) return CapsuleStrokes::End::kRound;
+    return cap == LineCap::kButt ? CapsuleStrokes::End::kButt : CapsuleStrokes::End::kSquare;
+}
+
+}  // namespace
+
+PagePainter::PagePainter(const PaintSettings& settings, std::int32_t width, std::int32_t rows)
+    : settings_(settings),
+      toDrawing_(Inverse(settings.toDots)),
+      band_(width, rows),
+      area_(width, rows, settings.smooth),
+      capsules_(band_, settings.smooth) {}
+
+const Band& PagePainter::Draw(const DisplayList& list, std::int32_t top, std::int32_t bottom) {
+    band_.Start(top, bottom);
+    patterns_.clear();
+    lookIsOld_ = true;
+    EndClipRegion();
+    Play(list, *this);
+    return band_;
+}
+
+void PagePainter::Checkpoint() {
+    if (++primitives_ % kCheckpointInterval == 0 && settings_.checkpoint) settings_.checkpoint();
+}
+
+// ------------------------------------------------------------------------------------------- lines
+
+bool PagePainter::IsFast(const Look& look) const {
+    if (!look.ignoresPaper || masked_ || look.dashes.part < 1.0) return false;
+    const StrokeShape& shape = look.shape;
+    const bool isRound = shape.cap == LineCap::kRound && shape.join == LineJoin::kRound;
+    if (isRound) return true;
+    // Of thinner lines nobody sees the shape of the corners.
+    return shape.halfWidth <= (shape.join == LineJoin::kMitre ? 0.75 : CapsuleStrokes::kThin) &&
+           (settings_.smooth || shape.cap == LineCap::kRound);
+}
+
+const PagePainter::Look& PagePainter::LookOf(const DrawingStyle& style) {
+    if (!lookIsOld_) return look_;
+    lookIsOld_ = false;
+    Look look;
+    look.shape.halfWidth = std::max(kHairline, style.lineWidth * settings_.dotsPerUnit / 2.0);
+    look.shape.cap = CapOf(style.lineAttributes);
+    look.shape.join = JoinOf(style.lineAttributes);
+    look.end = EndOf(look.shape.cap);
+    look.dashes = PatternOf(DashesOf(style), settings_.dotsPerUnit);
+    // Round ends close gaps of half a dot.
+    if (look.dashes.lengths.empty() && look.shape.cap != LineCap::kButt) look.dashes.part = 1.0;
+    look.operation = OperationOfDrawMode(style.drawMode);
+    look.colour = DotColour(style.drawColour);
+    std::uint32_t result = 0;
+    look.ignoresPaper = IgnoresPaper(look.operation, look.colour, result);
+    if (look.ignoresPaper) look.colour = result;
+    look.isFast = IsFast(look);
+    look_ = std::move(look);
+    return look_;
+}
+
+bool PagePainter::MayShow(const PointI* points, std::size_t count, double reach) const {
+    const Matrix& m = settings_.toDots;
+    if (m.b != 0.0 && m.d != 0.0) return true;
+    const bool byY = m.b == 0.0;
+    std::int32_t low = byY ? points[0].y : points[0].x;
+    std::int32_t high = low;
+    for (std::size_t i = 1; i < count; ++i) {
+        const std::int32_t value = byY ? points[i].y : points[i].x;
+        low = std::min(low, value);
+        high = std::max(high, value);
+    }
+    const double scale = byY ? m.d : m.b;
+    const double a = scale * low + m.f;
+    const double b = scale * high + m.f;
+    return std::max(a, b) + reach >= bounds_.top && std::min(a, b) - reach <= bounds_.bottom;
+}
+
+void PagePainter::TakePath(PointSpan points) {
+    path_.clear();
+    for (const PointI p : points) path_.push_back(ToDots(p.x, p.y));
+}
+
+void PagePainter::Lines(const DrawingStyle& style, PointSpan points) {
+    Checkpoint();
+    const Look& look = LookOf(style);
+    if (points.count == 0 || look.operation == kKeepPaper) return;
+    if (points.count <= kPiece &&
+        !MayShow(points.data, points.count, look.shape.halfWidth * kMitreReach + 1.0)) {
+        return;
+    }
+    if (IsDot(points)) return StrokeDot(look, ToDots(points[0].x, points[0].y));
+    const bool closed = points.count > 2 && points[0] == points[points.count - 1];
+    if (look.isFast && look.dashes.lengths.empty()) return StrokeFast(look, points, closed);
+    TakePath(points);
+    StrokePath(look, closed);
+}
+
+void PagePainter::StrokeFast(const Look& look, PointSpan points, bool closed) {
+    using End = CapsuleStrokes::End;
+    const double reach = look.shape.halfWidth + 1.0;
+    const End outer = closed ? End::kRound : look.end;
+    const std::size_t lines = points.count - 1;
+    capsules_.Begin(look.shape.halfWidth, look.colour);
+    for (std::size_t from = 0; from < lines; from += kPiece) {
+        const std::size_t end = std::min(from + kPiece, lines);
+        if (!MayShow(points.data + from, end - from + 1, reach)) continue;
+        PointD last = ToDots(points[from].x, points[from].y);
+        for (std::size_t i = from; i < end; ++i) {
+            const PointD next = ToDots(points[i + 1].x, points[i + 1].y);
+            capsules_.Add(last, next, i == 0 ? outer : End::kRound,
+                          i + 1 == lines ? outer : End::kRound);
+            last = next;
+        }
+    }
+}
+
+void PagePainter::Capsules(const Look& look, const std::vector<PointD>& points, bool closed) {
+    using End = CapsuleStrokes::End;
+    const End outer = closed ? End::kRound : look.end;
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        capsules_.Add(points[i - 1], points[i], i == 1 ? outer : End::kRound,
+                      i + 1 == points.size() ? outer : End::kRound);
+    }
+    if (points.size() == 1) capsules_.Add(points[0], points[0]);
+}
+
+// The line through path_, solid or dashed.
+void PagePainter::StrokePath(const Look& look, bool closed) {
+    if (look.isFast) capsules_.Begin(look.shape.halfWidth, look.colour);
+    area_.Start(bounds_);
+    StrokeOutline outline(area_, bounds_, look.shape);
+    const auto add = [&](const std::vector<PointD>& points, bool isClosed) {
+        if (look.isFast) {
+            Capsules(look, points, isClosed);
+        } else {
+            outline.Add(points, isClosed);
+        }
+    };
+    if (look.dashes.lengths.empty()) {
+        add(path_, closed);
+    } else {
+        const double reach = look.shape.halfWidth * kMitreReach + 1.0;
+        DashCutter cutter(look.dashes, bounds_.top - reach, bounds_.bottom + reach);
+        cutter.Cut(path_, [&](const std::vector<PointD>& dash) { add(dash, false); });
+    }
+    if (!look.isFast) SweepStroke(look);
+}
+
+void PagePainter::StrokeDot(const Look& look, PointD centre) {
+    if (look.ignoresPaper && !masked_) {
+        capsules_.Begin(look.shape.halfWidth, look.colour);
+        return capsules_.Add(centre, centre);
+    }
+    area_.Start(bounds_);
+    StrokeOutline(area_, bounds_, look.shape).Add({centre}, false);
+    SweepStroke(look);
+}
+
+void PagePainter::SweepStroke(const Look& look) {
+    Ink ink;
+    ink.operation = look.operation;
+    ink.colour = look.colour;
+    ink.ignoresPaper = look.ignoresPaper;
+    ink.strength =
+        static_cast<unsigned>(std::clamp(RoundToInt32(look.dashes.part * 255.0), 0, 255));
+    Sweep(FillRule::kNonZero, ink);
+}
+
+void PagePainter::Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) {
+    const PointI corners[] = {box.a, {box.b.x, box.a.y}, box.b, {box.a.x, box.b.y}, box.a};
+    Polygon(style, {corners, 5}, filled);
+}
+
+// -------------------------------------------------------------------------------------------- arcs
+
+// Angles in degrees, any direction; `to` is reached exactly.
+void PagePainter::TakeArc(const ArcShape& arc, double from, double to) {
+    path_.clear();
+    if (!std::isfinite(from) || !std::isfinite(to)) return;
+    const double radius =
+        std::max(std::abs(double{1} * arc.radiusX), std::abs(double{1} * arc.radiusY)) *
+        settings_.dotsPerUnit;
+    const double step =
+        2.0 * std::acos(std::max(0.0, 1.0 - kRoundness / std::max(radius, kRoundness)));
+    const double span = std::min(std::abs(to - from), 3600.0) * kRadiansPerDegree;
+    const int steps = std::clamp(TruncateToInt32(std::ceil(span / step)), 4, 20000);
+    // The corners lie as far outside as the middles of the sides lie inside.
+    const double wider = 1.0 + kRoundness / 2.0 / std::max(radius, 1.0);
+    for (int i = 0; i <= steps; ++i) {
+        const double angle = (from + (to - from) * i / steps) * kRadiansPerDegree;
+        path_.push_back(ToDots(arc.centre.x + wider * arc.radiusX * std::cos(angle),
+                               arc.centre.y + wider * arc.radiusY * std::sin(angle)));
+    }
+}
+
+void PagePainter::Arc(const DrawingStyle& style, const ArcShape& arc) {
+    Checkpoint();
+    const Look& look = LookOf(style);
+    if (look.operation == kKeepPaper) return;
+    const double reach = (std::abs(double{1} * arc.radiusX) + std::abs(double{1} * arc.radiusY)) *
+                             settings_.dotsPerUnit +
+                         look.shape.halfWidth * kMitreReach + 1.0;
+    if (!MayShow(&arc.centre, 1, reach)) return;
+    const bool whole = IsWholeEllipse(arc);
+    const double from = whole ? 0.0 : double{arc.start};
+    TakeArc(arc, from, whole ? 360.0 : from + arc.span);
+    if (path_.empty()) return;
+    if (whole) path_.back() = path_.front();
+    StrokePath(look, whole);
+}
+
+void PagePainter::Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
+                         bool filled) {
+    const ArcShape arc{centre, radius, radius, 0.0F, 360.0F};
+    if (!filled) return Arc(style, arc);
+    Checkpoint();
+    if (!MayShow(&centre, 1, std::abs(double{1} * radius) * settings_.dotsPerUnit + 1.0)) return;
+    TakeArc(arc, 0.0, 360.0);
+    area_.Start(bounds_);
+    area_.AddRing(path_.data(), path_.size());
+    SweepFill(style);
+}
+
+// ------------------------------------------------------------------------------------------- areas
+
+void PagePainter::Polygon(const DrawingStyle& style, PointSpan points, bool filled) {
+    if (!filled) return Lines(style, points);
+    Checkpoint();
+    if (points.count == 0 || !MayShow(points.data, points.count, 1.0)) return;
+    TakePath(points);
+    area_.Start(bounds_);
+    area_.AddRing(path_.data(), path_.size());
+    SweepFill(style);
+}
+
+void PagePainter::PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) {
+    Checkpoint();
+    const PointI* ring = rings.points.data;
+    if (filled && (rings.points.count == 0 || !MayShow(ring, rings.points.count, 1.0))) return;
+    if (filled) area_.Start(bounds_);
+    for (std::size_t i = 0; i < rings.count; ++i) {
+        const PointSpan points{ring, static_cast<std::size_t>(rings.lengths[i])};
+        if (filled) {
+            TakePath(points);
+            area_.AddRing(path_.data(), path_.size());
+        } else {
+            Lines(style, points);
+        }
+        ring += points.count;
+    }
+    if (filled) SweepFill(style);
+}
+
+void PagePainter::SweepFill(const DrawingStyle& style) {
+    Ink ink;
+    ink.operation = OperationOfDrawMode(style.drawMode);
+    ink.colour = DotColour(style.fillColour);
+    std::uint32_t result = 0;
+    ink.ignoresPaper = IgnoresPaper(ink.operation, ink.colour, result);
+    if (ink.ignoresPaper) ink.colour = result;
+    if (style.fillKind == kFillKindPattern) {
+        const auto found = patterns_.find(style.fillIndex);
+        if (found != patterns_.end()) ink.pattern = found->second.get();
+    }
+    Sweep(FillRule::kEvenOdd, ink);
+}
+
+void PagePainter::Sweep(FillRule rule, const Ink& ink) {
+    area_.Sweep(rule, [&](std::int32_t y, std::int32_t x, std::int32_t count, unsigned coverage) {
+        Put(ink, y, x, count, coverage);
+    });
+}
+
+void PagePainter::Put(const Ink& ink, std::int32_t y, std::int32_t x, std::int32_t count,
+                      unsigned coverage) {
+    BandDot* const row = band_.Row(y);
+    const bool isPlain = ink.pattern == nullptr && !masked_ && ink.strength == 255;
+    if (isPlain && ink.ignoresPaper && coverage == 255) {
+        for (std::int32_t i = x; i < x + count; ++i) row[i].colour = ink.colour;
+        return;
+    }
+    for (std::int32_t i = x; i < x + count; ++i) {
+        unsigned part = coverage;
+        if (!isPlain) {
+            const auto reduce = [&](unsigned by) { part = (part * by + 127) / 255; };
+            if (ink.pattern != nullptr) reduce(PatternCoverage(*ink.pattern, i, y));
+            if (masked_) {
+                reduce(mask_[static_cast<std::size_t>(y - band_.Top()) *
+                                 static_cast<std::size_t>(band_.Width()) +
+                             static_cast<std::size_t>(i)]);
+            }
+            reduce(ink.strength);
+            if (part == 0) continue;
+        }
+        const std::uint32_t paper = row[i].colour;
+        const std::uint32_t drawn =
+            ink.ignoresPaper ? ink.colour : Combine(ink.operation, ink.colour, paper);
+        row[i].colour = part == 255 ? drawn : Mix(paper, drawn, part);
+    }
+}
+
+// --------------------------------------------------------------- patterns, clip regions, pictures
+
+void PagePainter::Pattern(const FillPattern& pattern) {
+    auto& kept = patterns_[pattern.index];
+    kept = IsDrawable(pattern) ? std::make_unique<PatternInk>(pattern) : nullptr;
+}
+
+unsigned PagePainter::PatternCoverage(const PatternInk& pattern, std::int32_t x,
+                                      std::int32_t y) const {
+    const Matrix& m = toDrawing_;
+    const double middleX = m.a * (x + 0.5) + m.c * (y + 0.5) + m.e;
+    const double middleY = m.b * (x + 0.5) + m.d * (y + 0.5) + m.f;
+    const double across = middleX / kPatternDotUnits;
+    const double down = -middleY / kPatternDotUnits;
+    if (!settings_.smooth) return pattern.At(across, down) ? 255 : 0;
+    const double side = 1.0 / settings_.dotsPerUnit / kPatternDotUnits;
+    return pattern.Coverage(across - side / 2.0, down - side / 2.0, side, side);
+}
+
+void PagePainter::ClipRegion(PointSpan points) {
+    EndClipRegion();
+    TakePath(points);
+    lookIsOld_ = true;
+    if (path_.size() < 3) {
+        bounds_.right = bounds_.left;
+        capsules_.SetBounds(bounds_);
+        return;
+    }
+    if (IsUprightRectangle(path_)) {
+        bounds_ = Common(bounds_, DotsBetween(path_));
+        bounds_.right = std::max(bounds_.left, bounds_.right);
+        bounds_.bottom = std::max(bounds_.top, bounds_.bottom);
+        capsules_.SetBounds(bounds_);
+        return;
+    }
+    const auto width = static_cast<std::size_t>(band_.Width());
+    mask_.assign(width * static_cast<std::size_t>(band_.Bottom() - band_.Top()), 0);
+    area_.Start(bounds_);
+    area_.AddRing(path_.data(), path_.size());
+    area_.Sweep(FillRule::kEvenOdd, [&](std::int32_t y, std::int32_t x, std::int32_t count,
+                                        unsigned coverage) {
+        const auto first =
+            mask_.begin() +
+            static_cast<std::ptrdiff_t>(static_cast<std::size_t>(y - band_.Top()) * width) + x;
+        std::fill(first, first + count, static_cast<std::uint8_t>(coverage));
+    });
+    masked_ = true;
+}
+
+void PagePainter::EndClipRegion() {
+    bounds_ = band_.Bounds();
+    capsules_.SetBounds(bounds_);
+    masked_ = false;
+    lookIsOld_ = true;
+}
+
+void PagePainter::Picture(const DrawingStyle&, const BoxI& box, std::int32_t rasterOperation,
+                          ByteRun bitmap) {
+    const auto view = PackedBitmapView::Parse(bitmap.data, bitmap.size);
+    const double width = std::abs(double{1} * box.b.x - box.a.x);
+    const double height = std::abs(double{1} * box.b.y - box.a.y);
+    if (!view || width == 0.0 || height == 0.0) return;
+    const double left = std::min(box.a.x, box.b.x);
+    const double upper = std::max(box.a.y, box.b.y);
+    path_ = {ToDots(left, upper), ToDots(left + width, upper), ToDots(left, upper - height),
+             ToDots(left + width, upper - height)};
+    DotBox dots = DotsBetween(path_);
+    dots = Common({dots.left - 1, dots.top - 1, dots.right + 1, dots.bottom + 1}, bounds_);
+    if (dots.left >= dots.right || dots.top >= dots.bottom) return;
+    if (settings_.checkpoint) settings_.checkpoint();
+    // Row 0 of the picture lies at the upper edge.
+    const double perX = view->Width() / width;
+    const double perY = view->Height() / height;
+    const Matrix& m = toDrawing_;
+    const Matrix toPicture{m.a * perX,  -m.b * perY,         m.c * perX,
+                           -m.d * perY, (m.e - left) * perX, (upper - m.f) * perY};
+    const PictureLook look{OperationOfPicture(rasterOperation),
+                           settings_.whiteIsClear && PictureIsClear(rasterOperation)};
+    if (!masked_) return DrawPicture(*view, toPicture, look, band_, dots);
+    const Band before = band_;
+    DrawPicture(*view, toPicture, look, band_, dots);
+    for (std::int32_t y = dots.top; y < dots.bottom; ++y) {
+        const std::uint8_t* const mask = &mask_[static_cast<std::size_t>(y - band_.Top()) *
+                                                static_cast<std::size_t>(band_.Width())];
+        for (std::int32_t x = dots.left; x < dots.right; ++x) {
+            std::uint32_t& colour = band_.Row(y)[x].colour;
+            colour = Mix(before.Row(y)[x].colour, colour, mask[x]);
+        }
+    }
+}
+
+}  // namespace qm::bitmap

@@ -1,0 +1,31 @@
+// PageRaster: the dots of a page at a resolution, and what is too large to be drawn. Test:
+// tests/render/bitmap/png_page_test.cpp.
+#pragma once
+
+#include <cstdint>
+
+#include "render/page_frame.h"
+#include "render/page_writers.h"
+
+namespace qm::bitmap {
+
+struct PageRaster {
+    PageFrame frame;
+    std::int32_t width = 0;  // dots, at least 1
+    std::int32_t height = 0;
+    double dotsPerUnit = 1.0;
+
+    // From the drawing to the raster's dots, y down.
+    Matrix ToDots() const;
+};
+
+// Dots of a page, for those who hold all of them in memory.
+inline constexpr double kMaxDotsInMemory = 268435456.0;
+// No limit but that of the sides: 32767 dots.
+inline constexpr double kAnyNumberOfDots = 32767.0 * 32767.0;
+
+// Throws ToolError with a message that names `format` ("a PNG") and the resolution that fits.
+PageRaster RasterOf(const PageSource& page, const PageOptions& options, const char* format,
+                    double maxDots);
+
+}  // namespace qm::bitmap

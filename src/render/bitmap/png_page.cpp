@@ -1,0 +1,253 @@
+#include "render/bitmap/png_page.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <new>
+
+#include "common/tool_error.h"
+#include "render/bitmap/page_bands.h"
+#include "render/bitmap/page_raster.h"
+#include "render/page_writers.h"
+
+namespace qm::bitmap {
+
+namespace {
+
+// Measured, see docs/performance.md.
+constexpr int kLevel = 6;
+// Rows kept beyond this are written in true colours although fewer might do.
+constexpr std::size_t kMostKept = std::size_t{64} << 20;
+
+bool IsGreyDot(std::uint32_t colour) {
+    return (colour & 0xFF) == (colour >> 8 & 0xFF) && (colour & 0xFF) == colour >> 16;
+}
+
+PaletteEntry EntryOf(std::uint32_t colour) {
+    return {static_cast<std::uint8_t>(colour), static_cast<std::uint8_t>(colour >> 8),
+            static_cast<std::uint8_t>(colour >> 16), 0};
+}
+
+// Reads kept rows back.
+class RowReader {
+  public:
+    RowReader(const std::vector<std::string>& pieces, std::size_t rowBytes)
+        : pieces_(pieces), row_(rowBytes + 1) {
+        if (inflateInit(&stream_) != Z_OK) throw std::bad_alloc();
+    }
+    ~RowReader() { inflateEnd(&stream_); }
+    RowReader(const RowReader&) = delete;
+    RowReader& operator=(const RowReader&) = delete;
+
+    // The next row, unfiltered.
+    const std::uint8_t* Next() {
+        stream_.next_out = row_.data();
+        stream_.avail_out = static_cast<uInt>(row_.size());
+        while (stream_.avail_out > 0) {
+            if (stream_.avail_in == 0) {
+                // A chunk is three pieces: length and type, the data, the check sum.
+                const std::string& data = pieces_.at(3 * chunk_++ + 1);
+                stream_.next_in =
+                    reinterpret_cast<Bytef*>(const_cast<char*>(data.data()));  // is not written to
+                stream_.avail_in = static_cast<uInt>(data.size());
+            }
+            const int status = inflate(&stream_, Z_NO_FLUSH);
+            if (status != Z_OK && status != Z_STREAM_END) throw PageError("PNG compression failed");
+        }
+        // Shades of grey may be differences to the left.
+        for (std::size_t i = 2; row_[0] != 0 && i < row_.size(); ++i) {
+            row_[i] = static_cast<std::uint8_t>(row_[i] + row_[i - 1]);
+        }
+        return row_.data() + 1;
+    }
+
+  private:
+    const std::vector<std::string>& pieces_;
+    std::size_t chunk_ = 0;
+    std::vector<std::uint8_t> row_;
+    z_stream stream_{};
+};
+
+}  // namespace
+
+PngPage::PngPage(const PngHeader& header, OutputSink& sink)
+    : header_(header), sink_(sink), numbers_(static_cast<std::size_t>(header.width)) {
+    StartRows();
+}
+
+PngHeader PngPage::HeaderOf(Format format) const {
+    PngHeader header = header_;
+    header.level = kLevel;
+    header.palette.clear();
+    switch (format) {
+        case Format::kOneBit:
+            header.bits = 1;
+            break;
+        case Format::kTwoBits:
+            header.bits = 2;
+            break;
+        case Format::kFourBits:
+            header.bits = 4;
+            break;
+        case Format::kGrey:
+            header.isGrey = true;
+            return header;
+        case Format::kByte:
+            break;
+        case Format::kColours:
+            return header;
+    }
+    for (const std::uint32_t colour : colours_.Colours()) {
+        header.palette.push_back(EntryOf(colour));
+    }
+    if (header.palette.empty()) header.palette.emplace_back();
+    return header;
+}
+
+void PngPage::StartRows() {
+    const PngHeader header = HeaderOf(format_);
+    bits_ = static_cast<unsigned>(header.bits);
+    packed_.assign(PngRowBytes(header), 0);
+    if (format_ == Format::kColours) {
+        kept_.reset();
+        WritePngStart(header, sink_);
+        rows_ = std::make_unique<PngRows>(header, PngFilter::kAsFits, sink_);
+        return;
+    }
+    kept_ = std::make_unique<Kept>();
+    const bool shades = format_ == Format::kGrey;
+    rows_ =
+        std::make_unique<PngRows>(header, shades ? PngFilter::kAsFits : PngFilter::kNone, *kept_);
+}
+
+PngPage::Format PngPage::Wider(std::size_t number, std::uint32_t colour) const {
+    const bool grey = isGrey_ && IsGreyDot(colour);
+    if (number == ColourTable::kMost) return Format::kColours;
+    switch (format_) {
+        case Format::kOneBit:
+            return Format::kTwoBits;
+        case Format::kTwoBits:
+            return Format::kFourBits;
+        default:
+            return grey ? Format::kGrey : Format::kByte;
+    }
+}
+
+void PngPage::Rewrite(Format format) {
+    const Format before = format_;
+    const std::size_t bits = bits_;
+    const std::size_t rowBytes = packed_.size();
+    rows_->Finish();
+    const std::unique_ptr<Kept> kept = std::move(kept_);
+    format_ = format;
+    StartRows();
+    RowReader reader(kept->pieces, rowBytes);
+    std::vector<std::uint8_t> numbers(numbers_.size());
+    std::vector<BandDot> dots(format == Format::kColours ? numbers.size() : 0);
+    for (std::int32_t y = 0; y < rowCount_; ++y) {
+        const std::uint8_t* const row = reader.Next();
+        for (std::size_t x = 0; x < numbers.size(); ++x) {
+            const std::size_t at = x * bits;
+            const auto shift = static_cast<unsigned>(8 - bits - at % 8);
+            const unsigned value = (row[at / 8] >> shift) & ((1U << bits) - 1);
+            const auto grey = static_cast<std::uint32_t>(value * 0x010101);
+            const std::uint32_t colour = before == Format::kGrey ? grey : colours_.Colours()[value];
+            if (format == Format::kColours) {
+                dots[x].colour = colour;
+            } else {
+                numbers[x] = static_cast<std::uint8_t>(
+                    format == Format::kGrey ? colour & 0xFF : colours_.NumberOf(colour));
+            }
+        }
+        if (format == Format::kColours) {
+            WriteColours(dots.data());
+        } else {
+            WriteNumbers(numbers.data());
+        }
+    }
+}
+
+// False when the row needs a wider format, which is then chosen.
+bool PngPage::TakeNumbers(const BandDot* row) {
+    const auto most = std::size_t{1} << bits_;
+    for (std::size_t x = 0; x < numbers_.size(); ++x) {
+        const std::uint32_t colour = row[x].colour;
+        const std::size_t count = colours_.Colours().size();
+        const std::size_t number = colours_.NumberOf(colour);
+        if (number == count || number == ColourTable::kMost) {  // a new one
+            const bool fits = number < most && (format_ != Format::kGrey || IsGreyDot(colour));
+            if (!fits) {
+                Rewrite(Wider(number, colour));
+                isGrey_ = isGrey_ && IsGreyDot(colour);
+                return false;
+            }
+            isGrey_ = isGrey_ && IsGreyDot(colour);
+        }
+        numbers_[x] = static_cast<std::uint8_t>(format_ == Format::kGrey ? colour & 0xFF : number);
+    }
+    return true;
+}
+
+void PngPage::WriteNumbers(const std::uint8_t* numbers) {
+    const unsigned bits = bits_;
+    if (bits == 8) return rows_->Write(numbers);
+    std::fill(packed_.begin(), packed_.end(), std::uint8_t{0});
+    for (std::size_t x = 0; x < numbers_.size(); ++x) {
+        const std::size_t at = x * bits;
+        packed_[at / 8] =
+            static_cast<std::uint8_t>(packed_[at / 8] | numbers[x] << (8 - bits - at % 8));
+    }
+    rows_->Write(packed_.data());
+}
+
+void PngPage::WriteColours(const BandDot* row) {
+    std::uint8_t* target = packed_.data();
+    for (std::size_t x = 0; x < numbers_.size(); ++x, target += 3) {
+        target[0] = static_cast<std::uint8_t>(row[x].colour >> 16);
+        target[1] = static_cast<std::uint8_t>(row[x].colour >> 8);
+        target[2] = static_cast<std::uint8_t>(row[x].colour);
+    }
+    rows_->Write(packed_.data());
+}
+
+void PngPage::Write(const BandDot* row) {
+    while (format_ != Format::kColours && !TakeNumbers(row)) {
+    }
+    if (format_ == Format::kColours) {
+        WriteColours(row);
+    } else {
+        WriteNumbers(numbers_.data());
+    }
+    ++rowCount_;
+    if (kept_ && kept_->size > kMostKept) Rewrite(Format::kColours);
+}
+
+void PngPage::Finish() {
+    rows_->Finish();
+    if (kept_) {
+        WritePngStart(HeaderOf(format_), sink_);
+        for (const std::string& piece : kept_->pieces) sink_.Write(piece);
+    }
+    WritePngEnd(sink_);
+}
+
+}  // namespace qm::bitmap
+
+namespace qm {
+
+void WritePng(const PageSource& page, const PageOptions& options, OutputSink& sink) {
+    using namespace bitmap;
+    const PageRaster raster = RasterOf(page, options, "a PNG", kAnyNumberOfDots);
+    PngHeader header;
+    header.width = raster.width;
+    header.height = raster.height;
+    header.dotsPerInch = options.dpi;
+    PngPage png(header, sink);
+    const auto take = [&](const Band& band) {
+        for (std::int32_t y = band.Top(); y < band.Bottom(); ++y) png.Write(band.Row(y));
+    };
+    DrawBands(page, options, raster, take, BandBytesFor(raster));
+    png.Finish();
+}
+
+}  // namespace qm

@@ -1,0 +1,120 @@
+// PNG pages: the format that their colours ask for, the dots that come out, what is too large.
+#include "render/bitmap/png_page.h"
+
+#include <gtest/gtest.h>
+
+#include "common/tool_error.h"
+#include "render/page_writers.h"
+#include "tests/render/memory_sink.h"
+#include "tests/render/png_reader.h"
+
+namespace {
+
+using namespace qm;
+using namespace qm::bitmap;
+
+TEST(PngPage, TakesTheSmallestFormatThatHoldsTheColours) {
+    struct Row {
+        const char* name;
+        unsigned colours;
+        bool grey;
+        bool noise;
+        int bits;
+        int type;
+    };
+    const Row rows[] = {
+        {"one colour", 1, false, false, 1, 3},
+        {"two", 2, false, false, 1, 3},
+        {"three", 3, false, false, 2, 3},
+        {"five", 5, false, false, 4, 3},
+        {"sixteen", 16, false, false, 4, 3},
+        {"seventeen", 17, false, false, 8, 3},
+        {"all a byte names", 256, false, true, 8, 3},
+        {"more", 257, false, true, 8, 2},
+        {"far more", 5000, false, true, 8, 2},
+        {"few shades", 16, true, false, 4, 3},
+        {"many shades", 256, true, true, 8, 0},
+    };
+    for (const Row& row : rows) {
+        PngHeader header;
+        header.width = 100;
+        header.height = 80;
+        MemorySink sink;
+        PngPage page(header, sink);
+        std::vector<std::uint32_t> expected;
+        std::uint32_t seed = 7;
+        for (unsigned i = 0; i < 8000; ++i) {
+            seed = seed * 1664525 + 1013904223;
+            const unsigned number =
+                row.noise && i > 6000 ? (seed >> 8) % row.colours : i * row.colours / 8000;
+            expected.push_back(row.grey ? number * 0x010101 : number * 0x000305 + 0x000100);
+        }
+        for (std::size_t y = 0; y < 80; ++y) {
+            std::vector<BandDot> dots(100);
+            for (std::size_t x = 0; x < 100; ++x) dots[x].colour = expected[100 * y + x];
+            page.Write(dots.data());
+        }
+        page.Finish();
+        const PngDots image(sink.text);
+        EXPECT_EQ(image.Bits(), row.bits) << row.name;
+        EXPECT_EQ(image.Type(), row.type) << row.name;
+        int wrong = 0;
+        for (int i = 0; i < 8000; ++i) {
+            wrong +=
+                image.At(i % 100, 79 - i / 100) == expected[static_cast<std::size_t>(i)] ? 0 : 1;
+        }
+        EXPECT_EQ(wrong, 0) << row.name;
+    }
+}
+
+// Shades first, a colour in the last row.
+TEST(PngPage, WritesKeptRowsAnew) {
+    for (const std::uint32_t last : {0xFF0000U, 0x808080U}) {
+        PngHeader header;
+        header.width = 300;
+        header.height = 2;
+        MemorySink sink;
+        PngPage page(header, sink);
+        std::vector<BandDot> dots(300);
+        for (unsigned x = 0; x < 100; ++x) dots[x].colour = x * 0x020202;
+        page.Write(dots.data());
+        dots[200].colour = last;
+        page.Write(dots.data());
+        page.Finish();
+        const PngDots image(sink.text);
+        EXPECT_EQ(image.Type(), last == 0xFF0000 ? 3 : 0);
+        EXPECT_EQ(image.At(99, 1), 99 * 0x020202U);
+        EXPECT_EQ(image.At(200, 0), last);
+    }
+}
+
+PageSource SourceOf(const DisplayList& list) {
+    PageSource page;
+    page.drawing = &list;
+    page.name = "Page 1";
+    return page;
+}
+
+TEST(PngPage, SaysWhatFitsWhenTooLarge) {
+    DisplayList list;
+    list.AppendLine({0, 0}, {1016 * 600, 0});
+    MemorySink sink;
+    PageOptions options;
+    options.dpi = 150.0;
+    try {
+        WritePng(SourceOf(list), options, sink);
+        FAIL();
+    } catch (const ToolError& error) {
+        EXPECT_STREQ(error.what(),
+                     "Page 1 is 15250 x 10 mm, at 150 dots per inch too large for a PNG; use 54 "
+                     "dots per inch or less");
+    }
+    options.dpi = 54.0;
+    EXPECT_NO_THROW(WritePng(SourceOf(list), options, sink));
+    list.AppendLine({INT32_MIN, INT32_MIN}, {INT32_MAX, INT32_MAX});
+    EXPECT_THROW(WritePng(SourceOf(list), options, sink), ToolError);
+    FullSink full;
+    EXPECT_THROW(WritePng(SourceOf(DisplayList()), options, full), ToolError);
+}
+
+}  // namespace
