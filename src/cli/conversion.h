@@ -5,12 +5,14 @@
 #include <string>
 
 #include "cli/output_format.h"
+#include "interpreter/reading.h"
 
 namespace qm::cli {
 
 struct ConversionOptions {
     int page = 0;  // 0: all pages, else the only one, from 1
     WriteOptions write;
+    Reading reading;  // what the components of the calling thread are registered with
 };
 
 // What a conversion says besides failing; called on the converting thread.

@@ -13,6 +13,7 @@
 #include "cli/conversion.h"
 #include "cli/plots.h"
 #include "cli/progress_bar.h"
+#include "cli/reading_option.h"
 #include "common/tool_error.h"
 
 namespace qm::cli {
@@ -38,7 +39,7 @@ struct Job {
 };
 
 int ConvertOne(const Job& job, const ConversionOptions& options) {
-    const Components components;
+    const Components components(options.reading);
     ProgressBar bar(job.input);
     const ConversionReports reports{
         [&](int percent) { bar.Show(percent); },
@@ -94,7 +95,7 @@ class JobRunner {
 
   private:
     void Work() {
-        const Components components;
+        const Components components(options_.reading);
         while (!Interrupted()) {
             const std::size_t i = next_++;
             if (i >= jobs_.size()) return;
@@ -183,6 +184,7 @@ void AddConvertCommand(CLI::App& app, Action& action) {
     command->add_option("--page", options->conversion.page, "Only this page, from 1")
         ->check(CLI::Range(1, kMaxPage))
         ->type_name("N");
+    AddReadingOptions(*command, options->conversion.reading);
     WriteOptions& write = options->conversion.write;
     write.page.checkpoint = ThrowIfInterrupted;
     command

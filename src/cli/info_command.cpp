@@ -7,6 +7,7 @@
 #include "cli/console.h"
 #include "cli/plots.h"
 #include "cli/progress_bar.h"
+#include "cli/reading_option.h"
 #include "common/colour.h"
 #include "common/packed_bitmap.h"
 #include "common/tool_error.h"
@@ -23,6 +24,7 @@ namespace {
 struct InfoOptions {
     std::string file;
     bool texts = false;
+    Reading reading;
 };
 
 // "12.5": plotter units as millimetres.
@@ -125,7 +127,7 @@ void PrintPage(const PlotPage& page, bool texts, StandardOutput& output) {
 }
 
 int PrintInfo(const InfoOptions& options) {
-    const Components components;
+    const Components components(options.reading);
     const InputFile file(options.file);
     ProgressBar bar(file.Name());
     const OpenedPlot plot = LoadPlot(file, [&](int percent) {
@@ -149,6 +151,7 @@ void AddInfoCommand(CLI::App& app, Action& action) {
     const auto options = std::make_shared<InfoOptions>();
     command->add_option("FILE", options->file, "The plot file")->required()->type_name("");
     command->add_flag("--texts", options->texts, "List the texts too");
+    AddReadingOptions(*command, options->reading);
     command->callback([=, &action] { action = [=] { return PrintInfo(*options); }; });
 }
 

@@ -5,6 +5,7 @@
 #include "cli/console.h"
 #include "cli/files.h"
 #include "cli/progress_bar.h"
+#include "cli/reading_option.h"
 #include "common/tool_error.h"
 #include "trace/operation_recorder.h"
 
@@ -12,8 +13,13 @@ namespace qm::cli {
 
 namespace {
 
-int PrintOperations(const std::string& path) {
-    InputFile file(path);
+struct OpsOptions {
+    std::string file;
+    Reading reading;
+};
+
+int PrintOperations(const OpsOptions& options) {
+    InputFile file(options.file);
     ProgressBar progress(file.Name());
     StandardOutput output;
     std::uint64_t done = 0;
@@ -27,6 +33,7 @@ int PrintOperations(const std::string& path) {
     };
     OperationRecorder recorder(read, static_cast<std::uint32_t>(file.Size()),
                                [&](std::string_view line) { output.Write(line); });
+    recorder.SetReading(options.reading);
     recorder.Record();
     output.Finish();
     return kExitSuccess;
@@ -37,9 +44,10 @@ int PrintOperations(const std::string& path) {
 void AddOpsCommand(CLI::App& app, Action& action) {
     CLI::App* command =
         app.add_subcommand("ops", "Print every drawing operation of the interpreter, a line each");
-    const auto file = std::make_shared<std::string>();
-    command->add_option("FILE", *file, "The plot file")->required()->type_name("");
-    command->callback([=, &action] { action = [=] { return PrintOperations(*file); }; });
+    const auto options = std::make_shared<OpsOptions>();
+    command->add_option("FILE", options->file, "The plot file")->required()->type_name("");
+    AddReadingOptions(*command, options->reading);
+    command->callback([=, &action] { action = [=] { return PrintOperations(*options); }; });
 }
 
 }  // namespace qm::cli

@@ -6,15 +6,17 @@
 
 #include "cli/files.h"
 #include "host/open_plot.h"
+#include "interpreter/reading.h"
 #include "platform/com_ptr.h"
 
 namespace qm::cli {
 
 // What a thread needs to open plots: the embedded host's classes and the import filter.
-// Registered while it exists, for the calling thread. Throws ToolError.
+// Registered while it exists, for the calling thread; plots are read by `reading`. Throws
+// ToolError.
 class Components {
   public:
-    Components();
+    explicit Components(const Reading& reading = {});
     ~Components();
     Components(const Components&) = delete;
     Components& operator=(const Components&) = delete;

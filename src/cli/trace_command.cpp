@@ -6,6 +6,7 @@
 #include "cli/console.h"
 #include "cli/plots.h"
 #include "cli/progress_bar.h"
+#include "cli/reading_option.h"
 #include "common/tool_error.h"
 #include "trace/host_trace.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 struct TraceCommandOptions {
     std::string file;
+    Reading reading;
     bool progress = false;
     std::optional<int> abortAt;
 };
@@ -23,6 +25,7 @@ int PrintTrace(const TraceCommandOptions& options) {
     const InputFile file(options.file);
     StandardOutput output;
     TraceOptions trace;
+    trace.reading = options.reading;
     trace.progress = options.progress;
     trace.abortAt = options.abortAt;
     const auto source = OpenSource(file);
@@ -43,6 +46,7 @@ void AddTraceCommand(CLI::App& app, Action& action) {
         "trace", "Print every call of the import filter on its host, a line each");
     const auto options = std::make_shared<TraceCommandOptions>();
     command->add_option("FILE", options->file, "The plot file")->required()->type_name("");
+    AddReadingOptions(*command, options->reading);
     command->add_flag("--progress", options->progress, "Print the Progress events too");
     command
         ->add_option("--abort-at", options->abortAt,

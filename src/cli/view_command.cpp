@@ -11,6 +11,7 @@
 #include "cli/conversion.h"
 #include "cli/plots.h"
 #include "cli/progress_bar.h"
+#include "cli/reading_option.h"
 #include "common/tool_error.h"
 
 namespace qm::cli {
@@ -36,7 +37,7 @@ std::string PageFor(const std::string& input) {
 
 int RunView(const ViewOptions& options) {
     WatchForInterruption();
-    const Components components;
+    const Components components(options.conversion.reading);
     for (const std::string& input : options.files) {
         const std::string page = PageFor(input);
         bool written = false;
@@ -67,6 +68,7 @@ void AddViewCommand(CLI::App& app, Action& action) {
     command->add_option("FILE", options->files, "Plot files")->required()->type_name("");
     command->add_flag("--no-open{false}", options->open,
                       "Only write the pages, do not start the browser");
+    AddReadingOptions(*command, options->conversion.reading);
     command->callback([=, &action] { action = [=] { return RunView(*options); }; });
 }
 

@@ -157,6 +157,7 @@ HRESULT CQmFilterHPGL::Load(IUnknown** object) {
 
 HRESULT CQmFilterHPGL::LoadFrom(HPGLReader& reader, const HostPage& page) {
     reader.BeginDocument(contents_, page, this);
+    reader.SetReading(reading_);
     if (reader.Interpret() == 0) return E_FAIL;
     LONG pages = 0;
     if (FAILED(reader.FinishLastPage(pages))) return E_FAIL;
@@ -180,6 +181,13 @@ HRESULT CreateQmFilterHPGL(IUnknown* outer, REFIID riid, void** object) noexcept
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     return MakeComponent<CQmFilterHPGL>(outer, riid, object);
+}
+
+ComPtr<IQmFilter> MakeQmFilterHPGL(const Reading& reading) noexcept {
+    const ComPtr<CQmFilterHPGL> filter = MakeObject<CQmFilterHPGL>();
+    if (!filter) return nullptr;
+    filter->SetReading(reading);
+    return ComPtr<IQmFilter>(filter.Get());
 }
 
 }  // namespace qm

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "import/hpgl_reader.h"
+#include "interpreter/reading.h"
 #include "platform/bstr.h"
 #include "platform/com_ptr.h"
 #include "server/event_source.h"
@@ -23,6 +24,9 @@ class CQmFilterHPGL : public EventSource<_IQmFilterEvents, IQmFilter> {
                                            LONG flags) noexcept override;
     HRESULT STDMETHODCALLTYPE GetNode(VARIANT node, LONG loadFlag,
                                       IUnknown** object) noexcept override;
+
+    // How plots are read from now on; not for the engine, which has its own reading.
+    void SetReading(const Reading& reading) { reading_ = reading; }
 
     // Tells every connected sink that `percent` (1 to 99) of the file is read. `abort` goes in with
     // the answer so far and comes back as it or, once a sink asked to stop, as VARIANT_TRUE: no
@@ -40,6 +44,7 @@ class CQmFilterHPGL : public EventSource<_IQmFilterEvents, IQmFilter> {
     bool IsZip() const;
     Bstr StorageName() const;
 
+    Reading reading_;
     ComPtr<IQmDataObject> dataObject_;
     ComPtr<IStream> stream_;  // the data object's storage
     ComPtr<IQmDocument> document_;
@@ -53,5 +58,8 @@ class CQmFilterHPGL : public EventSource<_IQmFilterEvents, IQmFilter> {
 // IUnknown, and with an `outer` object that takes it in IUnknown only (else CLASS_E_NOAGGREGATION).
 // E_NOINTERFACE, E_OUTOFMEMORY, E_POINTER.
 HRESULT CreateQmFilterHPGL(IUnknown* outer, REFIID riid, void** object) noexcept;
+
+// A filter with a reading of its own, for programs that link it; null when memory ran out.
+ComPtr<IQmFilter> MakeQmFilterHPGL(const Reading& reading) noexcept;
 
 }  // namespace qm

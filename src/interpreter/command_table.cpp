@@ -97,7 +97,7 @@ constexpr Command kCommands[] = {
     {"EC", Handle<h::Ignore>,                     "EC [n];"},
     {"FI", Handle<h::Ignore>,                     "FI font;"},
     {"FN", Handle<h::Ignore>,                     "FN font;"},
-    {"IN", Handle<h::Ignore>,                     "IN [n];"},
+    {"IN", Handle<h::Initialize>,                 "IN [n];"},
     {"MG", Handle<h::Ignore>,                     "MG ...;"},
     {"MT", Handle<h::Ignore>,                     "MT [n];"},
     {"OD", Handle<h::Ignore>,                     "OD;"},

@@ -7,6 +7,8 @@
 #include "interpreter/lexer.h"
 #include "interpreter/pages.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
+#include "interpreter/sheet_points.h"
 
 namespace qm {
 
@@ -78,8 +80,12 @@ bool ClipSegment(const ClipWindow& window, PointI& a, PointI& b) {
 namespace handlers {
 
 // IP [p1x, p1y, p2x, p2y]; the scale factors stay until the next SC.
-void InputP1P2(Parameters& in, CoordinateState& c) {
-    c.ipGiven = in.GetParams(4) == 4;
+// Quirk: a short IP brings 0 and 10000 back, whatever the sheet, and forbids SC types 0 and 1.
+void InputP1P2(Parameters& in, const Reading& reading, const PageState& page, CoordinateState& c,
+               PenMotion& motion) {
+    const int given = in.GetParams(4);
+    if (reading.scalesFromSheet) return PlacePoints(in, given, reading.sheet, page, c, motion);
+    c.ipGiven = given == 4;
     c.p1 = c.ipGiven ? in.PointAt(0) : PointD{0.0, 0.0};
     c.p2 = c.ipGiven ? in.PointAt(2) : PointD{10000.0, 10000.0};
     c.p1p2Distance = Length(c.p2.x - c.p1.x, c.p2.y - c.p1.y);
@@ -87,8 +93,13 @@ void InputP1P2(Parameters& in, CoordinateState& c) {
 
 // IR x, y in percent of the PS size.
 // Quirk: the offsets are added to P1 and P2, and nothing moves before a PS, when both sizes are 0.
-void InputP1P2Relative(Parameters& in, const PageState& page, CoordinateState& c) {
-    if (in.GetParams(4) != 2) return;
+void InputP1P2Relative(Parameters& in, const Reading& reading, const PageState& page,
+                       CoordinateState& c, PenMotion& motion) {
+    const int given = in.GetParams(4);
+    if (reading.scalesFromSheet) {
+        return PlacePointsInPercent(in, given, reading.sheet, page, c, motion);
+    }
+    if (given != 2) return;
     const PointD offset{in.slots[0] * page.plotWidth / 100.0,
                         in.slots[1] * page.plotLength / 100.0};
     c.p1 = c.p1 + offset;
@@ -97,8 +108,10 @@ void InputP1P2Relative(Parameters& in, const PageState& page, CoordinateState& c
 
 // IW [x0, y0, x1, y1]; without numbers the window is off.
 // Quirk: with fewer than four numbers the others are what an earlier command left in the slots.
-void InputWindow(Parameters& in, CoordinateState& c) {
-    c.windowOn = in.GetParams(4) > 0;
+void InputWindow(Parameters& in, const Reading& reading, CoordinateState& c) {
+    const int given = in.GetParams(4);
+    if (reading.needsWholeWindow && given % 4 != 0) return;
+    c.windowOn = given > 0;
     if (!c.windowOn) return;
     const PointI a = c.ToPlotter(in.PointAt(0));
     const PointI b = c.ToPlotter(in.PointAt(2));
@@ -108,7 +121,8 @@ void InputWindow(Parameters& in, CoordinateState& c) {
 // SC [xmin, xmax, ymin, ymax [, type]]; type 1 (isotropic) is treated as type 0, type 2 gives the
 // factors themselves. Quirk: the pen position is taken for plotter units even when an earlier SC
 // already made it user units.
-void Scale(Parameters& in, CoordinateState& c, PenMotion& motion) {
+void Scale(Parameters& in, const Reading& reading, CoordinateState& c, PenMotion& motion) {
+    if (reading.scalesFromSheet) return ScaleFromPoints(in, c, motion);
     const int count = in.GetParams(5);
     const auto& v = in.slots;
     if (count < 4) {

@@ -5,6 +5,7 @@
 // decoder and the document builder read it. Tests: tests/interpreter/coordinates_test.cpp.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "common/geometry.h"
@@ -18,6 +19,15 @@ struct ClipWindow {
     std::int32_t yMin = 0;
     std::int32_t xMax = 0;
     std::int32_t yMax = 0;
+};
+
+// SC as given; only a reading that scales from the sheet keeps it, to make the scale anew when P1
+// and P2 move.
+struct UserScale {
+    std::array<double, 4> range{};  // xmin, xmax, ymin, ymax
+    std::int32_t type = 0;
+    double left = 50.0;  // percent of the rest beside (and below) an isotropic range
+    double bottom = 50.0;
 };
 
 struct CoordinateState {
@@ -36,6 +46,7 @@ struct CoordinateState {
     ClipWindow window;
     bool windowOn = false;
     std::int32_t rotation = 0;  // RO, degrees as given
+    UserScale userScale;
 
     // User units with scaling on, else plotter units, to plotter units without truncation.
     PointD ToPlotterReal(PointD point) const {

@@ -18,6 +18,7 @@ struct PageState;
 struct Parameters;
 struct PenMotion;
 struct PenState;
+struct Reading;
 
 namespace handlers {
 
@@ -27,19 +28,24 @@ void SkipOne(Parameters& in);
 void Comment(InputReader& input);
 
 // coordinates.cpp
-void InputP1P2(Parameters& in, CoordinateState& coordinates);
-void InputP1P2Relative(Parameters& in, const PageState& page, CoordinateState& coordinates);
-void InputWindow(Parameters& in, CoordinateState& coordinates);
+void InputP1P2(Parameters& in, const Reading& reading, const PageState& page,
+               CoordinateState& coordinates, PenMotion& motion);
+void InputP1P2Relative(Parameters& in, const Reading& reading, const PageState& page,
+                       CoordinateState& coordinates, PenMotion& motion);
+void InputWindow(Parameters& in, const Reading& reading, CoordinateState& coordinates);
 void RotateCoordinateSystem(Parameters& in, CoordinateState& coordinates);
-void Scale(Parameters& in, CoordinateState& coordinates, PenMotion& motion);
+void Scale(Parameters& in, const Reading& reading, CoordinateState& coordinates, PenMotion& motion);
 
 // pages.cpp
 void AdvanceFullPage(PageState& page, LineState& lines, Output& out);
 void BeginPlot(InputReader& input);
-void DefaultValues(LabelState& label, FillState& fill, LineState& lines, Output& out);
+void DefaultValues(const Reading& reading, Drawing& drawing, LabelState& label, FillState& fill);
+void Initialize(const Reading& reading, const PageState& page, Drawing& drawing, LabelState& label,
+                FillState& fill, PenState& pens);
 void FrameAdvance(Parameters& in, const CoordinateState& coordinates, PageState& page, Output& out);
 void NotReady(Parameters& in, PageState& page, LineState& lines, Output& out);
-void PlotSize(Parameters& in, const JobState& job, PageState& page);
+void PlotSize(Parameters& in, const Reading& reading, const JobState& job, PageState& page,
+              Drawing& drawing);
 
 // pen_motion.cpp
 void PenDown(Parameters& in, Drawing& drawing, const LabelState& label);
@@ -96,23 +102,26 @@ void FillWedge(Parameters& in, Drawing& drawing);
 void RasterFillDefinition(Parameters& in, Output& out);
 
 // attributes/labels.cpp
-void CharacterPlot(Parameters& in, const LabelState& label, PenMotion& motion);
-void Label(InputReader& input, const LabelState& label, Drawing& drawing);
+void CharacterPlot(Parameters& in, LabelState& label, Drawing& drawing);
+void Label(InputReader& input, LabelState& label, Drawing& drawing);
 
 // attributes/character_attributes.cpp
-void AbsoluteCharacterSize(Parameters& in, const CoordinateState& coordinates, LabelState& label);
-void AbsoluteDirection(Parameters& in, LabelState& label);
-void AlternateFontDefinition(Parameters& in, LabelState& label);
+void AbsoluteCharacterSize(Parameters& in, const Reading& reading,
+                           const CoordinateState& coordinates, LabelState& label);
+void AbsoluteDirection(Parameters& in, const Reading& reading, LabelState& label);
+void AlternateFontDefinition(Parameters& in, const Reading& reading, LabelState& label);
 void CharacterSlant(Parameters& in, LabelState& label);
 void DefineLabelTerminator(Parameters& in, LabelState& label);
 void DirectionVertical(Parameters& in, LabelState& label);
-void ExtraSpace(Parameters& in, LabelState& label);
-void LabelOrigin(Parameters& in, LabelState& label);
-void RelativeCharacterSize(Parameters& in, const CoordinateState& coordinates, LabelState& label);
-void RelativeDirection(Parameters& in, const CoordinateState& coordinates, LabelState& label);
+void ExtraSpace(Parameters& in, const Reading& reading, LabelState& label);
+void LabelOrigin(Parameters& in, const Reading& reading, LabelState& label);
+void RelativeCharacterSize(Parameters& in, const Reading& reading,
+                           const CoordinateState& coordinates, LabelState& label);
+void RelativeDirection(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+                       LabelState& label);
 void SelectAlternateFont(LabelState& label);
 void SelectStandardFont(LabelState& label);
-void StandardFontDefinition(Parameters& in, LabelState& label);
+void StandardFontDefinition(Parameters& in, const Reading& reading, LabelState& label);
 void SymbolMode(InputReader& input, LabelState& label);
 void TransparentData(Parameters& in, LabelState& label);
 

@@ -16,6 +16,7 @@
 namespace qm {
 
 struct Plotter;
+struct Reading;
 
 class HPGLRead : public DrawingOperations {
   public:
@@ -33,6 +34,9 @@ class HPGLRead : public DrawingOperations {
 
     // From now on raster pictures are made; without this call their data is consumed all the same.
     void EnterDocumentMode();
+    // What commands mean in Interpret, which is to run next; without this call the engine's
+    // reading.
+    void SetReading(const Reading& reading);
 
   protected:
     // The last RO, degrees as given.

@@ -116,6 +116,8 @@ HPGLRead::~HPGLRead() = default;
 
 void HPGLRead::EnterDocumentMode() { plotter_->raster.documentMode = true; }
 
+void HPGLRead::SetReading(const Reading& reading) { plotter_->reading = reading; }
+
 std::int32_t HPGLRead::Rotation() const { return plotter_->drawing.coordinates.rotation; }
 
 std::int32_t HPGLRead::Interpret() {
@@ -124,6 +126,7 @@ std::int32_t HPGLRead::Interpret() {
     plotter.detecting = false;
     input.StartProgress(GetDataSize());
     Handle<handlers::DefaultValues>(plotter);
+    Handle<handlers::Initialize>(plotter);
     while (!input.Over()) {
         const std::uint8_t c = FoldToUpper(input.GetCooked());
         if (IsUpper(c)) {

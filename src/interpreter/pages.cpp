@@ -1,4 +1,4 @@
-// See pages.h. Handlers: DF PS PG NR FR BP.
+// See pages.h. Handlers: DF IN PS PG NR FR BP.
 #include "interpreter/pages.h"
 
 #include "common/numbers.h"
@@ -6,11 +6,15 @@
 #include "interpreter/attributes/fill.h"
 #include "interpreter/attributes/labels.h"
 #include "interpreter/attributes/lines.h"
+#include "interpreter/attributes/pens.h"
 #include "interpreter/coordinates.h"
 #include "interpreter/envelopes.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/output.h"
+#include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
+#include "interpreter/sheet_points.h"
 
 namespace qm {
 
@@ -47,14 +51,50 @@ bool SkipCommaAndNumber(InputReader& input) {
     return true;
 }
 
+// What DF gives back beyond the engine's own: everything but P1 and P2, rotation, pens and place.
+void RestoreDefaults(Drawing& drawing, LabelState& label, FillState& fill, const Reading& reading) {
+    CoordinateState& c = drawing.coordinates;
+    drawing.motion.penPos = c.ToPlotterReal(drawing.motion.penPos);
+    drawing.motion.relative = false;
+    c.scaleOn = false;
+    c.windowOn = false;
+    drawing.polygon.Clear();
+    drawing.polygon.mode = false;
+    drawing.lines.UserLineTypes.fill({});
+    drawing.lines.LineTypeNumber = 0;
+    fill = {};
+    label = {};
+    label.StrokeWeight = kPenStrokeWeight;
+    label.grid.size = reading.sheet.characterSize;
+}
+
+// IN; the turn of a page that already shows something stays, because the page has only one.
+void BeginAnew(const PageState& page, Drawing& drawing, LabelState& label, FillState& fill,
+               PenState& pens, const Reading& reading) {
+    CoordinateState& c = drawing.coordinates;
+    RestoreDefaults(drawing, label, fill, reading);
+    drawing.lines.Reset(drawing.out);
+    if (drawing.out.PageEmpty()) c.rotation = 0;
+    drawing.motion = {};
+    MovePoints(DefaultPoints(reading.sheet, page, c), c, drawing.motion);
+    pens.WidthUnitRelative = false;
+    pens.Transparency = true;
+    pens.SetWidths(0.0);
+    pens.ResetColours();
+}
+
 }  // namespace
 
 namespace handlers {
 
 // DF; also run once before the first byte. P1, P2, scaling, window, rotation and the pen position
 // stay.
-void DefaultValues(LabelState& label, FillState& fill, LineState& lines, Output& out) {
-    label.StrokeWeight = 0;
+// Quirk: fill type, sizes and directions stay too; a plotter gives them back.
+void DefaultValues(const Reading& reading, Drawing& drawing, LabelState& label, FillState& fill) {
+    if (reading.initializes) RestoreDefaults(drawing, label, fill, reading);
+    LineState& lines = drawing.lines;
+    Output& out = drawing.out;
+    if (!reading.labelsOnGrid) label.StrokeWeight = 0;
     lines.Reset(out);
     label.StandardCharSet = 0;
     label.CurrentCharSet = 0;
@@ -64,7 +104,8 @@ void DefaultValues(LabelState& label, FillState& fill, LineState& lines, Output&
 // PS length, width in plotter units.
 // Quirk: an absent number reads as -2147483648, but the test is for -32768, so only a given -32768
 // clears both.
-void PlotSize(Parameters& in, const JobState& job, PageState& page) {
+void PlotSize(Parameters& in, const Reading& reading, const JobState& job, PageState& page,
+              Drawing& drawing) {
     page.plotLength = in.GetIntParam();
     page.plotWidth = in.GetIntParam();
     if (page.plotLength == kAbsentShort || page.plotWidth == kAbsentShort) {
@@ -78,6 +119,16 @@ void PlotSize(Parameters& in, const JobState& job, PageState& page) {
             WrapNegate(TruncateToInt32(page.plotLength / kUnitsPerInch * job.jobResolution));
     }
     page.plotSizeGiven = true;
+    if (reading.scalesFromSheet && drawing.out.PageEmpty()) {
+        CoordinateState& c = drawing.coordinates;
+        MovePoints(DefaultPoints(reading.sheet, page, c), c, drawing.motion);
+    }
+}
+
+// IN. Quirk: nothing is reset; a plotter begins anew.
+void Initialize(const Reading& reading, const PageState& page, Drawing& drawing, LabelState& label,
+                FillState& fill, PenState& pens) {
+    if (reading.initializes) BeginAnew(page, drawing, label, fill, pens, reading);
 }
 
 // PG: ends the page; its parameter is not read.

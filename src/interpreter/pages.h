@@ -1,6 +1,6 @@
 // Pages: the plot size, page ends and the frame offset.
 //
-// Commands DF PS PG NR FR BP stand in pages.cpp. Tests: tests/interpreter/pages_test.cpp.
+// Commands DF IN PS PG NR FR BP stand in pages.cpp. Tests: tests/interpreter/pages_test.cpp.
 #pragma once
 
 #include <cstdint>

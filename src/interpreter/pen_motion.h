@@ -17,6 +17,8 @@
 
 namespace qm {
 
+struct Reading;
+
 struct PenMotion {
     PointD penPos;          // current units
     bool penDown = false;   // PD, cleared by PU; arcs, circles and curves draw whatever it says
@@ -25,7 +27,8 @@ struct PenMotion {
 
 // The parts of the plotter that vectors pass.
 struct Drawing {
-    explicit Drawing(DrawingOperations& operations) : out(operations) {}
+    Drawing(DrawingOperations& operations, const Reading& plotterReading)
+        : reading(plotterReading), out(operations) {}
 
     // Moves the pen up to `target` (current units). Nothing is sent.
     void MoveTo(PointD target);
@@ -45,6 +48,7 @@ struct Drawing {
     // on both sides).
     void NextSubPolygon();
 
+    const Reading& reading;  // the plotter's
     CoordinateState coordinates;
     PenMotion motion;
     LineState lines;

@@ -18,13 +18,16 @@
 #include "interpreter/lexer.h"
 #include "interpreter/pages.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 #include "raster/rows/raster_state.h"
 
 namespace qm {
 
 struct Plotter {
-    explicit Plotter(DrawingOperations& operations) : in(operations), drawing(operations) {}
+    explicit Plotter(DrawingOperations& operations)
+        : in(operations), drawing(operations, reading) {}
 
+    Reading reading;  // set before the first byte is read
     Parameters in;
     JobState job;
     PageState page;
@@ -38,9 +41,9 @@ struct Plotter {
 
     // What a handler can ask for, each by its type.
     auto Parts() {
-        return std::tie(in, in.input, job, page, drawing, drawing.coordinates, drawing.motion,
-                        drawing.lines, drawing.polygon, drawing.out, encoded, pens, fill, label,
-                        raster);
+        return std::tie(reading, in, in.input, job, page, drawing, drawing.coordinates,
+                        drawing.motion, drawing.lines, drawing.polygon, drawing.out, encoded, pens,
+                        fill, label, raster);
     }
 };
 

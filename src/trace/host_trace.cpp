@@ -24,13 +24,12 @@ ProgressCallback ProgressOf(HostLog& log, const TraceOptions& options) {
 }
 
 HRESULT RunImport(const TraceHost& host, IQmDataObject& source, const TraceOptions& options) {
-    ComPtr<IQmFilter> filter;
-    HRESULT status = CreateQmFilterHPGL(nullptr, __uuidof(IQmFilter), filter.PutVoid());
-    if (FAILED(status)) return status;
+    const ComPtr<IQmFilter> filter = MakeQmFilterHPGL(options.reading);
+    if (!filter) return E_OUTOFMEMORY;
     const auto sink = MakeObject<ProgressSink>(ProgressOf(host.Log(), options));
     const SinkConnection events(filter.Get(), __uuidof(_IQmFilterEvents), sink.Get());
     const auto document = host.MakeDocument();
-    status = filter->OpenDocument(&source, document.Get(), 0);
+    const HRESULT status = filter->OpenDocument(&source, document.Get(), 0);
     ComPtr<IUnknown> node;
     return status == S_OK ? filter->GetNode(Variant().Get(), 0, node.Put()) : status;
 }

@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "host/open_plot.h"
+#include "interpreter/reading.h"
 #include "platform/com_ptr.h"
 #include "trace/host_log.h"
 
@@ -36,6 +37,7 @@ class TraceHost {
 };
 
 struct TraceOptions {
+    Reading reading;
     bool progress = false;        // a line "progress N" for each Progress event
     std::optional<LONG> abortAt;  // ask to stop at the first event of at least this percent
 };

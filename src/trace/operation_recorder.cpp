@@ -236,7 +236,7 @@ void OperationRecorder::BeginRasterClip(std::int32_t x1, std::int32_t y1, std::i
 
 void OperationRecorder::EndRasterClip() { Begin("EndRasterClip").Done(); }
 
-std::string Ops(std::string_view plot) {
+std::string Ops(std::string_view plot, const Reading& reading) {
     std::string out;
     std::string_view rest = plot;
     const auto source = [&rest](void* buffer, std::size_t size) {
@@ -247,6 +247,7 @@ std::string Ops(std::string_view plot) {
     };
     OperationRecorder recorder(source, static_cast<std::uint32_t>(plot.size()),
                                [&out](std::string_view line) { out += line; });
+    recorder.SetReading(reading);
     recorder.Record();
     return out;
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "interpreter/hpgl_read.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -80,6 +81,6 @@ class OperationRecorder : public HPGLRead {
 };
 
 // The lines that `qmplot ops` prints for a plot held in memory.
-std::string Ops(std::string_view plot);
+std::string Ops(std::string_view plot, const Reading& reading = {});
 
 }  // namespace qm

@@ -110,6 +110,10 @@ const Case kCases[] = {
     {"OpsFolder", "ops .", 2, "", "Is a directory"},
     {"OpsDiskFull", "ops a.plt >/dev/full", 2, "", "standard output: cannot be written: No space left"},
 
+    {"ReadingUnknown", "ops --reading printer a.plt", 2, "", "--reading"},
+    {"SheetUnknown", "info --reading plotter --sheet 9x a.plt", 2, "", "9x is no sheet"},
+    {"SheetOfTheEngine", "convert --sheet a3 a.plt a.svg", 2, "", "--reading"},
+
     {"TraceNoPlot", "trace letter.txt", 1, "result E_FAIL\n", nullptr},
     {"InfoNoPlot", "info letter.txt", 1, "", "letter.txt: not a plot file"},
     {"InfoEmpty", "info /dev/null", 1, "", "/dev/null: not a plot file"},
@@ -265,6 +269,25 @@ TEST_F(QmplotTest, AReaderMayCloseItsPipe) {
     const Result result = Run("ops long.plt | head -n 1");
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.out, "SetLineWidth 0\n");
+}
+
+// 16 mm on A4, 40 mm on a sheet of 100 x 50 mm: every command passes the reading on.
+TEST_F(QmplotTest, EveryCommandTakesTheReading) {
+    Put("sc.plt", "IN;SP1;SC0,10000,0,7200;PU0,0;PD0,4000;PU;SP0;");
+    const std::string reading = " --reading plotter ";
+    const auto has = [](const std::string& text, const std::string& part) {
+        return text.find(part) != std::string::npos;
+    };
+    EXPECT_TRUE(has(Run("ops sc.plt").out, "Line 0 0 0 4000"));
+    EXPECT_TRUE(has(Run("ops" + reading + "sc.plt").out, "Line 603 521 603 4521"));
+    EXPECT_TRUE(has(Run("trace" + reading + "sc.plt").out, "603 521 603 4521"));
+    EXPECT_TRUE(has(Run("info" + reading + "sc.plt").out, "lower left at 15.1, 13.0"));
+    EXPECT_TRUE(has(Run("info" + reading + "--sheet 50x72 sc.plt").out, "0.0 x 27.8 mm"));
+    Run("convert" + reading + "sc.plt sc.svg");
+    Run("convert sc.plt engine.svg");
+    EXPECT_NE(Get("sc.svg"), Get("engine.svg"));
+    Run("convert -o many --to plt" + reading + "sc.plt");
+    EXPECT_TRUE(has(Get("many/sc.plt"), "603,521")) << Get("many/sc.plt");
 }
 
 TEST_F(QmplotTest, TraceTellsProgressAndObeysAbort) {

@@ -54,7 +54,8 @@ struct Quirk {
 };
 
 std::vector<Quirk> QuirkRows() {
-    static const std::regex kRow(R"(\| `([^`]+)` `([^`]+)` \| [^|]+ \| [^|]+ \|)");
+    static const std::regex kRow(
+        R"(\| `([^`]+)` `([^`]+)` \| [^|]+ \| [^|]+ \|( [^|]+ \(`\w+`\) \|)?)");
     std::vector<Quirk> rows;
     const Lines lines = ReadLines(kRoot / "docs/quirks.md");
     for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -63,8 +64,9 @@ std::vector<Quirk> QuirkRows() {
         if (std::regex_match(lines[i], row, kRow)) {
             rows.push_back({"src/" + row.str(1), row.str(2), i + 1});
         } else {
-            ADD_FAILURE() << "docs/quirks.md:" << i + 1
-                          << ": write the row as | `file` `function` | what | why |";
+            ADD_FAILURE()
+                << "docs/quirks.md:" << i + 1
+                << ": write the row as | `file` `function` | what | why | plotter (`switch`) |";
         }
     }
     return rows;

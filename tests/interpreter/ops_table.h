@@ -25,8 +25,8 @@ struct OpsRow {
 
 // The operations of a plot without the three that begin every plot (the defaults) and the closing
 // result line.
-inline std::vector<std::string> OperationsOf(const std::string& plot) {
-    std::istringstream text(Ops(plot));
+inline std::vector<std::string> OperationsOf(const std::string& plot, const Reading& reading = {}) {
+    std::istringstream text(Ops(plot, reading));
     std::vector<std::string> lines;
     for (std::string line; std::getline(text, line);) lines.push_back(line);
     if (lines.size() < 4) return {"no defaults or no result"};

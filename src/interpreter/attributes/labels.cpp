@@ -6,10 +6,12 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/attributes/label_grid.h"
 #include "interpreter/attributes/stroke_font.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -153,9 +155,9 @@ PointD DrawPiece(const LabelState& label, Drawing& drawing, const char* text, st
     return end;
 }
 
-// Draws a label line by line and leaves the pen behind its last character.
-// Quirk: that holds behind a closing CR or LF as well, whose own move is lost.
-// The line ends in `text` (room for length + 1) are overwritten, so that each piece ends in a zero.
+// Draws a label line by line (DrawGridLabel in the other reading) and leaves the pen behind its
+// last character. Quirk: that holds behind a closing CR or LF as well, whose own move is lost. The
+// line ends in `text` (room for length + 1) are overwritten, so that each piece ends in a zero.
 void DrawLabel(const LabelState& label, Drawing& drawing, char* text, std::size_t length) {
     PointD& pen = drawing.motion.penPos;
     PointD origin = pen;
@@ -183,6 +185,7 @@ void DrawLabel(const LabelState& label, Drawing& drawing, char* text, std::size_
 }  // namespace
 
 void DrawSymbol(const LabelState& label, Drawing& drawing) {
+    if (drawing.reading.labelsOnGrid) return DrawGridSymbol(label, drawing);
     const PointD half{label.CharWidth / 2.0, label.CharHeight / 2.0};
     DrawGlyph(drawing, GlyphTransform(label), StrokeGlyph(label.SymbolChar, label.CurrentCharSet),
               drawing.motion.penPos - half);
@@ -191,19 +194,25 @@ void DrawSymbol(const LabelState& label, Drawing& drawing) {
 namespace handlers {
 
 // LB text terminator
-void Label(InputReader& input, const LabelState& label, Drawing& drawing) {
+void Label(InputReader& input, LabelState& label, Drawing& drawing) {
     Output& out = drawing.out;
     if (label.StrokeWeight != kPenStrokeWeight) out.SetLineWidth(label.StrokeWeight);
     std::array<char, kMaxLabelLength + 1> text;
     const std::size_t length = ReadLabelText(input, label, text.data());
-    DrawLabel(label, drawing, text.data(), length);
+    if (drawing.reading.labelsOnGrid) {
+        DrawGridLabel(label, drawing, text.data(), length);
+    } else {
+        DrawLabel(label, drawing, text.data(), length);
+    }
     out.SetLineWidth(drawing.lines.EmittedWidth);
 }
 
 // CP [spaces, lines]; otherwise one line feed. Only the pen position changes, no vertex is
 // recorded. Quirk: a positive number of lines moves along the line-feed vector, CP alone against
 // it.
-void CharacterPlot(Parameters& in, const LabelState& label, PenMotion& motion) {
+void CharacterPlot(Parameters& in, LabelState& label, Drawing& drawing) {
+    if (drawing.reading.labelsOnGrid) return MoveOnGrid(in, label, drawing);
+    PenMotion& motion = drawing.motion;
     const PointD lineFeed = LineFeedVector(label);
     PointD count;
     if (!in.GetPoint(count)) {

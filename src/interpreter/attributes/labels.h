@@ -17,6 +17,19 @@ struct Drawing;
 // The stroke weight (SD kind 6) that leaves label strokes the width of the pen.
 inline constexpr std::int32_t kPenStrokeWeight = 9999;
 
+// Labels on the grid of character cells (label_grid.h): sizes and directions as given, because a
+// relative one follows P1 and P2.
+struct LabelGrid {
+    PointD size{75.0, 108.0};  // plotter units, or percent of the distance of P1 and P2
+    bool relativeSize = false;
+    PointD run{1.0, 0.0};  // DI's run and rise, or DR's in percent of that distance
+    bool relativeDirection = false;
+    bool linesReversed = false;  // DV's second number
+    bool clear = false;          // LO11 to LO19: off the point by half a character
+    PointD lineStart;            // where CR goes, plotter units
+    PointD textEnd;              // where the last label or CP left the pen, plotter units
+};
+
 struct LabelState {
     std::uint8_t LabelTerminator = 3;
     bool PrintTerminator = false;  // DT mode 0: the terminator is drawn too
@@ -35,6 +48,7 @@ struct LabelState {
     std::int32_t StrokeWeight = 0;     // sent as the width of label strokes unless kPenStrokeWeight
     std::uint8_t SymbolChar = 0;       // 0: symbol mode off
     std::int32_t TransparentData = 0;  // non-zero: CR and LF in a label are characters
+    LabelGrid grid;
 };
 
 // From one character's origin to the next one's, in current units.

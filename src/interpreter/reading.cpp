@@ -1,0 +1,18 @@
+// See reading.h.
+#include "interpreter/reading.h"
+
+namespace qm {
+
+Reading Reading::Plotter(const Sheet& sheet) {
+    Reading reading;
+    reading.initializes = true;
+    reading.scalesFromSheet = true;
+    reading.needsWholeWindow = true;
+    reading.labelsOnGrid = true;
+    reading.sizesGoBack = true;
+    reading.waitsForSelect = true;
+    reading.sheet = sheet;
+    return reading;
+}
+
+}  // namespace qm

@@ -1,0 +1,39 @@
+// Reading: which of two readings of the plot language is in force, switch by switch.
+//
+// The engine's reading is the default and the one that its documents depend on; Plotter() is what
+// an HP-GL/2 plotter draws, and where classic HP-GL differs what a 7475A or 7550A draws. Each
+// switch is asked where a comment on a quirk tells what the engine does instead. Tests:
+// tests/interpreter/reading_test.cpp.
+#pragma once
+
+#include "common/geometry.h"
+
+namespace qm {
+
+// What is in the plotter. Plotter units, the long side along x.
+struct Sheet {
+    PointD p1{603.0, 521.0};  // the default P1 and P2; these are a 7475A's on A4
+    PointD p2{10603.0, 7721.0};
+    PointD characterSize{75.0, 108.0};  // of labels before any SI or SR
+};
+
+struct Reading {
+    // The engine's reading.
+    Reading() = default;
+    // What a plotter draws. `sheet` counts until the plot gives a size of its own (PS).
+    static Reading Plotter(const Sheet& sheet = {});
+
+    // --- Coordinates ----------------------------------------------------------------------------
+    bool initializes = false;       // IN and DF reset what the guides list
+    bool scalesFromSheet = false;   // IP, IR and SC start from the sheet and leave the pen in place
+    bool needsWholeWindow = false;  // an IW of less than four numbers does nothing
+
+    // --- Labels ---------------------------------------------------------------------------------
+    bool labelsOnGrid = false;    // labels, LO, DV and CP go by character cells, whatever SC says
+    bool sizesGoBack = false;     // ES alone brings the default back
+    bool waitsForSelect = false;  // AD defines a set, SA selects it
+
+    Sheet sheet;
+};
+
+}  // namespace qm
