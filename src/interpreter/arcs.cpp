@@ -9,6 +9,7 @@
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -104,9 +105,10 @@ void TessellateArc(Drawing& drawing, PointD centre, double radius, double start,
     start = std::fmod(start, kTwoPi);
     // Quirk: the end for `connect` comes from the whole sweep although the arc is limited to one
     // turn.
-    const double end = std::fmod(start + sweep, kTwoPi);
     const ArcSteps arc = CutArc(start, sweep);
     if (arc.count < 0) return;
+    const bool limited = drawing.reading.drawsPenDown;
+    const double end = std::fmod(start + (limited ? arc.sweep : sweep), kTwoPi);
     if (connect) drawing.DrawTo(PointOnCircle(centre, radius, arc.start));
     if (drawing.polygon.mode) {
         RecordArc(drawing, centre, radius, arc);
@@ -120,16 +122,29 @@ void TessellateArc(Drawing& drawing, PointD centre, double radius, double start,
     drawing.out.MarkDrawn();
 }
 
+// With the pen up a plotter only goes where the arc ends.
+bool OnlyMoves(const Drawing& drawing) {
+    return drawing.reading.drawsPenDown && !drawing.motion.penDown && !drawing.polygon.mode;
+}
+
+void MoveAlongArc(Drawing& drawing, PointD centre, double sweepDegrees) {
+    const PointD arm = drawing.motion.penPos - centre;
+    drawing.MoveTo(PointOnCircle(centre, Length(arm.x, arm.y),
+                                 std::atan2(arm.y, arm.x) + sweepDegrees * kRadiansPerDegree));
+}
+
 // An arc from the pen about `centre`. Quirk: drawn whatever the pen state is.
 void ArcAbout(Drawing& drawing, PointD centre, double sweepDegrees) {
     const PointD arm = drawing.motion.penPos - centre;
     if (arm.x == 0.0 && arm.y == 0.0) return;
+    if (OnlyMoves(drawing)) return MoveAlongArc(drawing, centre, sweepDegrees);
     TessellateArc(drawing, centre, Length(arm.x, arm.y), std::atan2(arm.y, arm.x),
                   sweepDegrees * kRadiansPerDegree, true);
 }
 
 // An arc from the pen through p1 to p2.
 void ArcThrough(Drawing& drawing, PointD p1, PointD p2) {
+    if (OnlyMoves(drawing)) return drawing.MoveTo(p2);
     const PointD p0 = drawing.motion.penPos;
     const CircleThrough circle = ThreePointCentre(p0, p1, p2);
     const PointD centre = circle.centre;
@@ -182,6 +197,7 @@ void ArcAbsolute(Parameters& in, Drawing& drawing) {
 // AR dx, dy, sweep [, chord]. Quirk: unlike AA a sweep of 0 is drawn.
 void ArcRelative(Parameters& in, Drawing& drawing) {
     if (in.GetParams(3) < 3) return;
+    if (drawing.reading.drawsPenDown && in.slots[2] == 0.0) return;
     ArcAbout(drawing, drawing.motion.penPos + in.PointAt(0), in.slots[2]);
 }
 
@@ -198,7 +214,7 @@ void ArcRelativeThreePoint(Parameters& in, Drawing& drawing) {
     ArcThrough(drawing, pen + in.PointAt(0), pen + in.PointAt(2));
 }
 
-// CI radius [, chord]; the pen does not move. A window does not clip a native circle.
+// CI radius [, chord]; the pen does not move. Quirk: a window does not clip a native circle.
 void Circle(Parameters& in, Drawing& drawing) {
     if (in.GetParams(1) < 1) return;
     const double radius = in.slots[0];
@@ -206,7 +222,7 @@ void Circle(Parameters& in, Drawing& drawing) {
     const CoordinateState& c = drawing.coordinates;
     if (drawing.polygon.mode) {
         RecordCircle(drawing, pen, radius);
-    } else if (!c.Uniform()) {
+    } else if (!c.Uniform() || (c.windowOn && drawing.reading.clipsCircles)) {
         DrawSegmentedCircle(drawing, pen, radius);
     } else {
         drawing.out.Circle(c.ToPlotter(pen), TruncateToInt32(radius * c.RadiusFactor()));

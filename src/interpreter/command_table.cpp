@@ -61,6 +61,7 @@ constexpr Command kCommands[] = {
     {"EA", Handle<h::EdgeRectangleAbsolute>,      "EA x,y;"},
     {"EP", Handle<h::EdgePolygon>,                "EP;"},
     {"ER", Handle<h::EdgeRectangleRelative>,      "ER dx,dy;"},
+    {"EW", Handle<h::EdgeWedge>,                  "EW radius,start,sweep[,chord];"},
     {"FP", Handle<h::FillPolygon>,                "FP [rule];"},
     {"FT", Handle<h::FillType>,                   "FT [type[,spacing[,angle]]];"},
     {"PM", Handle<h::PolygonMode>,                "PM [n];"},

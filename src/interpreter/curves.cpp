@@ -1,4 +1,4 @@
-// Bezier curves, drawn as runs of segments whatever the pen state is. Handlers: BZ BR. Tests:
+// Bezier curves, drawn as runs of segments. Handlers: BZ BR. Tests:
 // tests/interpreter/vectors_test.cpp.
 #include <array>
 #include <cstddef>
@@ -7,24 +7,26 @@
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
 namespace {
 
-// Cubic Bernstein weights at t = i / 12, i = 1 ... 10. Quirk: t = 11/12 is left out.
+// Cubic Bernstein weights at t = i / 12, i = 1 ... 11. Quirk: t = 11/12 is left out.
 constexpr std::size_t kInnerPoints = 10;
+constexpr std::size_t kAllInnerPoints = 11;
 using Weights = std::array<double, 4>;
-constexpr std::array<Weights, kInnerPoints> MakeBernstein() {
-    std::array<Weights, kInnerPoints> table{};
-    for (std::size_t i = 0; i < kInnerPoints; ++i) {
+constexpr std::array<Weights, kAllInnerPoints> MakeBernstein() {
+    std::array<Weights, kAllInnerPoints> table{};
+    for (std::size_t i = 0; i < kAllInnerPoints; ++i) {
         const double t = static_cast<double>(i + 1) / 12.0;
         const double s = 1.0 - t;
         table[i] = {s * s * s, 3.0 * s * s * t, 3.0 * s * t * t, t * t * t};
     }
     return table;
 }
-constexpr std::array<Weights, kInnerPoints> kBernstein = MakeBernstein();
+constexpr std::array<Weights, kAllInnerPoints> kBernstein = MakeBernstein();
 
 PointD Blend(const Weights& w, const PointD* p) {
     return {w[0] * p[0].x + w[1] * p[1].x + w[2] * p[2].x + w[3] * p[3].x,
@@ -35,13 +37,15 @@ PointD Blend(const Weights& w, const PointD* p) {
 // into the polygon.
 class BezierEmitter {
   public:
-    explicit BezierEmitter(Drawing& drawing) : drawing_(drawing) {}
+    explicit BezierEmitter(Drawing& drawing)
+        : drawing_(drawing),
+          innerPoints_(drawing.reading.joinsRuns ? kAllInnerPoints : kInnerPoints) {}
 
     // One segment by its four control points, current units: its start and the points at t = 1/12
     // ... 10/12.
     void Segment(const PointD* control) {
         Add(control[0]);
-        for (const Weights& w : kBernstein) Add(Blend(w, control));
+        for (std::size_t i = 0; i < innerPoints_; ++i) Add(Blend(kBernstein[i], control));
     }
     // The last segment's end, and what is left in the run.
     void Finish(PointD end) {
@@ -55,8 +59,10 @@ class BezierEmitter {
         if (drawing_.polygon.mode) return drawing_.DrawTo(point);
         run_[count_++] = drawing_.coordinates.ToPlotter(point);
         if (count_ < kRunLength) return;
+        const PointI last = run_[count_ - 1];
         drawing_.EmitPolyline(count_, run_.data());
         count_ = 0;
+        if (drawing_.reading.joinsRuns) run_[count_++] = last;
     }
 
     // A run is sent when it holds this many points. Quirk: the segment that would join two runs is
@@ -64,6 +70,7 @@ class BezierEmitter {
     static constexpr std::size_t kRunLength = 99;
 
     Drawing& drawing_;
+    std::size_t innerPoints_;
     std::array<PointI, kRunLength> run_;
     std::size_t count_ = 0;
 };
@@ -85,6 +92,9 @@ bool DrawSegments(BezierEmitter& emitter, std::vector<PointD>& points) {
 void DrawCurve(Parameters& in, Drawing& drawing, bool relative) {
     PointD base = relative ? drawing.motion.penPos : PointD{};
     std::vector<PointD> points{drawing.motion.penPos};
+    // Quirk: drawn whatever the pen state is.
+    const bool draws =
+        !drawing.reading.drawsPenDown || drawing.motion.penDown || drawing.polygon.mode;
     BezierEmitter emitter(drawing);
     bool drawn = false;
     std::size_t read = 0;
@@ -92,10 +102,15 @@ void DrawCurve(Parameters& in, Drawing& drawing, bool relative) {
     while (in.GetPoint(point)) {
         points.push_back(point + base);
         if (++read % 3 == 0 && relative) base = points.back();
-        if (points.size() == kMaxBuffered) drawn = DrawSegments(emitter, points) || drawn;
+        if (points.size() < kMaxBuffered) continue;
+        if (draws) {
+            drawn = DrawSegments(emitter, points) || drawn;
+        } else {
+            points.erase(points.begin(), points.end() - 1);
+        }
     }
     const PointD last = points.back();
-    drawn = DrawSegments(emitter, points) || drawn;
+    drawn = (draws && DrawSegments(emitter, points)) || drawn;
     if (drawn) emitter.Finish(points.front());
     drawing.motion.penPos = last;
 }

@@ -6,6 +6,7 @@
 #include "interpreter/attributes/pens.h"
 #include "interpreter/handlers.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -203,7 +204,11 @@ void EncodedPolyline::PlotPoint(PointD point) {
 }
 
 void EncodedPolyline::Append(PointD point) {
-    if (count_ == kMaxEncodedPoints) Flush();
+    if (count_ == kMaxEncodedPoints) {
+        const PointD last = encoded_.encodedPoints[count_ - 1];
+        Flush();
+        if (drawing_.reading.joinsRuns) encoded_.encodedPoints[count_++] = last;
+    }
     encoded_.encodedPoints[count_++] = point;
 }
 

@@ -37,13 +37,13 @@ void RotateCoordinateSystem(Parameters& in, CoordinateState& coordinates);
 void Scale(Parameters& in, const Reading& reading, CoordinateState& coordinates, PenMotion& motion);
 
 // pages.cpp
-void AdvanceFullPage(PageState& page, LineState& lines, Output& out);
+void AdvanceFullPage(PageState& page, PenState& pens, Drawing& drawing);
 void BeginPlot(InputReader& input);
 void DefaultValues(const Reading& reading, Drawing& drawing, LabelState& label, FillState& fill);
 void Initialize(const Reading& reading, const PageState& page, Drawing& drawing, LabelState& label,
                 FillState& fill, PenState& pens);
 void FrameAdvance(Parameters& in, const CoordinateState& coordinates, PageState& page, Output& out);
-void NotReady(Parameters& in, PageState& page, LineState& lines, Output& out);
+void NotReady(Parameters& in, PageState& page, PenState& pens, Drawing& drawing);
 void PlotSize(Parameters& in, const Reading& reading, const JobState& job, PageState& page,
               Drawing& drawing);
 
@@ -71,15 +71,16 @@ void PolylineEncoded(InputReader& input, EncodedState& encoded, Drawing& drawing
 // attributes/pens.cpp
 void ColorRange(Parameters& in, PenState& pens);
 void PenColour(Parameters& in, PenState& pens, Output& out);
-void PenWidth(Parameters& in, const CoordinateState& coordinates, PenState& pens, LineState& lines,
-              Output& out);
+void PenWidth(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+              PenState& pens, LineState& lines, Output& out);
 void PenWidthUnit(Parameters& in, PenState& pens);
 void SelectPen(Parameters& in, PenState& pens, LineState& lines, Output& out);
 void TransparencyMode(Parameters& in, PenState& pens);
 
 // attributes/lines.cpp
 void LineAttributes(Parameters& in, LineState& lines, Output& out);
-void LineType(Parameters& in, LineState& lines, Output& out);
+void LineType(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+              LineState& lines, Output& out);
 void MergeControl(Parameters& in, LineState& lines, Output& out);
 void PenThickness(Parameters& in);
 void UserDefinedLineType(Parameters& in, LineState& lines);
@@ -90,15 +91,20 @@ void PolygonMode(Parameters& in, Drawing& drawing);
 // attributes/fill.cpp
 void EdgePolygon(Drawing& drawing);
 void FillPolygon(Drawing& drawing, const PenState& pens, const FillState& fill);
-void FillType(Parameters& in, const CoordinateState& coordinates, FillState& fill);
+void FillType(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+              FillState& fill);
 
 // attributes/shapes.cpp
-void AnchorCorner(Parameters& in);
+void AnchorCorner(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+                  FillState& fill);
 void EdgeRectangleAbsolute(Parameters& in, Drawing& drawing);
 void EdgeRectangleRelative(Parameters& in, Drawing& drawing);
-void FillRectangleAbsolute(Parameters& in, Drawing& drawing, const FillState& fill);
-void FillRectangleRelative(Parameters& in, Drawing& drawing);
-void FillWedge(Parameters& in, Drawing& drawing);
+void EdgeWedge(Parameters& in, Drawing& drawing);
+void FillRectangleAbsolute(Parameters& in, Drawing& drawing, const PenState& pens,
+                           const FillState& fill);
+void FillRectangleRelative(Parameters& in, Drawing& drawing, const PenState& pens,
+                           const FillState& fill);
+void FillWedge(Parameters& in, Drawing& drawing, const PenState& pens, const FillState& fill);
 void RasterFillDefinition(Parameters& in, Output& out);
 
 // attributes/labels.cpp

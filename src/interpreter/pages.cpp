@@ -51,6 +51,16 @@ bool SkipCommaAndNumber(InputReader& input) {
     return true;
 }
 
+// PG and NR. Quirk: the next page does not know the pen, its width and its line type until they
+// are given again.
+void AdvancePage(PageState& page, PenState& pens, Drawing& drawing) {
+    const bool ends = !drawing.out.PageEmpty();
+    EndCurrentPage(page, drawing.lines, drawing.out);
+    if (ends && drawing.reading.pensOutlastPages) {
+        pens.Select(pens.CurrentPen, drawing.lines, drawing.out);
+    }
+}
+
 // What DF gives back beyond the engine's own: everything but P1 and P2, rotation, pens and place.
 void RestoreDefaults(Drawing& drawing, LabelState& label, FillState& fill, const Reading& reading) {
     CoordinateState& c = drawing.coordinates;
@@ -62,6 +72,8 @@ void RestoreDefaults(Drawing& drawing, LabelState& label, FillState& fill, const
     drawing.polygon.mode = false;
     drawing.lines.UserLineTypes.fill({});
     drawing.lines.LineTypeNumber = 0;
+    drawing.lines.dashes = {};
+    drawing.lines.savedDashes = {};
     fill = {};
     label = {};
     label.StrokeWeight = kPenStrokeWeight;
@@ -132,14 +144,14 @@ void Initialize(const Reading& reading, const PageState& page, Drawing& drawing,
 }
 
 // PG: ends the page; its parameter is not read.
-void AdvanceFullPage(PageState& page, LineState& lines, Output& out) {
-    EndCurrentPage(page, lines, out);
+void AdvanceFullPage(PageState& page, PenState& pens, Drawing& drawing) {
+    AdvancePage(page, pens, drawing);
 }
 
 // NR [timeout]: acts as PG.
-void NotReady(Parameters& in, PageState& page, LineState& lines, Output& out) {
+void NotReady(Parameters& in, PageState& page, PenState& pens, Drawing& drawing) {
     in.GetShortParam();
-    EndCurrentPage(page, lines, out);
+    AdvancePage(page, pens, drawing);
 }
 
 // FR distance: what follows lies further along the medium.

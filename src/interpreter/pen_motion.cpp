@@ -41,7 +41,7 @@ void Drawing::EmitFilledPolygon(std::vector<PointI>& points) {
 }
 
 void Drawing::NextSubPolygon() {
-    polygon.Close(motion.penDown);
+    polygon.Close(motion.penDown, reading);
     polygon.StartNext(motion.penPos);
 }
 

@@ -11,6 +11,15 @@ Reading Reading::Plotter(const Sheet& sheet) {
     reading.labelsOnGrid = true;
     reading.sizesGoBack = true;
     reading.waitsForSelect = true;
+    reading.closesSubPolygons = true;
+    reading.edgesWhole = true;
+    reading.fillsByType = true;
+    reading.dashesByLength = true;
+    reading.percentWidths = true;
+    reading.pensOutlastPages = true;
+    reading.drawsPenDown = true;
+    reading.joinsRuns = true;
+    reading.clipsCircles = true;
     reading.sheet = sheet;
     return reading;
 }

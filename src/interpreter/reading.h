@@ -33,6 +33,21 @@ struct Reading {
     bool sizesGoBack = false;     // ES alone brings the default back
     bool waitsForSelect = false;  // AD defines a set, SA selects it
 
+    // --- Areas ----------------------------------------------------------------------------------
+    bool closesSubPolygons = false;  // PM1 and PM2 close every sub-polygon
+    bool edgesWhole = false;         // EP draws every edge with pen-down points; EW exists
+    bool fillsByType = false;        // FT rules every area command, in the window, by AC
+
+    // --- Lines and pens -------------------------------------------------------------------------
+    bool dashesByLength = false;    // line types have lengths; LT99 brings the last one back
+    bool percentWidths = false;     // WU1: a width of 1 is one hundredth of the distance
+    bool pensOutlastPages = false;  // a new page knows pen, width and line type
+
+    // --- Arcs and curves ------------------------------------------------------------------------
+    bool drawsPenDown = false;  // arcs and curves draw with the pen down only, as far as told
+    bool joinsRuns = false;     // long curves and PE commands have no gaps
+    bool clipsCircles = false;  // the window clips CI too
+
     Sheet sheet;
 };
 

@@ -120,5 +120,127 @@ TEST(Reading, Labels) {
     EXPECT_EQ(OnlyOf(letter, Reading::Plotter(), "Line"), Lines{"Line 100 0 20 120"});
 }
 
+TEST(Reading, Areas) {
+    const std::string kinds =
+        "Line Polyline FilledPolygon FilledPolyPolygon Rectangle "
+        "FilledRectangle SetColor SetFillType";
+    // clang-format off
+    ExpectReadings(kinds, {
+        {"every sub-polygon is closed", "PM0;PD0,9,9,9;PM1;PU20,0;PD20,9,29,9;PM2;FP;",
+         {"FilledPolyPolygon 2 4 3 : 0,0 0,9 9,9 0,0 20,0 20,9 29,9"},
+         {"FilledPolyPolygon 2 4 4 : 0,0 0,9 9,9 0,0 20,0 20,9 29,9 20,0"}},
+        {"every edge", "PU5,0;PM0;PD5,9;PU9,9;PD9,0;PM1;PU20,0;PD20,9,29,9;PM2;EP;",
+         {"Polyline 2 : 5,0 5,9"},
+         {"Polyline 2 : 5,0 5,9", "Polyline 3 : 9,9 9,0 5,0", "Polyline 4 : 20,0 20,9 29,9 20,0"}},
+        {"RA hatched", "FT3,4,0;RA10,10;", {"FilledRectangle 0 0 10 10"},
+         {"Line 0 0 10 0", "Line 0 4 10 4", "Line 0 8 10 8"}},
+        {"RR hatched both ways from the anchor", "FT4,6,0;AC3,3;RR10,10;",
+         {"FilledRectangle 0 0 10 10"},
+         {"Line 0 3 10 3", "Line 0 9 10 9", "Line 3 0 3 10", "Line 9 0 9 10"}},
+        {"hatches end at the window", "FT3,4,0;IW5,0,20,6;RA10,10;", {"FilledRectangle 0 0 10 10"},
+         {"Line 5 0 10 0", "Line 5 4 10 4"}},
+        {"areas end at the window", "IW5,0,20,6;RA10,10;",
+         {"FilledRectangle 0 0 10 10"},
+         {"FilledPolygon 5 : 10,6 5,6 5,0 10,0 10,6"}},
+        {"colours are shaded", "SP2;FT10,20;RA10,10;",
+         {"SetColor 0x0000FF", "FilledRectangle 0 0 10 10"},
+         {"SetColor 0x0000FF", "SetColor 0xCCCCFF",
+          "FilledPolygon 5 : 0,0 10,0 10,10 0,10 0,0", "SetColor 0x0000FF"}},
+        {"shading 0 is nothing", "SP2;FT10,0;RR10,10;",
+         {"SetColor 0x0000FF", "FilledRectangle 0 0 10 10"}, {"SetColor 0x0000FF"}},
+        {"RA with a pattern", "FT11,2;RA10,10;",
+         {"Rectangle 0 0 10 10"},
+         {"SetFillType 3 2", "FilledPolygon 5 : 0,0 10,0 10,10 0,10 0,0", "SetFillType 0 0"}},
+        {"WG hatched", "FT3,4,0;WG10,0,90;",
+         {"FilledPolygon 26 : 0,0 10,0 9,0 9,1 9,2 9,2 9,3 9,4 8,4 8,5 8,5 7,6 7,6 6,7 6,7 5,8 5,8 4,8 3,9 3,9 2,9 1,9 1,9 0,9 0,10 0,0"},
+         {"Line 0 0 9 0", "Line 0 4 8 4", "Line 0 8 4 8"}},
+        {"EW", "EW10,0,4;",
+         {},
+         {"Polyline 5 : 0,0 10,0 9,0 9,0 0,0"}},
+        {"EA in the window, then EP", "IW0,0,20,6;EA10,10;EP;",
+         {"Rectangle 0 0 10 10"},
+         {"Line 0 0 10 0", "Line 10 0 10 6", "Line 0 6 0 0", "Line 0 0 10 0", "Line 10 0 10 6",
+          "Line 0 6 0 0"}},
+    });
+    // clang-format on
+}
+
+TEST(Reading, LinesAndPens) {
+    // clang-format off
+    ExpectReadings("SetLineType SetLineStyle", {
+        {"a length in millimetres", "LT2,10,1;",
+         {"SetLineStyle 1"},
+         {"SetLineType 2 : 200 200"}},
+        {"percent of the distance", "IP0,0,3000,4000;LT3,2;LT;LT99;",
+         {"SetLineStyle 1", "SetLineStyle 0", "SetLineStyle -32768"},
+         {"SetLineType 2 : 70 30", "SetLineStyle 0", "SetLineType 2 : 70 30"}},
+        {"UL", "UL2,30,10;LT2,4,1;",
+         {"SetLineType 2 : 120 40"},
+         {"SetLineType 2 : 120 40"}},
+        {"behind a label", "LT2,10,1;LB-\3",
+         {"SetLineStyle 1", "SetLineStyle 0", "SetLineStyle 1"},
+         {"SetLineType 2 : 200 200", "SetLineStyle 0", "SetLineType 2 : 200 200"}},
+    });
+    ExpectReadings("SetLineWidth", {
+        {"relative widths", "IP0,0,3000,4000;WU1;PW2;", {"SetLineWidth 10"}, {"SetLineWidth 100"}},
+    });
+    ExpectReadings("EndPage SetPen SetColor SetLineWidth SetLineType", {
+        {"behind a page", "SP2;PW1;LT2,10,1;PD9,9;PG;",
+         {"SetColor 0x0000FF", "SetLineWidth 0", "SetPen 2", "SetLineWidth 40", "EndPage 1",
+          "SetColor 0x000000", "SetLineWidth 0"},
+         {"SetColor 0x0000FF", "SetLineWidth 0", "SetPen 2", "SetLineWidth 40",
+          "SetLineType 2 : 200 200", "EndPage 1", "SetColor 0x000000", "SetLineWidth 0",
+          "SetLineWidth 40", "SetColor 0x0000FF", "SetLineType 2 : 200 200", "SetLineWidth 40",
+          "SetPen 2"}},
+    });
+    // clang-format on
+}
+
+TEST(Reading, ArcsAndCurves) {
+    // clang-format off
+    ExpectReadings("Line Polyline Arc Circle", {
+        {"an arc with the pen up", "PU10,0;AA0,0,90;PD0,0;",
+         {"Line 10 0 10 0", "Arc 0 0 10 0.0 1.57079632", "Line 0 10 0 10", "Line 0 10 0 0"},
+         {"Line 0 10 0 0"}},
+        {"AR of nothing", "PD;AR10,0,0;",
+         {"Line 0 0 0 0", "Line 0 0 0 0", "Arc 10 0 10 3.14159265 0.0", "Line 0 0 0 0"},
+         {"Line 0 0 0 0"}},
+        {"three points with the pen up", "AT5,5,10,0;PD20,0;",
+         {"Arc 5 0 5 3.14159265 -3.14159265", "Line 10 0 10 0", "Line 10 0 20 0"},
+         {"Line 10 0 20 0"}},
+        {"more than a turn", "PU10,0;PD;AA0,0,450;PD0,0;",
+         {"Line 10 0 10 0", "Line 10 0 10 0", "Arc 0 0 10 0.0 6.2831853", "Line 10 0 0 10",
+          "Line 0 10 0 0"},
+         {"Line 10 0 10 0", "Line 10 0 10 0", "Arc 0 0 10 0.0 6.2831853", "Line 10 0 10 0",
+          "Line 10 0 0 0"}},
+        {"a curve with the pen up", "BZ0,12,12,12,12,0;PD20,0;",
+         {"Polyline 12 : 0,0 0,2 0,4 1,6 3,8 4,8 6,9 7,8 8,8 10,6 11,4 12,0", "Line 12 0 20 0"},
+         {"Line 12 0 20 0"}},
+        {"a curve has twelve steps", "PD;BZ0,12,12,12,12,0;",
+         {"Line 0 0 0 0", "Polyline 12 : 0,0 0,2 0,4 1,6 3,8 4,8 6,9 7,8 8,8 10,6 11,4 12,0"},
+         {"Line 0 0 0 0",
+          "Polyline 13 : 0,0 0,2 0,4 1,6 3,8 4,8 6,9 7,8 8,8 10,6 11,4 11,2 12,0"}},
+        
+    });
+    // clang-format on
+    EXPECT_EQ(OnlyOf("IW-9,0,9,1;CI5;", {}, "Circle").size(), 1U);
+    EXPECT_EQ(OnlyOf("IW-9,0,9,1;CI5;", Reading::Plotter(), "Circle Line").size(), 18U);
+    // Each plot fills a run and more; the second run begins where the first one ends.
+    std::string curves = "PD;BZ";
+    for (int i = 0; i < 10; ++i) curves += "1,1,2,2,3,3,";
+    std::string encoded = "PE";  // 300 steps to the right
+    for (int i = 0; i < 300; ++i) encoded += "\xC1\xBF";
+    for (const std::string& plot : {curves + ";", encoded + ";"}) {
+        const auto joined = [&plot](const Reading& reading) {
+            const Lines runs = OnlyOf(plot, reading, "Polyline");
+            if (runs.size() != 2) return std::string("not two runs");
+            const std::string end = runs[0].substr(runs[0].rfind(' '));
+            return std::string(runs[1].find(" :" + end + " ") == std::string::npos ? "no" : "yes");
+        };
+        EXPECT_EQ(joined({}), "no") << plot;
+        EXPECT_EQ(joined(Reading::Plotter()), "yes") << plot;
+    }
+}
+
 }  // namespace
 }  // namespace qm

@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "common/numbers.h"
+#include "interpreter/attributes/area_fill.h"
 #include "interpreter/attributes/hatch.h"
 #include "interpreter/attributes/pens.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -118,7 +120,8 @@ namespace handlers {
 // own is not drawn, and nothing behind it either.
 void EdgePolygon(Drawing& drawing) {
     PolygonBuffer& polygon = drawing.polygon;
-    if (polygon.mode) polygon.Close(drawing.motion.penDown);
+    if (polygon.mode) polygon.Close(drawing.motion.penDown, drawing.reading);
+    if (drawing.reading.edgesWhole) return EdgeBuffer(drawing);
     if (polygon.vertices.size() < 3) return;
     const VertexIterator first = polygon.vertices.cbegin();
     const VertexIterator last = polygon.vertices.cend();
@@ -140,7 +143,8 @@ void EdgePolygon(Drawing& drawing) {
 // FP; its fill rule is not read, and nothing is sent for a white pen with transparency.
 void FillPolygon(Drawing& drawing, const PenState& pens, const FillState& fill) {
     PolygonBuffer& polygon = drawing.polygon;
-    if (polygon.mode) polygon.Close(drawing.motion.penDown);
+    if (polygon.mode) polygon.Close(drawing.motion.penDown, drawing.reading);
+    if (drawing.reading.fillsByType) return FillBuffer(drawing, pens, fill);
     if (polygon.vertices.empty() || pens.WhitePenSuppressed) return;
     drawing.out.SetLineWidth(0);
     PolygonGroups area = GroupVertices(polygon.vertices, drawing.coordinates);
@@ -149,8 +153,9 @@ void FillPolygon(Drawing& drawing, const PenState& pens, const FillState& fill) 
 }
 
 // FT [type [, spacing, angle | , level | , index [, option]]]
-void FillType(Parameters& in, const CoordinateState& c, FillState& fill) {
+void FillType(Parameters& in, const Reading& reading, const CoordinateState& c, FillState& fill) {
     fill.FillType = in.GetShortOr(1);
+    if (reading.fillsByType) return TakeFillOptions(in, c, fill);
     fill.ShadingLevel = 100;
     if (fill.FillType == 10) {
         fill.ShadingLevel = in.GetShortOr(100);

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "common/geometry.h"
+
 namespace qm {
 
 struct FillState {
@@ -15,6 +17,11 @@ struct FillState {
     std::int32_t HatchAngle = 0;      // degrees
     std::int32_t ShadingLevel = 100;  // percent of ink for type 10
     std::int32_t FillPatternIndex = -1;
+
+    // Of the reading that fills by type (area_fill.h).
+    double spacing = 0.0;  // plotter units; 0: one percent of the distance of P1 and P2
+    double angle = 0.0;    // degrees
+    PointD anchor;         // AC, plotter units
 
     // Rectangles by RA and PE show only their outline for these types.
     bool DrawsRectangleOutline() const { return FillType == 11 || FillType == 22; }

@@ -38,10 +38,10 @@ class Lines {
         const double halfTurns = family.angle / kHalfTurn;
         if (std::fabs(family.angle) < kTiny || IsWhole(halfTurns)) {
             direction_ = Direction::kHorizontal;
-            Spread(box.a.y, box.b.y);
+            Spread(box.a.y, box.b.y, family);
         } else if (IsWhole(halfTurns - 0.5)) {
             direction_ = Direction::kVertical;
-            Spread(box.a.x, box.b.x);
+            Spread(box.a.x, box.b.x, family);
         } else {
             // An oblique line is named by its x at the box's lower edge; the box casts its upper
             // corners along the lines onto that edge.
@@ -50,7 +50,7 @@ class Lines {
             cotangent_ = std::cos(family.angle) / std::sin(family.angle);
             baseline_ = box.a.y;
             const double cast = (box.b.y - box.a.y) * cotangent_;
-            Spread(std::min(box.a.x, box.a.x - cast), std::max(box.b.x, box.b.x - cast));
+            Spread(std::min(box.a.x, box.a.x - cast), std::max(box.b.x, box.b.x - cast), family);
         }
     }
 
@@ -83,13 +83,19 @@ class Lines {
   private:
     enum class Direction { kHorizontal, kVertical, kOblique };
 
-    // The first line stands one step inside, none stands beyond the end.
-    void Spread(double low, double high) {
+    // The first line stands one step inside, none stands beyond the end; through an anchor they
+    // stand where they would anywhere.
+    void Spread(double low, double high, const HatchFamily& family) {
         first_ = low + step_;
         count_ = std::max(std::trunc((high - low) / step_), 0.0);
+        if (!family.anchor) return;
+        const double anchor = Across(*family.anchor);
+        first_ = anchor + std::ceil((low - anchor) / step_) * step_;
+        count_ = std::max(std::floor((high - first_) / step_) + 1.0, 0.0);
     }
 
-    double Across(PointI p) const {
+    template <typename Number>
+    double Across(Point<Number> p) const {
         if (direction_ == Direction::kHorizontal) return p.y;
         if (direction_ == Direction::kVertical) return p.x;
         return p.x - (p.y - baseline_) * cotangent_;

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "common/geometry.h"
@@ -18,6 +19,7 @@ namespace qm {
 struct HatchFamily {
     double angle = 0.0;
     double spacing = 0.0;
+    std::optional<PointD> anchor = {};  // a line goes through it; else the box of the area decides
 };
 
 // Several polygons that are filled together; polygon i has counts[i] of the points.

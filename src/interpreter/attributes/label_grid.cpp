@@ -7,6 +7,7 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/attributes/dashes.h"
 #include "interpreter/attributes/labels.h"
 #include "interpreter/attributes/stroke_font.h"
 #include "interpreter/lexer.h"
@@ -113,17 +114,11 @@ class Cells {
 class PlainPaper {
   public:
     explicit PlainPaper(Drawing& drawing)
-        : drawing_(drawing),
-          scaled_(std::exchange(drawing.coordinates.scaleOn, false)),
-          style_(drawing.lines.EmittedLineType),
-          bits_(drawing.lines.EmittedPatternBits),
-          length_(drawing.lines.EmittedPatternLength) {
-        drawing.lines.SendLineType(0, drawing.out);
-        drawing.lines.SendPattern(1.0, -1, drawing.out);
+        : drawing_(drawing), scaled_(std::exchange(drawing.coordinates.scaleOn, false)) {
+        if (drawing.lines.dashes.count > 0) SendDashes({}, drawing.out);
     }
     ~PlainPaper() {
-        drawing_.lines.SendLineType(style_, drawing_.out);
-        drawing_.lines.SendPattern(length_, bits_, drawing_.out);
+        if (drawing_.lines.dashes.count > 0) SendDashes(drawing_.lines.dashes, drawing_.out);
         drawing_.coordinates.scaleOn = scaled_;
     }
     PlainPaper(const PlainPaper&) = delete;
@@ -132,9 +127,6 @@ class PlainPaper {
   private:
     Drawing& drawing_;
     bool scaled_;
-    std::int32_t style_;
-    std::int32_t bits_;
-    double length_;
 };
 
 void DrawGlyphAt(Drawing& drawing, const GlyphTransform& transform, const unsigned char* glyph,

@@ -5,9 +5,12 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/attributes/dashes.h"
+#include "interpreter/coordinates.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/output.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -110,7 +113,9 @@ void SendPlainLineType(LineState& lines, std::int32_t code, Output& out) {
 namespace handlers {
 
 // LT [type [, length [, mode [, pattern length]]]]; 99 brings the saved type back.
-void LineType(Parameters& in, LineState& lines, Output& out) {
+void LineType(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+              LineState& lines, Output& out) {
+    if (reading.dashesByLength) return SelectDashes(in, coordinates, lines, out);
     const std::int32_t type = in.GetShortParam();
     if (type == kAbsentShort) {
         // Quirk: what LT99 brings back is the mark of the missing number, not the type before.

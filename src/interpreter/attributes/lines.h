@@ -38,6 +38,13 @@ struct UserLineType {
     std::array<std::int32_t, 20> values{};
 };
 
+// Dashes and gaps in plotter units, in turn; solid without any. Only the reading that dashes by
+// length has them (dashes.h).
+struct Dashes {
+    std::int32_t count = 0;
+    std::array<std::int32_t, 20> lengths{};
+};
+
 struct LineState {
     // What was last sent; a negative start makes the first value a change.
     std::int32_t EmittedLineType = -1;
@@ -48,6 +55,11 @@ struct LineState {
     std::int32_t SavedLineType = 0;   // what LT99 brings back
     std::int32_t LineTypeNumber = 0;  // as last given to LT, with its sign
     std::array<UserLineType, 9> UserLineTypes;
+
+    Dashes dashes;            // in force
+    Dashes savedDashes;       // what LT99 brings back
+    double dashLength = 4.0;  // of a pattern, percent of the distance of P1 and P2 or millimetres
+    bool dashMillimetres = false;
 
     std::int32_t lineEnds = 1;
     std::int32_t lineJoins = 1;

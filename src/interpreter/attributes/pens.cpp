@@ -5,11 +5,13 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/attributes/dashes.h"
 #include "interpreter/attributes/lines.h"
 #include "interpreter/coordinates.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/output.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -46,6 +48,7 @@ void PenState::Select(std::int32_t pen, LineState& lines, Output& out) {
         out.SetPatternLength(TruncateToInt32(4.0 * lines.EmittedPatternLength),
                              lines.EmittedPatternBits);
     }
+    if (lines.dashes.count > 0) SendDashes(lines.dashes, out);
     out.SetLineWidth(lines.EmittedWidth);
     out.SetPen(pen);
     UpdateWhitePen();
@@ -87,12 +90,13 @@ void SelectPen(Parameters& in, PenState& pens, LineState& lines, Output& out) {
 }
 
 // PW [width [, pen]]; without a pen all of them, without a width all to 0.
-void PenWidth(Parameters& in, const CoordinateState& coordinates, PenState& pens, LineState& lines,
-              Output& out) {
+void PenWidth(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+              PenState& pens, LineState& lines, Output& out) {
     double width = 0.0;
     if (in.GetRealParam(width)) {
         // Quirk: a relative width of 1 is one thousandth of the distance, not one hundredth.
-        width *= pens.WidthUnitRelative ? coordinates.p1p2Distance / 1000.0 : kUnitsPerMillimetre;
+        const double share = reading.percentWidths ? 100.0 : 1000.0;
+        width *= pens.WidthUnitRelative ? coordinates.p1p2Distance / share : kUnitsPerMillimetre;
         const std::int16_t pen = in.GetShortParam();
         if (pen == kAbsentShort) {
             pens.SetWidths(width);

@@ -1,10 +1,13 @@
 // See polygon.h. Handler: PM.
 #include "interpreter/attributes/polygon.h"
 
+#include <algorithm>
+
 #include "common/numbers.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -28,8 +31,19 @@ void PolygonBuffer::Start(PointD pen) {
     startFixed_ = true;
 }
 
-void PolygonBuffer::Close(bool penDown) {
-    if (vertices.size() < kCapacity && subPolygonNumber == 0) {
+void PolygonBuffer::CloseCurrent(bool penDown) {
+    const auto isOther = [this](const PolygonVertex& v) {
+        return v.subPolygon != subPolygonNumber;
+    };
+    const auto begin = std::find_if(vertices.rbegin(), vertices.rend(), isOther).base();
+    if (begin == vertices.end() || begin->point == vertices.back().point) return;
+    if (vertices.size() < kCapacity) vertices.push_back({begin->point, subPolygonNumber, penDown});
+}
+
+void PolygonBuffer::Close(bool penDown, const Reading& reading) {
+    if (reading.closesSubPolygons) {
+        CloseCurrent(penDown);
+    } else if (vertices.size() < kCapacity && subPolygonNumber == 0) {
         vertices.push_back({startPoint, subPolygonNumber, penDown});
     }
     mode = false;
@@ -61,7 +75,7 @@ void PolygonMode(Parameters& in, Drawing& drawing) {
     } else if (step == 1 && polygon.mode) {
         drawing.NextSubPolygon();
     } else if (step == 2 && polygon.mode) {
-        polygon.Close(motion.penDown);
+        polygon.Close(motion.penDown, drawing.reading);
         motion.penPos = polygon.startPoint;
         motion.penDown = polygon.savedPenDown;
     }

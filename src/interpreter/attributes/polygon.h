@@ -11,6 +11,8 @@
 
 namespace qm {
 
+struct Reading;
+
 struct PolygonVertex {
     PointD point;  // current units, as the pen moved
     std::int32_t subPolygon = 0;
@@ -32,7 +34,7 @@ class PolygonBuffer {
     // Begins recording the sub-polygon behind the current one.
     void StartNext(PointD pen);
     // Ends recording. Quirk: only sub-polygon 0 is closed by an added vertex.
-    void Close(bool penDown);
+    void Close(bool penDown, const Reading& reading);
     // Forgets all vertices.
     void Clear();
 
@@ -43,6 +45,9 @@ class PolygonBuffer {
     std::vector<PolygonVertex> vertices;
 
   private:
+    // Leads the current sub-polygon back to where it began.
+    void CloseCurrent(bool penDown);
+
     bool startFixed_ = false;  // the start point is fixed
 };
 

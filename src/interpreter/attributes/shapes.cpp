@@ -1,4 +1,4 @@
-// See fill.h. Handlers: RA RR EA ER WG RF AC.
+// See fill.h. Handlers: RA RR EA ER WG EW RF AC.
 #include <algorithm>
 #include <cstddef>
 #include <optional>
@@ -6,10 +6,13 @@
 
 #include "common/numbers.h"
 #include "interpreter/arcs.h"
+#include "interpreter/attributes/area_fill.h"
 #include "interpreter/attributes/fill.h"
+#include "interpreter/attributes/pens.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 
 namespace qm {
 
@@ -50,15 +53,33 @@ class FillPattern {
     std::vector<std::uint8_t> bits_;
 };
 
+// RA and RR, EA and ER in the reading that knows no difference between them.
+void FillRectangleByType(Drawing& drawing, PointD corner, const PenState& pens,
+                         const FillState& fill) {
+    if (drawing.lines.MergeOpcode == kMergeNoRectangles) return;
+    if (BufferRectangle(drawing, corner)) FillBuffer(drawing, pens, fill);
+}
+void EdgeRectangle(Drawing& drawing, PointD corner) {
+    if (BufferRectangle(drawing, corner)) EdgeBuffer(drawing);
+}
+
+// The sector of WG and EW, whose numbers stand in the slots.
+bool BufferWedgeOf(const Parameters& in, Drawing& drawing) {
+    return BufferWedge(drawing, in.slots[0], in.slots[1] * kRadiansPerDegree,
+                       in.slots[2] * kRadiansPerDegree);
+}
+
 }  // namespace
 
 namespace handlers {
 
 // RA x, y: filled with the pen's colour, whatever the fill type; only its outline where
 // DrawsRectangleOutline. Quirk: forgets the polygon, as EA does; RR and ER do not.
-void FillRectangleAbsolute(Parameters& in, Drawing& drawing, const FillState& fill) {
+void FillRectangleAbsolute(Parameters& in, Drawing& drawing, const PenState& pens,
+                           const FillState& fill) {
     PointD corner;
     if (!in.GetPoint(corner)) return;
+    if (drawing.reading.fillsByType) return FillRectangleByType(drawing, corner, pens, fill);
     drawing.polygon.Clear();
     if (drawing.lines.MergeOpcode == kMergeNoRectangles) return;
     const BoxI box = RectangleTo(corner, drawing);
@@ -67,9 +88,13 @@ void FillRectangleAbsolute(Parameters& in, Drawing& drawing, const FillState& fi
 }
 
 // RR dx, dy. Quirk: unlike RA filled for every fill type.
-void FillRectangleRelative(Parameters& in, Drawing& drawing) {
+void FillRectangleRelative(Parameters& in, Drawing& drawing, const PenState& pens,
+                           const FillState& fill) {
     PointD offset;
     if (!in.GetPoint(offset)) return;
+    if (drawing.reading.fillsByType) {
+        return FillRectangleByType(drawing, drawing.motion.penPos + offset, pens, fill);
+    }
     if (drawing.lines.MergeOpcode == kMergeNoRectangles) return;
     drawing.out.FilledRectangle(RectangleTo(drawing.motion.penPos + offset, drawing));
 }
@@ -78,6 +103,7 @@ void FillRectangleRelative(Parameters& in, Drawing& drawing) {
 void EdgeRectangleAbsolute(Parameters& in, Drawing& drawing) {
     PointD corner;
     if (!in.GetPoint(corner)) return;
+    if (drawing.reading.edgesWhole) return EdgeRectangle(drawing, corner);
     drawing.polygon.Clear();
     drawing.out.Rectangle(RectangleTo(corner, drawing));
 }
@@ -86,12 +112,18 @@ void EdgeRectangleAbsolute(Parameters& in, Drawing& drawing) {
 void EdgeRectangleRelative(Parameters& in, Drawing& drawing) {
     PointD offset;
     if (!in.GetPoint(offset)) return;
+    if (drawing.reading.edgesWhole) return EdgeRectangle(drawing, drawing.motion.penPos + offset);
     drawing.out.Rectangle(RectangleTo(drawing.motion.penPos + offset, drawing));
 }
 
 // WG radius, start, sweep [, chord]: a filled sector about the pen, which stays.
-void FillWedge(Parameters& in, Drawing& drawing) {
+// Quirk: always solid, whatever the fill type.
+void FillWedge(Parameters& in, Drawing& drawing, const PenState& pens, const FillState& fill) {
     if (in.GetParams(3) < 3) return;
+    if (drawing.reading.fillsByType) {
+        if (BufferWedgeOf(in, drawing)) FillBuffer(drawing, pens, fill);
+        return;
+    }
     const double radius = in.slots[0];
     const ArcSteps arc = CutArc(in.slots[1] * kRadiansPerDegree, in.slots[2] * kRadiansPerDegree);
     if (arc.count < 0) return;
@@ -108,6 +140,13 @@ void FillWedge(Parameters& in, Drawing& drawing) {
     add(PointOnCircle(centre, radius, arc.start + arc.sweep));
     add(centre);
     drawing.EmitFilledPolygon(points);
+}
+
+// EW radius, start, sweep [, chord]: the outline of a sector.
+// Quirk: not known; its second letter is read as the first one of the next command.
+void EdgeWedge(Parameters& in, Drawing& drawing) {
+    if (!drawing.reading.edgesWhole) return in.input.UngetChar();
+    if (in.GetParams(3) == 3 && BufferWedgeOf(in, drawing)) EdgeBuffer(drawing);
 }
 
 // RF index, width, height, pixel ...: a pattern of 0 (no ink) and 1; missing pixels are 0. One of
@@ -134,8 +173,13 @@ void RasterFillDefinition(Parameters& in, Output& out) {
     out.DefineFillPattern(index, width, height, pattern.Bits());
 }
 
-// AC [x, y]: read and dropped; patterns are not anchored.
-void AnchorCorner(Parameters& in) { in.GetParams(2); }
+// AC [x, y]: where a line of every hatch goes through. Quirk: read and dropped.
+void AnchorCorner(Parameters& in, const Reading& reading, const CoordinateState& c,
+                  FillState& fill) {
+    PointD anchor;
+    const bool given = in.GetPoint(anchor);
+    if (reading.fillsByType) fill.anchor = given ? c.ToPlotterReal(anchor) : PointD{};
+}
 
 }  // namespace handlers
 }  // namespace qm
