@@ -116,6 +116,7 @@ const Case kCases[] = {
 
     {"TraceNoPlot", "trace letter.txt", 1, "result E_FAIL\n", nullptr},
     {"InfoNoPlot", "info letter.txt", 1, "", "letter.txt: not a plot file"},
+    {"InfoNothingDrawn", "info empty.plt", 0, "empty.plt: HPGL/2, 0 pages\n", nullptr},
     {"InfoEmpty", "info /dev/null", 1, "", "/dev/null: not a plot file"},
 
     {"ConvertNoPlot", "convert letter.txt a.svg", 1, "", "letter.txt: not a plot file"},

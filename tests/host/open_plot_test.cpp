@@ -46,7 +46,9 @@ TEST_F(HostTest, AbortKeepsFinishedPages) {
 
 TEST_F(HostTest, RefusesWhatIsNoPlotAndNeedsTheFilter) {
     OpenedPlot plot;
+    EXPECT_EQ(Open(kPlot, plot), S_OK);
     EXPECT_EQ(Open("hello", plot), E_FAIL);
+    EXPECT_TRUE(plot.pages.empty());
     EXPECT_EQ(Open("", plot), E_FAIL);
     EXPECT_TRUE(plot.pages.empty());
     CoRevokeClassObject(cookie_);

@@ -51,6 +51,8 @@ class ClassTable : public testing::Test {
 };
 
 TEST_F(ClassTable, CreatesUntilRevoked) {
+    CoInitialize(nullptr);  // as each part of a program does for itself
+    CoUninitialize();
     EXPECT_EQ(Create(kClass), S_OK);
     qm::ComPtr<IUnknown> wrong;
     EXPECT_EQ(CoCreateInstance(kClass, nullptr, CLSCTX_ALL, IID_IDispatch, wrong.PutVoid()),

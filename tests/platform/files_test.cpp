@@ -50,6 +50,7 @@ TEST(Files, TemporaryFileHasItsNameAndIsDeleted) {
         EXPECT_NE(path, qm::TemporaryFile::Create(L"qmhelper").Path());
         EXPECT_TRUE(Exists(path));
         EXPECT_EQ(file.Name().substr(0, 3), L"qmh");
+        EXPECT_LE(file.Name().size(), 11U) << "four digits";
         EXPECT_EQ(file.Name().substr(file.Name().size() - 4), L".tmp");
         EXPECT_EQ(path.substr(0, file.Folder().size()), file.Folder());
         EXPECT_EQ(path.size(), file.Folder().size() + 1 + file.Name().size());

@@ -125,9 +125,11 @@ TEST_P(Streams, CopiesToAnother) {
     ComPtr<IStream> target;
     ASSERT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, target.Put()), S_OK);
     ULARGE_INTEGER wanted;
+    ULARGE_INTEGER read;
     ULARGE_INTEGER written;
     wanted.QuadPart = 1ULL << 40;
-    EXPECT_EQ(stream_->CopyTo(target.Get(), wanted, nullptr, &written), S_OK);
+    EXPECT_EQ(stream_->CopyTo(target.Get(), wanted, &read, &written), S_OK);
+    EXPECT_EQ(read.QuadPart, 40002U);
     EXPECT_EQ(written.QuadPart, 40002U);
     Seek(0, STREAM_SEEK_SET);
     EXPECT_EQ(stream_->CopyTo(qm::MakeObject<Narrow>().Get(), wanted, nullptr, &written), S_OK);

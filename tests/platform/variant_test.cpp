@@ -51,7 +51,7 @@ TEST(Variant, ChangesToOtherTypes) {
     EXPECT_EQ(value.lVal, 70000);
     EXPECT_EQ(VariantChangeType(&value, &value, 0, VT_R8), S_OK);
     EXPECT_EQ(value.dblVal, 70000.0);
-    EXPECT_EQ(Variant::Integer(2).AsBoolean(), true);
+    EXPECT_EQ(Variant::Integer(-2).AsBoolean(), true);
     EXPECT_EQ(Variant::Integer(-7).AsDouble(), -7.0);
 }
 

@@ -54,6 +54,8 @@ const ElementCase kElements[] = {
      "<path d=\"M0 0l3 4m7 6 3 4m-13-14h100 0-100z\"/>\n"},
     {"polyline that comes home is closed", "PW0.35;PM0;PD10,0,5,8;PM2;EP;PU20,0;PD20,1;",
      "<path d=\"M0 0h10l-5 8zm20 0v1\"/>\n"},
+    {"a line from the end of a polyline", "PW0.35;PD1,0;PU0,0;PM0;PD10,0,5,8;PM2;EP;PD20,1;",
+     "<path d=\"M0 0h1m-1 0h10l-5 8zm0 0 20 1\"/>\n"},
     {"attributes that differ from the group's",
      "PW0.35;PD1,0;PU0,0;PC1,255,34,51;PW0;PD1,0;PU0,0;PW0.5;LA1,1,2,5;PD1,0;PU0,0;LA1,2,2,1;"
      "MC1,168;PD1,0;",
@@ -65,6 +67,10 @@ const ElementCase kElements[] = {
      "PW0.7;LT2;PU0,0;PD1,0;PU0,0;UL1,8,2,1;LT1;PD1,0;PU0,0;UL2,8,0;LT2;PD1,0;",
      "<path stroke-dasharray=\"240 100\" d=\"M0 0h1\"/>\n"
      "<path stroke-dasharray=\"8 2 1 0\" d=\"M0 0h1\"/>\n<path d=\"M0 0h1\"/>\n"},
+    {"the other line types", "LT1;PD1,0;PU0,0;LT4;PD1,0;PU0,0;LT6;PD1,0;",
+     "<path class=\"h\" stroke-dasharray=\"10 50\" d=\"M0 0h1\"/>\n"
+     "<path class=\"h\" stroke-dasharray=\"120 50 10 50\" d=\"M0 0h1\"/>\n"
+     "<path class=\"h\" stroke-dasharray=\"120 50 10 50 10 50\" d=\"M0 0h1\"/>\n"},
     {"dot is round whatever the line ends are", "PW0.35;LA1,1;PU3,3;PD;", "<path d=\"M3 3h0\"/>\n"},
     {"outlines", "PW0.35;PU10,20;EA-5,0;PU1,2;CI-3;PU9,0;AA0,0,360;",
      "<path d=\"M10 20h-15v-20h15z\"/>\n<circle cx=\"1\" cy=\"2\" r=\"3\"/>\n<path d=\"M9 0h0\"/>\n"
@@ -208,6 +214,10 @@ TEST(TextBuffer, WritesShortNumbersAndSafeText) {
     MemorySink sink;
     TextBuffer out(sink);
     out << 1.5 << ' ' << -0.00001 << ' ' << 100.0 << ' ' << 1.0 / 3.0 << ' ' << 1e300 << ' ';
+    const std::string beyond((1U << 17) + 1, 'x');  // more than is kept
+    out << beyond;
+    EXPECT_EQ(sink.text.substr(sink.text.size() - beyond.size()), beyond);
+    sink.text.resize(sink.text.size() - beyond.size());
     out.Escaped("<a b=\"c\">\x01&").Colour(0x00FF00).Colour(0x0000FE);
     out.Flush();
     EXPECT_EQ(sink.text,
