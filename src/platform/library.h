@@ -1,5 +1,5 @@
 // Library: a dynamic library loaded at run time, freed at the end of the scope. Test:
-// tests/platform/modules_test.cpp.
+// tests/archive/archive_test.cpp.
 #pragma once
 
 #include <windows.h>

@@ -3,7 +3,7 @@
 // They live in a table of the process, so that such a program needs no registry, no rights and no
 // clean-up, and leaves the classes of an installed engine alone. Code that creates classes by
 // ProgID asks ClassIdFromProgId, which knows the table and the system's ProgIDs. Test:
-// tests/platform/class_table_test.cpp.
+// tests/host/open_plot_test.cpp.
 #pragma once
 
 #include <objbase.h>

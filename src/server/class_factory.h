@@ -3,7 +3,7 @@
 //
 //   HRESULT (*make)(IUnknown* outer, REFIID, void**) = &MakeComponent<CQmFilterHPGL>;
 //
-// Test: tests/server/aggregation_test.cpp.
+// Test: tests/server/module_test.cpp.
 #pragma once
 
 #include "platform/com_object.h"

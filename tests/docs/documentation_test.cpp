@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <regex>
 #include <string>
 #include <vector>
@@ -46,91 +47,32 @@ std::vector<std::string> AllMatches(const std::string& text, const std::regex& p
 
 // ---------------------------------------------------------------- Quirks
 
-// A row of docs/quirks.md, or a comment of the code with the declarations that it may belong to.
-struct Quirk {
-    std::string file;
-    std::string where;  // the row's function; of a comment, the lines of code it can stand for
-    std::size_t line;
-};
-
-std::vector<Quirk> QuirkRows() {
+TEST(Documentation, QuirksAreTheCommentsOfTheCode) {
     static const std::regex kRow(
         R"(\| `([^`]+)` `([^`]+)` \| [^|]+ \| [^|]+ \|( [^|]+ \(`\w+`\) \|)?)");
-    std::vector<Quirk> rows;
-    const Lines lines = ReadLines(kRoot / "docs/quirks.md");
-    for (std::size_t i = 0; i < lines.size(); ++i) {
+    std::map<std::string, int> rows;  // by file
+    for (const std::string& line : ReadLines(kRoot / "docs/quirks.md")) {
         std::smatch row;
-        if (lines[i].compare(0, 3, "| `") != 0) continue;
-        if (std::regex_match(lines[i], row, kRow)) {
-            rows.push_back({"src/" + row.str(1), row.str(2), i + 1});
-        } else {
-            ADD_FAILURE()
-                << "docs/quirks.md:" << i + 1
-                << ": write the row as | `file` `function` | what | why | plotter (`switch`) |";
-        }
+        if (line.compare(0, 3, "| `") != 0) continue;
+        ASSERT_TRUE(std::regex_match(line, row, kRow))
+            << "write the row as | `file` `function` | what | why | plotter (`switch`) |: " << line;
+        const std::string file = "src/" + row.str(1);
+        ++rows[file];
+        const Lines code = ReadLines(kRoot / file);
+        const std::regex where("\\b" + row.str(2) + "\\b");
+        EXPECT_TRUE(std::any_of(
+            code.begin(), code.end(),
+            [&](const std::string& codeLine) { return std::regex_search(codeLine, where); }))
+            << "docs/quirks.md: " << file << " has no " << row.str(2);
     }
-    return rows;
-}
-
-bool IsCode(const std::string& line) {
-    const std::size_t start = line.find_first_not_of(' ');
-    return start != std::string::npos && line.compare(start, 2, "//") != 0;
-}
-
-// The statement or declaration behind a comment and, less and less indented, the lines above it
-// that it stands in.
-std::string CodeAround(const Lines& lines, std::size_t comment) {
-    std::string code;
-    std::size_t next = comment;
-    while (next < lines.size() && !IsCode(lines[next])) ++next;
-    for (; next < lines.size(); ++next) {
-        code += lines[next] + '\n';
-        if (lines[next].find_first_of(";{") != std::string::npos) break;
-    }
-    std::size_t indent = lines[comment].find_first_not_of(' ');
-    for (std::size_t i = comment; i-- > 0 && indent > 0;) {
-        const std::size_t start = lines[i].find_first_not_of(' ');
-        if (!IsCode(lines[i]) || start >= indent) continue;
-        code += lines[i] + '\n';
-        indent = start;
-    }
-    return code;
-}
-
-std::vector<Quirk> QuirkComments() {
-    std::vector<Quirk> comments;
     for (const std::string& file : SourcesBelow("src")) {
         const Lines lines = ReadLines(kRoot / file);
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            const bool inside = !IsCode(lines[i]) && lines[i].find("Quirk:") != std::string::npos;
-            if (inside || lines[i].find("// Quirk:") != std::string::npos)
-                comments.push_back({file, CodeAround(lines, i), i + 1});
-        }
+        const auto quirks = std::count_if(lines.begin(), lines.end(), [](const std::string& line) {
+            return std::regex_search(line, std::regex("//.*Quirk:"));
+        });
+        EXPECT_EQ(quirks, rows[file])
+            << file << ": docs/quirks.md has one row for each comment that says Quirk:";
     }
-    return comments;
-}
-
-bool StandsAt(const Quirk& row, const Quirk& comment) {
-    return row.file == comment.file &&
-           std::regex_search(comment.where, std::regex("\\b" + row.where + "\\b"));
-}
-
-TEST(Documentation, QuirksAreTheCommentsOfTheCode) {
-    const std::vector<Quirk> rows = QuirkRows();
-    const std::vector<Quirk> comments = QuirkComments();
-    for (const Quirk& row : rows) {
-        EXPECT_TRUE(std::any_of(comments.begin(), comments.end(),
-                                [&](const Quirk& comment) { return StandsAt(row, comment); }))
-            << "docs/quirks.md:" << row.line << ": " << row.file << " has no comment Quirk: at "
-            << row.where << "; correct the row, or take it out with the quirk";
-    }
-    for (const Quirk& comment : comments) {
-        EXPECT_TRUE(std::any_of(rows.begin(), rows.end(),
-                                [&](const Quirk& row) { return StandsAt(row, comment); }))
-            << comment.file << ":" << comment.line
-            << ": give the quirk a row in docs/quirks.md that names the function it is in";
-    }
-    EXPECT_EQ(rows.size(), comments.size()) << "docs/quirks.md has one row for each comment";
 }
 
 // ---------------------------------------------------------------- Tests
@@ -170,21 +112,15 @@ TEST(Documentation, HeadCommentsNameTestsThatExist) {
 
 TEST(Documentation, TestsAreBuilt) {
     for (const std::string& file : SourcesBelow("tests")) {
-        const fs::path path(file);
-        if (path.filename().string().find("_test.cpp") == std::string::npos) continue;
         // The list stands in the file's folder or, with the folder's name, in the one above it.
-        bool listed = false;
-        std::string name = path.filename().string();
-        for (fs::path folder = path.parent_path(); !listed && folder != "tests";
-             folder = folder.parent_path()) {
-            if (fs::exists(kRoot / folder / "CMakeLists.txt")) {
-                const Lines lines = ReadLines(kRoot / folder / "CMakeLists.txt");
-                listed = std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
-                    return line.find(name) != std::string::npos;
-                });
-            }
-            name = folder.filename().string() + '/' + name;
-        }
+        const std::string name = fs::path(file).filename().string();
+        if (name.find("_test.cpp") == std::string::npos) continue;
+        fs::path folder = kRoot / fs::path(file).parent_path();
+        if (!fs::exists(folder / "CMakeLists.txt")) folder = folder.parent_path();
+        const Lines lines = ReadLines(folder / "CMakeLists.txt");
+        const bool listed = std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
+            return line.find(name) != std::string::npos;
+        });
         EXPECT_TRUE(listed) << file << ": add it to the CMakeLists.txt of its folder";
     }
 }

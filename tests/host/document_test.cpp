@@ -14,12 +14,9 @@ using namespace qm;
 
 class HostDocument : public testing::Test {
   protected:
-    void SetUp() override { before_ = LiveObjectCount(); }
-    void TearDown() override { EXPECT_EQ(LiveObjectCount(), before_); }
+    void TearDown() override { EXPECT_EQ(LiveObjectCount(), 0); }
 
     static ComPtr<DocumentNode> Node(SHORT type) { return MakeObject<DocumentNode>(type); }
-
-    LONG before_ = 0;
 };
 
 TEST_F(HostDocument, AttributesAreCopiedAndReplaced) {
@@ -27,35 +24,23 @@ TEST_F(HostDocument, AttributesAreCopiedAndReplaced) {
     const Bstr name(L"LpiX");
     EXPECT_EQ(node->PutAttribute(name.Get(), Variant::Integer(1).Get(), 2), S_OK);
     EXPECT_EQ(node->PutAttribute(name.Get(), Variant::Double(1016.0).Get(), 0), S_OK);
-    EXPECT_EQ(node->PutAttribute(Bstr(L"LpiY").Get(), Variant::Double(508.0).Get(), 0), S_OK);
-    EXPECT_EQ(node->Attributes().Entries().size(), 2U);
-    EXPECT_EQ(node->Attributes().Number(L"LpiY", 0.0), 508.0);
+    EXPECT_EQ(node->Attributes().Entries().size(), 1U);
     Variant value;
     EXPECT_EQ(node->GetAttribute(name.Get(), 0, value.Put()), S_OK);
     EXPECT_EQ(value.AsDouble(), 1016.0);
     EXPECT_EQ(node->GetAttribute(Bstr(L"lpix").Get(), 0, value.Put()), E_INVALIDARG);
     EXPECT_EQ(value.Type(), VT_EMPTY);
-    EXPECT_EQ(node->GetAttribute(name.Get(), 0, nullptr), E_POINTER);
 }
 
 TEST_F(HostDocument, NodesHoldOnlyTheirKinds) {
-    const struct {
-        SHORT parent, child;
-        HRESULT status;
-    } rows[] = {{QM_DOCUMENT, QM_CONTENTS, S_OK},
-                {QM_CONTENTS, QM_CONTAINER, S_OK},
-                {QM_CONTAINER, QM_VECTOR_BLOCK, S_OK},
-                {QM_DOCUMENT, QM_VECTOR_BLOCK, E_INVALIDARG},
-                {QM_CONTAINER, QM_RASTER_BLOCK, E_INVALIDARG},
-                {QM_CONTENTS, QM_CONTENTS, E_INVALIDARG}};
-    for (const auto& row : rows) {
-        ComPtr<IUnknown> child;
-        const auto parent = Node(row.parent);
-        EXPECT_EQ(
-            parent->CreateChild(row.child, Variant::Text(L"a").Get(), Variant().Get(), child.Put()),
-            row.status)
-            << row.parent << ' ' << row.child;
-        EXPECT_EQ(static_cast<bool>(child), row.status == S_OK);
+    const std::pair<SHORT, SHORT> wrong[] = {{QM_DOCUMENT, QM_VECTOR_BLOCK},
+                                             {QM_CONTAINER, QM_RASTER_BLOCK},
+                                             {QM_CONTENTS, QM_CONTENTS}};
+    for (const auto& [parent, child] : wrong) {
+        ComPtr<IUnknown> made;
+        const Variant name = Variant::Text(L"a");
+        EXPECT_EQ(Node(parent)->CreateChild(child, name.Get(), Variant().Get(), made.Put()),
+                  E_INVALIDARG);
     }
 }
 
@@ -64,32 +49,14 @@ TEST_F(HostDocument, FindsChildrenByKindAndExactName) {
     const auto page = Node(QM_CONTAINER);
     const Variant name = Variant::Text(L"Page 1");
     EXPECT_EQ(contents->AddChild(name.Get(), page.Get(), 0), S_OK);
-    EXPECT_EQ(contents->AddChild(name.Get(), nullptr, 0), E_INVALIDARG);
     EXPECT_EQ(contents->AddChild(name.Get(), contents.Get(), 0), E_INVALIDARG);
     ComPtr<IUnknown> found;
     EXPECT_EQ(contents->GetChild(QM_CONTAINER, name.Get(), found.Put()), S_OK);
     EXPECT_EQ(OwnObject<DocumentNode>(found.Get()), page);
-    EXPECT_FALSE(OwnObject<DrawingBlock>(found.Get()));
     EXPECT_TRUE(
         FAILED(contents->GetChild(QM_CONTAINER, Variant::Text(L"page 1").Get(), found.Put())));
     EXPECT_TRUE(FAILED(contents->GetChild(QM_CONTENTS, name.Get(), found.Put())));
     EXPECT_FALSE(found);
-}
-
-TEST_F(HostDocument, LayersComeBackInOrder) {
-    const auto layers = MakeObject<LayerCollection>();
-    EXPECT_EQ(layers->AddLayer(3, Bstr(L"three").Get(), 0xFF, 1), S_OK);
-    EXPECT_EQ(layers->AddLayer(1, nullptr, 0, 0), S_OK);
-    const std::vector<PageLayer> all = ReadLayers(layers.Get());
-    ASSERT_EQ(all.size(), 2U);
-    EXPECT_EQ(all[0].number, 3);
-    EXPECT_EQ(all[0].name, L"three");
-    EXPECT_EQ(all[0].colour, 0xFFU);
-    EXPECT_TRUE(all[0].visible);
-    EXPECT_FALSE(all[1].visible);
-    EXPECT_EQ(layers->GetLayer(2, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG);
-    EXPECT_EQ(layers->GetLayer(-1, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG);
-    EXPECT_TRUE(ReadLayers(nullptr).empty());
 }
 
 TEST_F(HostDocument, PenTableLeavesWhatIsNotGiven) {
@@ -108,19 +75,19 @@ TEST_F(HostDocument, PenTableLeavesWhatIsNotGiven) {
     EXPECT_TRUE(count == 1 && number == 2);
     EXPECT_EQ(table->GetPenNumber(1, &number), E_INVALIDARG);
     EXPECT_TRUE(Query<IQmAttributes>(static_cast<IQmPenTable*>(table.Get())));
+    const auto layers = MakeObject<LayerCollection>();
+    EXPECT_EQ(layers->GetLayer(-1, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_EQ(layers->AddLayer(3, nullptr, 0, 0), S_OK);
+    EXPECT_FALSE(ReadLayers(layers.Get()).at(0).visible);
 }
 
-TEST_F(HostDocument, BlockFilesWhatTheContractAllows) {
+TEST_F(HostDocument, BlockRefusesWhatTheContractDoesNotAllow) {
     const auto block = MakeObject<DrawingBlock>();
     const LONG points[] = {0, 0, 5, 0, 5, 5};
     const LONG lengths[] = {2, 1};
     const LONG negative[] = {4, -1};
     const BYTE bytes[] = {0xAA, 0x55};
     VARIANT_BOOL empty = VARIANT_FALSE;
-    EXPECT_EQ(block->AppendDrawColor1(1, 2, 259), S_OK);
-    EXPECT_EQ(block->AppendLayer(4), S_OK);
-    EXPECT_EQ(block->IsEmpty(&empty), S_OK);
-    EXPECT_EQ(empty, VARIANT_TRUE);
     EXPECT_EQ(block->AppendPolygon(-1, points, VARIANT_TRUE), E_INVALIDARG);
     EXPECT_EQ(block->AppendPolygon(3, nullptr, VARIANT_TRUE), E_INVALIDARG);
     EXPECT_EQ(block->AppendPolyPolygon(2, lengths, 4, points, VARIANT_TRUE), E_INVALIDARG);
@@ -129,15 +96,8 @@ TEST_F(HostDocument, BlockFilesWhatTheContractAllows) {
     EXPECT_EQ(block->IsEmpty(&empty), S_OK);
     EXPECT_EQ(empty, VARIANT_TRUE);
     EXPECT_EQ(block->AppendPolyPolygon(2, lengths, 3, points, VARIANT_TRUE), S_OK);
-    EXPECT_EQ(block->AppendTextElement(1, 2, 3, 4, 0, 0, 0, Bstr(L"\u00e9").Get()), S_OK);
-    EXPECT_EQ(block->AppendArc3(1, 2, 3, 3, 0.0F, 180.0F), S_OK);
     EXPECT_EQ(block->AppendDib(0, 0, 1, 1, 2, bytes, 7), S_OK);
-    EXPECT_EQ(block->IsEmpty(&empty), S_OK);
-    EXPECT_EQ(empty, VARIANT_FALSE);
-    EXPECT_EQ(block->IsEmpty(nullptr), E_POINTER);
-    const PageSummary summary = Summarise(block->Drawing());
-    EXPECT_EQ(summary.polygons + summary.texts + summary.arcs + summary.pictures, 4U);
-    EXPECT_EQ(summary.extent.maxY, 5.0);
+    EXPECT_EQ(Summarise(block->Drawing()).extent.maxY, 5.0);
 }
 
 // Sums what it sees, so that a lost or repeated record at a chunk edge shows.
@@ -188,13 +148,9 @@ TEST(DisplayList, StateIsSmallAndLeavesTheListEmpty) {
     const std::uint8_t bits[] = {1, 2};
     DisplayList list;
     list.AppendColour(RecordKind::kDrawColour, 0xFF0102);
-    list.AppendColour(RecordKind::kFillColour, 5);
-    for (const RecordKind kind : {RecordKind::kLayer, RecordKind::kPen, RecordKind::kLineWidth,
-                                  RecordKind::kLineAttributes, RecordKind::kDrawMode}) {
-        list.AppendValue(kind, 9);
-    }
+    list.AppendValue(RecordKind::kLineWidth, 9);
     list.AppendFillStyle(3, -1);
-    EXPECT_EQ(list.UsedBytes(), 2 * 4U + 6 * 8U);
+    EXPECT_EQ(list.UsedBytes(), 4U + 2 * 8U);
     list.AppendLineDash(gaps, 3);
     list.DefineFillPattern({7, 9, 1, {bits, 2}});
     list.AppendClipRegion({nullptr, 0});
@@ -202,7 +158,6 @@ TEST(DisplayList, StateIsSmallAndLeavesTheListEmpty) {
     list.AppendValue(RecordKind::kLineStyle, 4);
     EXPECT_TRUE(list.IsEmpty());
     list.AppendLine({0, 0}, {1, 0});
-    EXPECT_FALSE(list.IsEmpty());
     Summing sums;
     Play(list, sums);
     EXPECT_EQ(sums.style.dashCount, 0U) << "a style replaces dashes";

@@ -32,10 +32,8 @@ TEST_F(HostTest, DeliversPagesAndProgress) {
     const PlotPage& page = plot.pages[1];
     EXPECT_EQ(page.Name(), L"Page 2");
     EXPECT_EQ(page.Rotation(), 90.0);
-    EXPECT_EQ(page.UnitsPerInch(), 1016.0);
     ASSERT_EQ(page.Layers().size(), 1U);
     EXPECT_EQ(page.Layers()[0].name, L"Layer no.: 2");
-    EXPECT_FALSE(page.Drawing().IsEmpty());
 }
 
 TEST_F(HostTest, AbortKeepsFinishedPages) {
@@ -46,6 +44,8 @@ TEST_F(HostTest, AbortKeepsFinishedPages) {
 
 TEST_F(HostTest, RefusesWhatIsNoPlotAndNeedsTheFilter) {
     OpenedPlot plot;
+    CoInitialize(nullptr);  // as each part of a program does for itself
+    CoUninitialize();
     EXPECT_EQ(Open(kPlot, plot), S_OK);
     EXPECT_EQ(Open("hello", plot), E_FAIL);
     EXPECT_TRUE(plot.pages.empty());
@@ -63,18 +63,20 @@ TEST_F(HostTest, ReadsFiles) {
     stream.Reset();
     ComPtr<IQmDataObject> source;
     ASSERT_EQ(OpenFileObject(file.Path(), source.Put()), S_OK);
-    Bstr name;
-    EXPECT_EQ(source->get_StorageName(name.Put()), S_OK);
-    EXPECT_EQ(name.View(), file.Path());
     OpenedPlot plot;
     EXPECT_EQ(OpenPlot(*source, {}, plot), S_OK);
     EXPECT_TRUE(FAILED(OpenFileObject(file.Path() + L"-absent", source.Put())));
 }
 
-TEST_F(HostTest, ProgIdsOutliveOtherThreads) {
+TEST_F(HostTest, ProgIdsOutliveOtherThreadsAndClassesBelongToTheirs) {
     CLSID clsid;
-    std::thread([] { const HostClasses other; }).join();
-    EXPECT_EQ(ClassIdFromProgId(L"Tessel.QmLayers", &clsid), S_OK);
+    std::thread([] {
+        const HostClasses other;
+        ComPtr<IClassFactory> factory;
+        EXPECT_TRUE(FAILED(CoGetClassObject(CLSID_QmFilterHPGL, CLSCTX_INPROC_SERVER, nullptr,
+                                            IID_IClassFactory, factory.PutVoid())));
+    }).join();
+    EXPECT_EQ(ClassIdFromProgId(L"tessel.QMLAYERS", &clsid), S_OK);
     classes_.reset();
     EXPECT_TRUE(FAILED(ClassIdFromProgId(L"Tessel.QmLayers", &clsid)));
 }

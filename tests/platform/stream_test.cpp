@@ -3,12 +3,10 @@
 #include <objbase.h>
 #include <shlwapi.h>
 
-#include <memory>
 #include <string>
 
 #include "platform/com_object.h"
 #include "platform/file_handle.h"
-#include "platform/write_only_stream.h"
 
 namespace {
 
@@ -20,28 +18,18 @@ LARGE_INTEGER Move(LONGLONG distance) {
     return move;
 }
 
-// Row of the parameterised tests: how a stream with nothing in it is made. The file, if any,
-// outlives the stream.
-struct Medium {
-    const char* name;
-    bool file;
-};
-
-void PrintTo(const Medium& medium, std::ostream* out) { *out << medium.name; }
-
-class Streams : public testing::TestWithParam<Medium> {
+// With true on a file, else in memory. The file outlives the stream.
+class Streams : public testing::TestWithParam<bool> {
   protected:
     void SetUp() override {
-        if (GetParam().file) {
+        if (GetParam()) {
             file_ = qm::TemporaryFile::Create(L"qmt");
-            ASSERT_TRUE(file_);
             ASSERT_EQ(SHCreateStreamOnFileW(file_.Path().c_str(), STGM_READWRITE, stream_.Put()),
                       S_OK);
         } else {
             ASSERT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, stream_.Put()), S_OK);
         }
     }
-    void TearDown() override { stream_.Reset(); }
 
     ULONGLONG Seek(LONGLONG distance, DWORD origin) {
         ULARGE_INTEGER position;
@@ -81,13 +69,8 @@ TEST_P(Streams, ReadSeekAndStat) {
     EXPECT_EQ(Read(100), "456789");
     EXPECT_EQ(Seek(-3, STREAM_SEEK_END), 7U);
     EXPECT_EQ(Read(1), "7");
-    // A seek before the start fails and moves nothing.
     EXPECT_TRUE(FAILED(stream_->Seek(Move(-11), STREAM_SEEK_END, nullptr)));
     EXPECT_EQ(Seek(0, STREAM_SEEK_CUR), 8U);
-    char byte = 0;
-    EXPECT_EQ(stream_->Read(&byte, 1, nullptr), S_OK);
-    EXPECT_EQ(byte, '8');
-    EXPECT_TRUE(qm::Query<ISequentialStream>(stream_.Get()));
 }
 
 TEST_P(Streams, WritesOverwriteExtendAndLeaveZeros) {
@@ -109,15 +92,6 @@ TEST_P(Streams, WritesOverwriteExtendAndLeaveZeros) {
     EXPECT_EQ(Read(20), std::string("abX\0\0", 5));
 }
 
-// Takes ten bytes of each write.
-class Narrow final : public qm::WriteOnlyStream {
-  public:
-    HRESULT STDMETHODCALLTYPE Write(const void*, ULONG, ULONG* done) noexcept override {
-        *done = 10;
-        return S_OK;
-    }
-};
-
 TEST_P(Streams, CopiesToAnother) {
     const std::string text(40000, 'x');
     Write(text + "end");
@@ -131,14 +105,9 @@ TEST_P(Streams, CopiesToAnother) {
     EXPECT_EQ(stream_->CopyTo(target.Get(), wanted, &read, &written), S_OK);
     EXPECT_EQ(read.QuadPart, 40002U);
     EXPECT_EQ(written.QuadPart, 40002U);
-    Seek(0, STREAM_SEEK_SET);
-    EXPECT_EQ(stream_->CopyTo(qm::MakeObject<Narrow>().Get(), wanted, nullptr, &written), S_OK);
-    EXPECT_EQ(written.QuadPart, 10U) << "ends where the target takes less";
 }
 
-INSTANTIATE_TEST_SUITE_P(Platform, Streams,
-                         testing::Values(Medium{"memory", false}, Medium{"file", true}),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Platform, Streams, testing::Bool());
 
 TEST(MemoryStream, BlockAndClonesAreShared) {
     const HGLOBAL memory = GlobalAlloc(GHND, 3);
@@ -151,9 +120,6 @@ TEST(MemoryStream, BlockAndClonesAreShared) {
     char text[4] = {};
     ASSERT_EQ(clone->Read(text, 3, nullptr), S_OK);
     EXPECT_STREQ(text, "abc");
-    HGLOBAL behind = nullptr;
-    EXPECT_EQ(GetHGlobalFromStream(clone.Get(), &behind), S_OK);
-    EXPECT_EQ(behind, memory);
     clone.Reset();
     EXPECT_GE(GlobalSize(memory), 3U);  // not the stream's to free
     GlobalFree(memory);

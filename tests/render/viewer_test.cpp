@@ -9,21 +9,12 @@
 #include "common/numbers.h"
 #include "render/viewer/deflate_sink.h"
 #include "render/viewer/page_encoder.h"
+#include "tests/common/hex_text.h"
 #include "tests/render/memory_sink.h"
 
 namespace {
 
 using namespace qm;
-
-std::string Hex(std::string_view bytes) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::string text;
-    for (const char byte : bytes) {
-        text += kDigits[static_cast<unsigned char>(byte) >> 4];
-        text += kDigits[static_cast<unsigned char>(byte) & 15];
-    }
-    return text;
-}
 
 // "RECORDS X Y BYTES" of the only block, each column in hexadecimal.
 std::string Columns(const DisplayList& list) {
@@ -35,7 +26,8 @@ std::string Columns(const DisplayList& list) {
     std::size_t at = 4;
     for (std::size_t column = 0; column < 4; ++column) {
         const auto length = static_cast<std::size_t>(sink.text[column]);
-        text += (column > 0 ? " " : "") + Hex(std::string_view(sink.text).substr(at, length));
+        text += (column > 0 ? " " : "") +
+                ToHex(reinterpret_cast<const std::uint8_t*>(&sink.text[at]), length);
         at += length;
     }
     EXPECT_EQ(at, sink.text.size());
@@ -53,23 +45,23 @@ const PointI kSquare[] = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
 
 // clang-format off
 const EncodedRow kEncoded[] = {
-    {"a line", [](auto& list) { list.AppendLine({1, 2}, {4, -2}); }, "0d 0206 0407 "},
+    {"a line", [](auto& list) { list.AppendLine({1, 2}, {4, -2}); }, "0D 0206 0407 "},
     {"lines that continue",
      [](auto& list) { list.AppendLine({0, 0}, {5, 0}); list.AppendLine({5, 0}, {5, 64}); },
-     "0e 000a00 00008001 "},
+     "0E 000A00 00008001 "},
     {"an area", [](auto& list) { list.AppendPolygon({kSquare, 4}, true); },
      "020104 00140013 00001400 "},
     {"a circle and a disc",
      [](auto& list) { list.AppendCircle({1, 1}, -7, false); list.AppendCircle({1, 1}, 200, true); },
-     "030704c801 0200 0200 "},
+     "030704C801 0200 0200 "},
     {"a text", [](auto& list) { list.AppendText({{0, 0}, {5, 9}}, "</b>"); },
-     "0604 000a 0012 3c2f623e"},
+     "0604 000A 0012 3C2F623E"},
     {"a new attribute that changes nothing",
      [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendValue(RecordKind::kPen, 3);
-         list.AppendLine({0, 0}, {1, 1}); }, "0d0d 00020102 00020102 "},
+         list.AppendLine({0, 0}, {1, 1}); }, "0D0D 00020102 00020102 "},
     {"a pen that draws nothing",
      [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendValue(RecordKind::kDrawMode, 11);
-         list.AppendLine({5, 5}, {6, 6}); }, "0d000100000000000000000000040000 0002 0002 "},
+         list.AppendLine({5, 5}, {6, 6}); }, "0D000100000000000000000000040000 0002 0002 "},
 };
 // clang-format on
 

@@ -15,7 +15,6 @@ TEST(TextFormat, DoublesAlwaysLookLikeDoubles) {
     } rows[] = {
         {1016.0, "1016.0"},
         {0.5, "0.5"},
-        {6.2831853, "6.2831853"},
         {-0.0, "-0.0"},
         {1e300, "1e+300"},
         {1570.796325, "1570.79633"},
@@ -29,14 +28,11 @@ TEST(TextFormat, DoublesAlwaysLookLikeDoubles) {
     }
 }
 
-TEST(TextFormat, StringsEscapeQuotesControlsAndHighBytes) {
+TEST(TextFormat, StringsEscapeQuotesControlsAndHighBytesAndHexKeepsItsDigits) {
     std::string out;
     AppendQuoted(out, "a\"b\\c\x01\x7F\xFC ~");
     EXPECT_EQ(out, "\"a\\\"b\\\\c\\x01\\x7F\\xFC ~\"");
-}
-
-TEST(TextFormat, HexKeepsItsDigits) {
-    std::string out;
+    out.clear();
     AppendHexNumber(out, 0xAB, 6);
     AppendHexNumber(out, 0x1100, 1);
     EXPECT_EQ(out, "0x0000AB0x1100");

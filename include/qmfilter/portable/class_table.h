@@ -3,7 +3,7 @@
 // A class object belongs to the thread that registered it, as it belongs to that thread's apartment
 // on Windows: each thread that reads a plot registers its own host classes, and needs no lock.
 // ProgIDs are in platform/prog_id.h. Test:
-// tests/platform/class_table_test.cpp.
+// tests/host/open_plot_test.cpp.
 #pragma once
 
 #include "qmfilter/portable/interfaces.h"

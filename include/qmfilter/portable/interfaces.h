@@ -3,7 +3,7 @@
 //
 // Interfaces have no virtual destructor: it would shift the methods that follow. Identifiers are
 // defined in interfaces.cpp. Tests: tests/platform/com_object_test.cpp,
-// tests/platform/class_table_test.cpp.
+// tests/host/open_plot_test.cpp.
 #pragma once
 
 #include "qmfilter/portable/types.h"

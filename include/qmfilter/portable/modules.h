@@ -2,7 +2,7 @@
 //
 // "NAME.dll" stands for the shared object "NAME.so": first beside the executable, then wherever the
 // system's loader looks (run path, LD_LIBRARY_PATH, standard folders). A name with a folder is
-// opened there only. The current folder is never searched. Test: tests/platform/modules_test.cpp.
+// opened there only. The current folder is never searched. Test: tests/archive/archive_test.cpp.
 #pragma once
 
 #include "qmfilter/portable/types.h"

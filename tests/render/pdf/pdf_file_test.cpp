@@ -7,7 +7,6 @@
 #include <limits>
 
 #include "render/pdf/pdf_syntax.h"
-#include "tests/render/memory_sink.h"
 #include "tests/render/pdf/pdf_reader.h"
 
 namespace {
@@ -24,16 +23,12 @@ TEST(PdfFile, FindsEveryObjectAgain) {
     const ObjectNumber many = file.NewObject();
     std::string noise;
     std::uint32_t seed = 1;
-    file.BeginStream(many, "/Kind 2");
-    for (int piece = 0; piece < 10; ++piece) {
-        std::string part;
-        for (int i = 0; i < 100000; ++i) {
-            seed = seed * 1664525U + 1013904223U;
-            part += static_cast<char>(seed >> 24);
-        }
-        file.Append(part);
-        noise += part;
+    while (noise.size() < 1000000) {
+        seed = seed * 1664525U + 1013904223U;
+        noise += static_cast<char>(seed >> 24);
     }
+    file.BeginStream(many, "/Kind 2");
+    for (std::size_t at = 0; at < noise.size(); at += 100000) file.Append(noise.substr(at, 100000));
     file.EndStream();
     // More objects than one object stream holds.
     std::vector<ObjectNumber> small;

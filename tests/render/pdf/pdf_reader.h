@@ -5,10 +5,16 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "host/display_list.h"
+#include "render/page_writers.h"
+#include "tests/render/memory_sink.h"
 
 namespace qm {
 
@@ -44,12 +50,10 @@ class PdfReader {
         }
         return kNone;
     }
-    std::size_t Count(std::string_view text) const {
-        std::size_t count = 0;
-        for (const auto& [number, object] : objects) {
-            if (object.value.find(text) != std::string::npos) ++count;
-        }
-        return count;
+    std::ptrdiff_t Count(std::string_view text) const {
+        return std::count_if(objects.begin(), objects.end(), [&](const auto& entry) {
+            return entry.second.value.find(text) != std::string::npos;
+        });
     }
     // The list behind `key` of the index-th page.
     std::string OfPage(std::size_t index, const std::string& key) const {
@@ -147,5 +151,22 @@ class PdfReader {
 
     std::string text_;
 };
+
+inline PageSource SourceOf(const DisplayList& list) {
+    PageSource page;
+    page.drawing = &list;
+    page.name = "Page 1";
+    return page;
+}
+
+inline std::string PdfText(const std::vector<PageSource>& pages) {
+    PageOptions options;
+    options.marginMillimetres = 0.0;
+    MemorySink sink;
+    WritePdf(pages, options, sink);
+    return sink.text;
+}
+inline PdfReader Pdf(const std::vector<PageSource>& pages) { return PdfReader(PdfText(pages)); }
+inline PdfReader Pdf(const DisplayList& list) { return Pdf({SourceOf(list)}); }
 
 }  // namespace qm

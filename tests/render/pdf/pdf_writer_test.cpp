@@ -5,29 +5,11 @@
 #include <functional>
 
 #include "common/tool_error.h"
-#include "host/display_list.h"
-#include "render/page_writers.h"
-#include "tests/render/memory_sink.h"
 #include "tests/render/pdf/pdf_reader.h"
 
 namespace {
 
 using namespace qm;
-
-PageSource SourceOf(const DisplayList& list) {
-    PageSource page;
-    page.drawing = &list;
-    page.name = "Page 1";
-    return page;
-}
-
-std::string Pdf(const std::vector<PageSource>& pages) {
-    PageOptions options;
-    options.marginMillimetres = 0.0;
-    MemorySink sink;
-    WritePdf(pages, options, sink);
-    return sink.text;
-}
 
 // Empty: not set.
 void SetSourceDate(const char* text) {
@@ -43,8 +25,6 @@ struct ContentCase {
     std::function<void(DisplayList&)> append;
     const char* operators;  // inside the group of layer 0, with its pen
 };
-
-void PrintTo(const ContentCase& row, std::ostream* out) { *out << row.name; }
 
 constexpr auto kWidth = RecordKind::kLineWidth;
 constexpr auto kAttributes = RecordKind::kLineAttributes;
@@ -125,18 +105,16 @@ const ContentCase kContents[] = {
 };
 // clang-format on
 
-class PdfContents : public testing::TestWithParam<ContentCase> {};
-
-TEST_P(PdfContents, AreWritten) {
-    DisplayList list;
-    list.AppendValue(kWidth, 2);
-    list.AppendRectangle({{0, 0}, {0, 0}}, false);
-    GetParam().append(list);
-    const std::string start = "/OC/L0 BDC\n2 w\n1 J\n1 j\n0 0 0 0 re\nS\n";
-    EXPECT_EQ(PdfReader(Pdf({SourceOf(list)})).Content(), start + GetParam().operators + "EMC\n");
+TEST(PdfWriter, WritesTheOperatorsOfAPage) {
+    for (const ContentCase& row : kContents) {
+        DisplayList list;
+        list.AppendValue(kWidth, 2);
+        list.AppendRectangle({{0, 0}, {0, 0}}, false);
+        row.append(list);
+        const std::string start = "/OC/L0 BDC\n2 w\n1 J\n1 j\n0 0 0 0 re\nS\n";
+        EXPECT_EQ(Pdf(list).Content(), start + row.operators + "EMC\n") << row.name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(PdfWriter, PdfContents, testing::ValuesIn(kContents));
 
 TEST(PdfWriter, CutsLongPolylinesWithTheirDashes) {
     std::vector<PointI> points(2500);
@@ -144,7 +122,7 @@ TEST(PdfWriter, CutsLongPolylinesWithTheirDashes) {
     DisplayList list;
     list.AppendLineDash(kDashes, 2);
     list.AppendPolygon({points.data(), points.size()}, false);
-    const std::string content = PdfReader(Pdf({SourceOf(list)})).Content();
+    const std::string content = Pdf(list).Content();
     // Pieces of 1000 lines, the last one of each drawn twice; 999 x 3 = 299 x 10 + 7.
     EXPECT_NE(content.find("3000 0 l\nS\n[8 2] 7 d\n2997 0 m\n3000 0 l\n"), std::string::npos);
     EXPECT_NE(content.find("[8 2] 4 d\n5994 0 m\n"), std::string::npos);
@@ -153,7 +131,7 @@ TEST(PdfWriter, CutsLongPolylinesWithTheirDashes) {
 TEST(PdfWriter, ThePenOfWidthNoughtShows) {
     DisplayList list;
     list.AppendLine({0, 0}, {9, 0});
-    const std::string content = PdfReader(Pdf({SourceOf(list)})).Content();
+    const std::string content = Pdf(list).Content();
     EXPECT_NE(content.find(" w\n"), std::string::npos) << content;
     EXPECT_EQ(content.find("\n0 w\n"), std::string::npos) << content;
 }
@@ -165,20 +143,20 @@ TEST(PdfWriter, PlacesPagesOnSheetsOfTheirSize) {
     DisplayList large;
     large.AppendValue(kWidth, 2);
     large.AppendLine({2000000001, 0}, {2000000000 + 1016 * 500 - 1, 0});
-    const PdfReader reader(Pdf({SourceOf(small), SourceOf(large)}));
+    const PdfReader reader = Pdf({SourceOf(small), SourceOf(large)});
     EXPECT_EQ(reader.OfPage(0, "/MediaBox"), "0 0 288 72");
     const std::string placed = "0.070866141732 0 0 0.070866141732 -72 -72 cm 3 Tr\n";
     EXPECT_EQ(reader.WholeContent(0).substr(0, placed.size()), placed);
     // 500 inches in units of 3 points, coordinates from the drawing's corner.
     EXPECT_EQ(reader.OfPage(1, "/MediaBox"), "0 0 12000 0.0472");
-    EXPECT_EQ(reader.Count("/UserUnit 3/"), 1U);
+    EXPECT_EQ(reader.Count("/UserUnit 3/"), 1);
     EXPECT_NE(reader.Content(1).find("\n1 1 m\n507999 1 l\n"), std::string::npos);
 }
 
 TEST(PdfWriter, RefusesWhatNoPageHolds) {
     DisplayList list;
     list.AppendLine({INT32_MIN, INT32_MIN}, {INT32_MAX, INT32_MAX});
-    EXPECT_NO_THROW(Pdf({SourceOf(list)}));
+    EXPECT_NO_THROW(Pdf(list));
     PageSource page = SourceOf(list);
     page.unitsPerInch = 1.0;
     EXPECT_THROW(Pdf({page}), PageError);
@@ -198,7 +176,7 @@ TEST(PdfWriter, ListsEachPenAsALayerOfAllPages) {
                                         {2, L"D\u00fcnn (hidden)", 0, false}};
     PageSource page = SourceOf(list);
     page.layers = &layers;
-    const PdfReader reader(Pdf({page, page}));
+    const PdfReader reader = Pdf({page, page});
     std::map<std::string, std::string> groups;
     for (const auto& [number, object] : reader.objects) {
         if (object.value.rfind("<</Type/OCG/Name", 0) != 0) continue;
@@ -210,21 +188,21 @@ TEST(PdfWriter, ListsEachPenAsALayerOfAllPages) {
         groups["<FEFF004400FC006E006E0020002800680069006400640065006E0029>>>"];
     EXPECT_EQ(reader.Count("/OCProperties<</OCGs[" + walls + hidden + "]/D<</Order[" + walls +
                            hidden + "]/OFF[" + hidden + "]>>>>"),
-              1U);
-    EXPECT_EQ(reader.Count("/Properties<</L2 "), 2U);
+              1);
+    EXPECT_EQ(reader.Count("/Properties<</L2 "), 2);
 }
 
 TEST(PdfWriter, MixesWithWhitePaper) {
     DisplayList list;
     list.AppendRectangle({{0, 0}, {1016, 1016}}, true);
-    EXPECT_EQ(PdfReader(Pdf({SourceOf(list)})).Count("/Group"), 0U);
+    EXPECT_EQ(Pdf(list).Count("/Group"), 0);
     list.AppendValue(RecordKind::kDrawMode, 15);
     list.AppendRectangle({{0, 0}, {1016, 508}}, true);
-    const PdfReader reader(Pdf({SourceOf(list)}));
+    const PdfReader reader = Pdf(list);
     EXPECT_EQ(reader.WholeContent().rfind("1 g 0 0 72 72 re f 0 g\n", 0), 0U);
     EXPECT_NE(reader.Content().find("/Lighten gs\n"), std::string::npos);
-    EXPECT_EQ(reader.Count("/Lighten<</BM/Lighten>>"), 1U);
-    EXPECT_EQ(reader.Count("/Group<</S/Transparency"), 1U);
+    EXPECT_EQ(reader.Count("/Lighten<</BM/Lighten>>"), 1);
+    EXPECT_EQ(reader.Count("/Group<</S/Transparency"), 1);
 }
 
 TEST(PdfWriter, RepeatsAPatternInTheDrawing) {
@@ -232,7 +210,7 @@ TEST(PdfWriter, RepeatsAPatternInTheDrawing) {
     list.DefineFillPattern({1, 2, 1, {kDots, 2}});
     list.AppendFillStyle(3, 1);
     list.AppendRectangle({{0, 0}, {1016, 1016}}, true);
-    const PdfReader reader(Pdf({SourceOf(list)}));
+    const PdfReader reader = Pdf(list);
     const PdfReader::Object& pattern = reader.Find("/Type/Pattern");
     EXPECT_NE(pattern.value.find("/BBox[0 0 64 64]/XStep 64/YStep 64/Matrix[0.24 0 0 -0.24 0 0]"),
               std::string::npos);
@@ -246,14 +224,14 @@ TEST(PdfWriter, SaysWhatItIs) {
     DisplayList list;
     list.AppendLine({0, 0}, {9, 9});
     SetSourceDate("");
-    const std::string text = Pdf({SourceOf(list)});
+    const std::string text = PdfText({SourceOf(list)});
     const PdfReader reader(text);
-    EXPECT_EQ(reader.Count("<</Title(Page 1)/Creator(qmplot)/Producer(QmFilter HPGL)>>"), 1U);
-    EXPECT_EQ(reader.Count("/PageLabels<</Nums[0<</P(Page 1)>>]>>"), 1U);
+    EXPECT_EQ(reader.Count("<</Title(Page 1)/Creator(qmplot)/Producer(QmFilter HPGL)>>"), 1);
+    EXPECT_EQ(reader.Count("/PageLabels<</Nums[0<</P(Page 1)>>]>>"), 1);
     SetSourceDate("1709208000");
-    EXPECT_EQ(PdfReader(Pdf({SourceOf(list)})).Count("/CreationDate(D:20240229120000Z)"), 1U);
+    EXPECT_EQ(Pdf(list).Count("/CreationDate(D:20240229120000Z)"), 1);
     SetSourceDate("tomorrow");
-    EXPECT_TRUE(Pdf({SourceOf(list)}) == text);
+    EXPECT_TRUE(PdfText({SourceOf(list)}) == text);
     SetSourceDate("");
 }
 

@@ -2,9 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "common/packed_bitmap.h"
-#include "host/display_list.h"
-#include "render/page_writers.h"
-#include "tests/render/memory_sink.h"
 #include "tests/render/pdf/pdf_reader.h"
 
 namespace {
@@ -21,8 +18,6 @@ struct PictureCase {
     std::string stream;
     const char* content;
 };
-
-void PrintTo(const PictureCase& row, std::ostream* out) { *out << row.name; }
 
 const PaletteEntry kWhite{255, 255, 255, 0};
 const PaletteEntry kBlack{};
@@ -53,61 +48,43 @@ const PictureCase kPictures[] = {
 };
 // clang-format on
 
-class PdfPictures : public testing::TestWithParam<PictureCase> {};
-
-TEST_P(PdfPictures, KeepTheirDepth) {
-    const PictureCase& row = GetParam();
-    std::vector<std::uint8_t> bitmap(*PackedBitmapSize(3, 2, row.bits));
-    std::vector<PaletteEntry> colours = row.colours;
-    colours.resize(PackedColourCount(row.bits));
-    std::uint8_t* const rows = WritePackedHeader(bitmap.data(), 3, 2, row.bits, colours.data());
-    std::copy(row.rows.begin(), row.rows.end(), rows);
-    DisplayList list;
-    list.AppendRectangle({{0, 0}, {9, 9}}, true);
-    list.AppendPicture({{35, 7}, {-5, 27}}, row.operation, {bitmap.data(), bitmap.size()});
-    PageSource page;
-    page.drawing = &list;
-    MemorySink sink;
-    WritePdf({page}, {}, sink);
-    const PdfReader reader(sink.text);
-    const PdfReader::Object& picture = reader.Find("/Subtype/Image/Width 3/Height 2");
-    EXPECT_NE(picture.value.find(row.entries), std::string::npos) << picture.value;
-    EXPECT_EQ(picture.stream, row.stream);
-    EXPECT_EQ(reader.Content(),
-              "/OC/L0 BDC\n0 0 9 9 re\nf*\n" + std::string(row.content) + "EMC\n");
+// A bitmap of 3 x 2 dots.
+std::vector<std::uint8_t> Bitmap(int bits, std::vector<PaletteEntry> colours = {},
+                                 const std::vector<std::uint8_t>& dots = {}) {
+    std::vector<std::uint8_t> bitmap(*PackedBitmapSize(3, 2, bits));
+    colours.resize(PackedColourCount(bits));
+    std::copy(dots.begin(), dots.end(),
+              WritePackedHeader(bitmap.data(), 3, 2, bits, colours.data()));
+    return bitmap;
 }
 
-INSTANTIATE_TEST_SUITE_P(PdfWriter, PdfPictures, testing::ValuesIn(kPictures));
+TEST(PdfPictures, KeepTheirDepth) {
+    for (const PictureCase& row : kPictures) {
+        SCOPED_TRACE(row.name);
+        const auto bitmap = Bitmap(row.bits, row.colours, row.rows);
+        DisplayList list;
+        list.AppendRectangle({{0, 0}, {9, 9}}, true);
+        list.AppendPicture({{35, 7}, {-5, 27}}, row.operation, {bitmap.data(), bitmap.size()});
+        const PdfReader reader = Pdf(list);
+        const PdfReader::Object& picture = reader.Find("/Subtype/Image/Width 3/Height 2");
+        EXPECT_NE(picture.value.find(row.entries), std::string::npos) << picture.value;
+        EXPECT_EQ(picture.stream, row.stream);
+        EXPECT_EQ(reader.Content(),
+                  "/OC/L0 BDC\n0 0 9 9 re\nf*\n" + std::string(row.content) + "EMC\n");
+    }
+}
 
-TEST(PdfPictures, OnBarePaperNeedNoMask) {
-    std::vector<std::uint8_t> block(*PackedBitmapSize(3, 2, 24));
-    WritePackedHeader(block.data(), 3, 2, 24, nullptr);
+TEST(PdfPictures, OnBarePaperNeedNoMaskAndWithoutAreaOrBitsAreLeftOut) {
+    const auto block = Bitmap(24);
     DisplayList list;
     for (const std::int32_t x : {0, 10, 15}) {
         list.AppendPicture({{x, 0}, {x + 10, 10}}, 252, {block.data(), block.size()});
     }
-    PageSource page;
-    page.drawing = &list;
-    MemorySink sink;
-    WritePdf({page}, {}, sink);
-    const PdfReader reader(sink.text);
-    EXPECT_EQ(reader.Count("/Subtype/Image"), 3U);
-    EXPECT_EQ(reader.Count("/Mask["), 1U);  // the one that lies over the second
-}
-
-TEST(PdfPictures, WithoutAreaOrBitsAreLeftOut) {
-    const std::uint8_t noBitmap[] = {1, 2, 3};
-    DisplayList list;
-    list.AppendLine({0, 0}, {9, 9});
-    list.AppendPicture({{0, 0}, {9, 9}}, 252, {noBitmap, 3});
-    std::vector<std::uint8_t> bitmap(*PackedBitmapSize(3, 2, 1));
-    WritePackedHeader(bitmap.data(), 3, 2, 1, nullptr);
-    list.AppendPicture({{0, 0}, {9, 0}}, 252, {bitmap.data(), bitmap.size()});
-    PageSource page;
-    page.drawing = &list;
-    MemorySink sink;
-    WritePdf({page}, {}, sink);
-    EXPECT_EQ(PdfReader(sink.text).Count("/Subtype/Image"), 0U);
+    list.AppendPicture({{0, 0}, {9, 9}}, 252, {block.data(), 3});
+    list.AppendPicture({{0, 0}, {9, 0}}, 252, {block.data(), block.size()});
+    const PdfReader reader = Pdf(list);
+    EXPECT_EQ(reader.Count("/Subtype/Image"), 3);
+    EXPECT_EQ(reader.Count("/Mask["), 1);  // the one that lies over the second
 }
 
 }  // namespace

@@ -1,9 +1,6 @@
 // Searchable texts and the strokes that show them: order, direction, letters by reference.
 #include <gtest/gtest.h>
 
-#include "host/display_list.h"
-#include "render/page_writers.h"
-#include "tests/render/memory_sink.h"
 #include "tests/render/pdf/pdf_reader.h"
 
 namespace {
@@ -11,17 +8,14 @@ namespace {
 using namespace qm;
 
 // Two pages of the same drawing.
-PdfReader Pdf(const DisplayList& list, double rotation = 0.0) {
-    PageSource page;
-    page.drawing = &list;
+PdfReader TwoPages(const DisplayList& list, double rotation = 0.0) {
+    PageSource page = SourceOf(list);
     page.rotation = rotation;
-    MemorySink sink;
-    WritePdf({page, page}, {}, sink);
-    return PdfReader(sink.text);
+    return Pdf({page, page});
 }
 
 std::string Texts(const DisplayList& list, double rotation = 0.0) {
-    const std::string content = Pdf(list, rotation).Content();
+    const std::string content = TwoPages(list, rotation).Content();
     const std::size_t at = content.find("BT\n");
     return at == std::string::npos ? "" : content.substr(at, content.rfind("EMC") - at);
 }
@@ -76,16 +70,13 @@ TEST(TextFonts, MapCodesToUnicode) {
     DisplayList list;
     list.AppendLine({0, 0}, {900, 900});
     list.AppendText({{0, 0}, {100, 36}}, "B\xC3\xA9\xF0\x9F\x98\x80");
-    const PdfReader reader = Pdf(list);
-    EXPECT_EQ(reader.Count("/Subtype/Type3"), 1U);
-    EXPECT_EQ(reader.Count("/FirstChar 66/LastChar 129/"), 1U);
-    bool mapped = false;
-    for (const auto& [number, object] : reader.objects) {
-        mapped = mapped || object.stream.find(
-                               "3 beginbfchar\n<42><0042>\n<80><00E9>\n"
-                               "<81><D83DDE00>\nendbfchar") != std::string::npos;
-    }
-    EXPECT_TRUE(mapped);
+    const PdfReader reader = TwoPages(list);
+    EXPECT_EQ(reader.Count("/Subtype/Type3"), 1);
+    EXPECT_EQ(reader.Count("/FirstChar 66/LastChar 129/"), 1);
+    std::string streams;
+    for (const auto& [number, object] : reader.objects) streams += object.stream;
+    const char* codes = "3 beginbfchar\n<42><0042>\n<80><00E9>\n<81><D83DDE00>\nendbfchar";
+    EXPECT_NE(streams.find(codes), std::string::npos);
 }
 
 TEST(GlyphShapes, LettersThatComeBackAreForms) {
@@ -96,8 +87,8 @@ TEST(GlyphShapes, LettersThatComeBackAreForms) {
         AppendLetter(list, 30, 100 * i);
         list.AppendText({{0, 100 * i}, {50, 100 * i + 36}}, "VV");
     }
-    const PdfReader reader = Pdf(list);
-    EXPECT_EQ(reader.Count("/Subtype/Form"), 1U);
+    const PdfReader reader = TwoPages(list);
+    EXPECT_EQ(reader.Count("/Subtype/Form"), 1);
     EXPECT_EQ(reader.Find("/Subtype/Form").stream, "0 0 m\n10 -36 l\n20 0 l\nS");
     // Four times as strokes, then a row by reference; on the next page at once.
     EXPECT_NE(reader.Content(0).find("30 136 m\n40 100 l\n50 136 l\nS\n"
@@ -106,7 +97,7 @@ TEST(GlyphShapes, LettersThatComeBackAreForms) {
         << reader.Content(0);
     EXPECT_NE(reader.Content(1).find("3 w\n1 J\n1 j\nq\n1 0 0 1 0 36 cm/g1 Do\n"),
               std::string::npos);
-    EXPECT_EQ(reader.Count("/XObject<</g1 "), 2U);
+    EXPECT_EQ(reader.Count("/XObject<</g1 "), 2);
 }
 
 TEST(GlyphShapes, StrokesOutsideTheTextStayStrokes) {
@@ -115,7 +106,7 @@ TEST(GlyphShapes, StrokesOutsideTheTextStayStrokes) {
         AppendLetter(list, 0, 100 * i);
         list.AppendText({{500, 0}, {550, 36}}, "VV");
     }
-    EXPECT_EQ(Pdf(list).Count("/Subtype/Form"), 0U);
+    EXPECT_EQ(TwoPages(list).Count("/Subtype/Form"), 0);
 }
 
 }  // namespace
