@@ -61,6 +61,10 @@ void DoEscape(Plotter& plotter, std::uint8_t next) {
         case 'p':
         case 'c':
             return EnterRasterMode(plotter, next);
+        case 'E':
+            // Quirk: not known here; the page goes on in the plot language.
+            if (plotter.reading.drawsPrintJobs) EnterRasterMode(plotter, next);
+            return;
         case '.':
             return DeviceControl(plotter.in.input);
         default:

@@ -20,6 +20,9 @@ Reading Reading::Plotter(const Sheet& sheet) {
     reading.drawsPenDown = true;
     reading.joinsRuns = true;
     reading.clipsCircles = true;
+    reading.endsPictures = true;
+    reading.invertsPictures = true;
+    reading.drawsPrintJobs = true;
     reading.sheet = sheet;
     return reading;
 }

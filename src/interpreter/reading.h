@@ -48,6 +48,11 @@ struct Reading {
     bool joinsRuns = false;     // long curves and PE commands have no gaps
     bool clipsCircles = false;  // the window clips CI too
 
+    // --- Pictures -------------------------------------------------------------------------------
+    bool endsPictures = false;     // ESC E, ESC*rB and ESC*rC finish an open picture
+    bool invertsPictures = false;  // raster operation 51 shows the negative
+    bool drawsPrintJobs = false;   // ESC E enters the raster language, PCL jobs have pictures
+
     Sheet sheet;
 };
 

@@ -81,7 +81,8 @@ void Resolution(EscapeValue value, RasterState& raster);
 void SourceHeight(EscapeValue value, RasterState& raster);
 void SourceWidth(EscapeValue value, RasterState& raster);
 // ESC E takes no value and stands in no table.
-void PrinterReset(PageState& page, LineState& lines, RasterState& raster, Output& out);
+void EndPicture(const JobState& job, const PageState& page, RasterState& raster, Drawing& drawing);
+void PrinterReset(const JobState& job, PageState& page, RasterState& raster, Drawing& drawing);
 
 }  // namespace escapes
 }  // namespace qm

@@ -2,7 +2,9 @@
 // escape_table.h.
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/reading.h"
 #include "raster/escape_table.h"
+#include "raster/picture.h"
 
 namespace qm {
 
@@ -86,11 +88,17 @@ void MergeMode(EscapeValue value, LineState& lines) {
     if (value.number >= 0 && value.number <= 255) lines.MergeOpcode = value.number;
 }
 
+// ESC*rB ESC*rC. Quirk: an open picture stays open, and what follows goes on with it.
+void EndPicture(const JobState& job, const PageState& page, RasterState& raster, Drawing& drawing) {
+    if (drawing.reading.endsPictures) FinishPicture(raster, job, page, drawing);
+}
+
 // ESC E: ends the page when something was drawn on it.
 // Quirk: an open picture stays open. It is finished later, on the next page and at the resolution
 // and the position that this command sets; rows that still come overwrite it from its first row on.
-void PrinterReset(PageState& page, LineState& lines, RasterState& raster, Output& out) {
-    EndCurrentPage(page, lines, out);
+void PrinterReset(const JobState& job, PageState& page, RasterState& raster, Drawing& drawing) {
+    if (drawing.reading.endsPictures) FinishPicture(raster, job, page, drawing);
+    EndCurrentPage(page, drawing.lines, drawing.out);
     raster.frame.resolution = 300;
     raster.frame.destinationWidth = 0;
     raster.frame.destinationHeight = 0;

@@ -9,11 +9,15 @@
 #include "interpreter/envelopes.h"
 #include "interpreter/pages.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/reading.h"
 #include "raster/rows/raster_state.h"
 
 namespace qm {
 
 namespace {
+
+constexpr std::int32_t kNotSource = 51;
+constexpr std::int32_t kSourceCopy = 204;
 
 struct PictureFormat {
     int bits;
@@ -31,21 +35,44 @@ PictureFormat FormatOf(std::int32_t pixelFormat, bool byPlane) {
 }
 
 // A job header may name a page language whose raster data is no part of the plot.
-bool PicturesAreOff(const JobState& job) { return job.jobLanguagePCL && !job.jobLanguageHPGL; }
+// Quirk: a plotter that knows both languages draws it.
+bool PicturesAreOff(const JobState& job, const Reading& reading) {
+    return job.jobLanguagePCL && !job.jobLanguageHPGL && !reading.drawsPrintJobs;
+}
 
 // Quirk: pictures under "destination" draw nothing by definition; those under "not source" are left
 // out too, so an inverted picture does not appear.
-bool LeavesNoMark(std::int32_t rasterOperation) {
+bool LeavesNoMark(std::int32_t rasterOperation, const Reading& reading) {
     constexpr std::int32_t kDestination = 170;
-    constexpr std::int32_t kNotSource = 51;
-    return rasterOperation == kDestination || rasterOperation == kNotSource;
+    return rasterOperation == kDestination ||
+           (rasterOperation == kNotSource && !reading.invertsPictures);
+}
+
+// The negative of a bitmap: its colour table, or without one its pixels.
+void Invert(const GlobalBlock& block) {
+    const GlobalView view(block.Get());
+    const auto bitmap = PackedBitmapView::Parse(view.Data(), view.Size());
+    if (!bitmap) return;
+    const auto pixels = static_cast<std::size_t>(bitmap->Pixels() - view.Data());
+    const bool table = bitmap->Bits() <= 8;
+    const std::size_t from = table ? pixels - sizeof(PaletteEntry) * bitmap->ColourCount() : pixels;
+    const std::size_t to = table ? pixels : pixels + bitmap->PixelBytes();
+    for (std::size_t i = from; i < to; ++i) {
+        const bool reserved = table && (i - from) % 4 == 3;
+        if (!reserved) view.Data()[i] = static_cast<std::uint8_t>(~view.Data()[i]);
+    }
 }
 
 void SendBitmap(const RasterState& raster, CRTLRaster& picture, const Placement& place,
                 std::int32_t rasterOperation, Output& out) {
     picture.SetColours(PictureColours(raster.palette, picture.BitsPerPixel()));
     GlobalBlock bitmap = picture.MakeBitmap(place.angle);
-    if (bitmap) out.Raster(place.box, bitmap.Detach(), rasterOperation);
+    if (!bitmap) return;
+    if (rasterOperation == kNotSource) {
+        Invert(bitmap);
+        rasterOperation = kSourceCopy;
+    }
+    out.Raster(place.box, bitmap.Detach(), rasterOperation);
 }
 
 }  // namespace
@@ -71,12 +98,12 @@ void FinishPicture(RasterState& raster, const JobState& job, const PageState& pa
     raster.currentRow = 0;
     raster.planeIndex = 0;
     raster.rowBuffer = {};
-    if (!picture || !picture->HasRows() || PicturesAreOff(job)) return;
+    if (!picture || !picture->HasRows() || PicturesAreOff(job, drawing.reading)) return;
     const Placement place = PlacePicture(
         raster.frame, picture->RowCount(), raster.cursor,
         {drawing.coordinates.rotation, page.plotLandscape, job.jobLanguageHPGL, raster.turn});
     const std::int32_t operation = drawing.lines.MergeOpcode;
-    if (place.visible && !LeavesNoMark(operation)) {
+    if (place.visible && !LeavesNoMark(operation, drawing.reading)) {
         SendBitmap(raster, *picture, place, operation, drawing.out);
     }
     raster.cursor = place.cursor;

@@ -242,5 +242,37 @@ TEST(Reading, ArcsAndCurves) {
     }
 }
 
+// A row of eight dots at 1016 dots an inch.
+std::string Row(const std::string& byte) { return "\033*b1W" + byte; }
+
+TEST(Reading, Pictures) {
+    const std::string start = "@PJL ENTER LANGUAGE=HPGL2\n\033%0A\033*t1016R\033*r8S";
+    const std::string rows = Row("\xF0") + Row("\x0F") + Row("\xAA");
+    // clang-format off
+    ExpectReadings("Raster EndPage", {
+        {"ESC*rC ends a picture", start + rows + "\033*rC" + rows,
+         {"Raster 0 0 9 -5 0 0 8x6x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000,AA000000,0F000000,F0000000"},
+         {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000",
+          "Raster 0 -3 9 -5 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"}},
+        {"ESC E ends a picture", start + rows + "\033E\033*t1016R" + rows,
+         {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"},
+         {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000",
+          "EndPage 1",
+          "Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"}},
+        {"raster operation 51", start + "\033*l51O" + rows,
+         {},
+         {"Raster 0 0 9 -2 0 204 8x3x1 colors=000000,FFFFFF rows=AA000000,0F000000,F0000000"}},
+        {"a PCL job", "@PJL ENTER LANGUAGE=PCL\n\033%0A\033*t1016R\033*r8S" + rows,
+         {},
+         {"Raster 0 0 -7 4 0 0 8x3x1 colors=FFFFFF,000000 rows=0F000000,F0000000,55000000"}},
+    });
+    ExpectReadings("Line", {
+        {"ESC E leads to the raster language", "PD5,5;\033EPD6,6;\033%0BPD7,7;",
+         {"Line 0 0 5 5", "Line 5 5 6 6", "Line 6 6 7 7"},
+         {"Line 0 0 5 5", "Line 5 5 7 7"}},
+    });
+    // clang-format on
+}
+
 }  // namespace
 }  // namespace qm
