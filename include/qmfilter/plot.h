@@ -180,12 +180,18 @@ class Page {
 // Told 0 to 100 while a plot is read; false stops the reading. May be empty, must not throw.
 using Progress = std::function<bool(int percent)>;
 
+// What a plot's commands mean: what the document engine makes of them, oddities included, or what a
+// plotter draws.
+enum class Reading { kEngine, kPlotter };
+
 class Plot {
   public:
     // Reads the whole plot at `path` (also a zip archive that holds a plan.prn). Throws PlotError.
-    static Plot Open(const std::string& path, const Progress& progress = {});
+    static Plot Open(const std::string& path, const Progress& progress = {},
+                     Reading reading = Reading::kEngine);
     // The same for bytes in memory, which are copied; no archives. Throws PlotError.
-    static Plot FromBytes(std::string_view bytes, const Progress& progress = {});
+    static Plot FromBytes(std::string_view bytes, const Progress& progress = {},
+                          Reading reading = Reading::kEngine);
 
     // "HPGL/2" or "Nemetschek Allplan".
     const std::string& Format() const noexcept { return format_; }

@@ -8,36 +8,12 @@
 #include "common/tool_error.h"
 #include "host/source_and_events.h"
 #include "import/qm_filter_hpgl.h"
-#include "platform/com_object.h"
 #include "platform/text.h"
 
 namespace qm::cli {
 
-namespace {
-
-// Makes import filters with a reading; they are no part of other objects.
-class ReadingFactory final : public ComObject<IClassFactory> {
-  public:
-    explicit ReadingFactory(const Reading& reading) noexcept : reading_(reading) {}
-
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid,
-                                             void** object) noexcept override {
-        if (object == nullptr) return E_POINTER;
-        *object = nullptr;
-        if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-        const auto filter = MakeQmFilterHPGL(reading_);
-        return filter ? filter->QueryInterface(riid, object) : E_OUTOFMEMORY;
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL /*lock*/) noexcept override { return S_OK; }
-
-  private:
-    const Reading reading_;
-};
-
-}  // namespace
-
 Components::Components(const Reading& reading) {
-    const auto factory = MakeObject<ReadingFactory>(reading);
+    const auto factory = MakeQmFilterFactory(reading);
     if (!factory) throw std::bad_alloc();
     const HRESULT status =
         SUCCEEDED(host_.Status())

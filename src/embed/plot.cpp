@@ -10,7 +10,6 @@
 #include "import/qm_filter_hpgl.h"
 #include "platform/com_ptr.h"
 #include "platform/text.h"
-#include "server/class_factory.h"
 
 namespace qmfilter {
 
@@ -20,8 +19,9 @@ namespace {
 // pages need neither.
 class Components {
   public:
-    Components() {
-        const auto factory = qm::MakeObject<qm::ClassFactory>(&qm::CreateQmFilterHPGL);
+    explicit Components(Reading reading) {
+        const auto factory = qm::MakeQmFilterFactory(
+            reading == Reading::kPlotter ? qm::Reading::Plotter() : qm::Reading());
         if (!factory) throw std::bad_alloc();
         status_ = host_.Status();
         if (FAILED(status_)) return;
@@ -54,8 +54,9 @@ class Components {
     }
 }
 
-qm::OpenedPlot Load(IQmDataObject& source, const Progress& progress, const std::string& name) {
-    const Components components;
+qm::OpenedPlot Load(IQmDataObject& source, const Progress& progress, const std::string& name,
+                    Reading reading) {
+    const Components components(reading);
     if (FAILED(components.Status())) Fail(components.Status(), name);
     qm::OpenedPlot opened;
     const HRESULT status = qm::OpenPlot(source, progress, opened);
@@ -92,22 +93,22 @@ std::vector<Page> MakePages(qm::OpenedPlot& opened) {
 
 }  // namespace
 
-Plot Plot::Open(const std::string& path, const Progress& progress) {
+Plot Plot::Open(const std::string& path, const Progress& progress, Reading reading) {
     qm::ComPtr<IQmDataObject> source;
     if (FAILED(qm::OpenFileObject(qm::Utf8ToWide(path), source.Put()))) {
         throw PlotError(Status::kUnreadable, path + ": cannot be read");
     }
-    qm::OpenedPlot opened = Load(*source, progress, path);
+    qm::OpenedPlot opened = Load(*source, progress, path, reading);
     Plot plot;
     plot.format_ = qm::WideToUtf8(opened.format);
     plot.pages_ = MakePages(opened);
     return plot;
 }
 
-Plot Plot::FromBytes(std::string_view bytes, const Progress& progress) {
+Plot Plot::FromBytes(std::string_view bytes, const Progress& progress, Reading reading) {
     qm::ComPtr<IQmDataObject> source;
     if (FAILED(qm::OpenMemoryObject(bytes, source.Put()))) throw std::bad_alloc();
-    qm::OpenedPlot opened = Load(*source, progress, "plot");
+    qm::OpenedPlot opened = Load(*source, progress, "plot", reading);
     Plot plot;
     plot.format_ = qm::WideToUtf8(opened.format);
     plot.pages_ = MakePages(opened);

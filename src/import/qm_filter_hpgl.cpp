@@ -183,6 +183,32 @@ HRESULT CreateQmFilterHPGL(IUnknown* outer, REFIID riid, void** object) noexcept
     return MakeComponent<CQmFilterHPGL>(outer, riid, object);
 }
 
+namespace {
+
+class ReadingFactory final : public ComObject<IClassFactory> {
+  public:
+    explicit ReadingFactory(const Reading& reading) noexcept : reading_(reading) {}
+
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid,
+                                             void** object) noexcept override {
+        if (object == nullptr) return E_POINTER;
+        *object = nullptr;
+        if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+        const auto filter = MakeQmFilterHPGL(reading_);
+        return filter ? filter->QueryInterface(riid, object) : E_OUTOFMEMORY;
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL /*lock*/) noexcept override { return S_OK; }
+
+  private:
+    const Reading reading_;
+};
+
+}  // namespace
+
+ComPtr<IClassFactory> MakeQmFilterFactory(const Reading& reading) noexcept {
+    return ComPtr<IClassFactory>(MakeObject<ReadingFactory>(reading).Get());
+}
+
 ComPtr<IQmFilter> MakeQmFilterHPGL(const Reading& reading) noexcept {
     const ComPtr<CQmFilterHPGL> filter = MakeObject<CQmFilterHPGL>();
     if (!filter) return nullptr;

@@ -61,5 +61,7 @@ HRESULT CreateQmFilterHPGL(IUnknown* outer, REFIID riid, void** object) noexcept
 
 // A filter with a reading of its own, for programs that link it; null when memory ran out.
 ComPtr<IQmFilter> MakeQmFilterHPGL(const Reading& reading) noexcept;
+// A class factory of such filters, which are no part of other objects; null likewise.
+ComPtr<IClassFactory> MakeQmFilterFactory(const Reading& reading) noexcept;
 
 }  // namespace qm

@@ -37,6 +37,14 @@ int main(int, char** arguments) try {
     std::ifstream file(arguments[1], std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     Count(qmfilter::Plot::FromBytes(bytes));
+    // Without an IP the engine's reading does not scale.
+    const char* const kScaled = "IN;SP1;SC0,1,0,1;PU0,0;PD1,1;PU;PU;PU;";
+    const auto width = [kScaled](qmfilter::Reading reading) {
+        const auto drawn = qmfilter::Plot::FromBytes(kScaled, {}, reading).Pages().at(0);
+        return drawn.DrawnExtent().maxX - drawn.DrawnExtent().minX;
+    };
+    if (width(qmfilter::Reading::kPlotter) < 1000 || width(qmfilter::Reading::kEngine) > 10)
+        return 1;
     qmfilter::Plot::FromBytes("no plot");
 } catch (const qmfilter::PlotError& error) {
     std::printf("%s\n", error.what());
