@@ -15,8 +15,8 @@ namespace qm::bitmap {
 
 namespace {
 
-// Lines all over the page are drawn twice as fast when a band lies in a core's cache; bands of
-// fewer rows than these would have the list read too often.
+// Lines all over the page are drawn faster when a band lies in a core's cache; bands of fewer rows
+// than these would have the list read too often.
 constexpr std::size_t kCacheBytes = std::size_t{4} << 20;
 constexpr std::size_t kFewestRows = 64;
 constexpr std::size_t kBytesPerDot = sizeof(BandDot) + sizeof(std::int32_t);
