@@ -138,8 +138,8 @@ void CoverageArea::AddInRow(std::int32_t row, std::int32_t fromX, std::int32_t t
     // From left to right: the direction does not change what lies to the right of the edge.
     const std::int32_t left = std::min(fromX, toX);
     const std::int32_t right = std::max(fromX, toX);
-    const std::uint64_t slope =
-        (static_cast<std::uint64_t>(height) << 32) / static_cast<std::uint64_t>(right - left);
+    const auto width = static_cast<std::uint64_t>(std::max(right - left, 1));
+    const std::uint64_t slope = (static_cast<std::uint64_t>(height) << 32) / width;
     std::int32_t x = left;
     std::int32_t done = 0;
     for (std::int32_t column = first; column <= last; ++column) {

@@ -19,9 +19,9 @@ double Inside(double value, std::int32_t side) {
 
 PatternInk::PatternInk(const FillPattern& pattern)
     : pattern_(pattern),
-      sums_(static_cast<std::size_t>(pattern.width + 1) *
-            static_cast<std::size_t>(pattern.height + 1)) {
-    const auto stride = static_cast<std::size_t>(pattern.width + 1);
+      sums_((static_cast<std::size_t>(pattern.width) + 1) *
+            (static_cast<std::size_t>(pattern.height) + 1)) {
+    const auto stride = static_cast<std::size_t>(pattern.width) + 1;
     for (std::int32_t y = 0; y < pattern.height; ++y) {
         double row = 0.0;
         for (std::int32_t x = 0; x < pattern.width; ++x) {

@@ -98,11 +98,11 @@ std::uint32_t PictureDots::Dot(const PackedBitmapView& picture, std::int32_t x, 
 }
 
 RowSum PictureRow::AddBits(const PictureShare& share, bool whiteIsClear) const {
-    std::uint64_t ones = BitAt(row_, share.first) * share.firstWeight;
+    std::uint64_t ones = std::uint64_t{BitAt(row_, share.first)} * share.firstWeight;
     std::uint64_t all = share.firstWeight;
     const std::int32_t last = share.end - 1;
     if (last > share.first) {
-        ones += BitAt(row_, last) * share.lastWeight;
+        ones += std::uint64_t{BitAt(row_, last)} * share.lastWeight;
         ones += std::uint64_t{256} * OnesIn(row_, share.first + 1, last);
         all +=
             share.lastWeight + std::uint64_t{256} * static_cast<unsigned>(last - share.first - 1);

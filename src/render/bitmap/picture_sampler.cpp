@@ -101,18 +101,20 @@ void Sampler::DrawNearest() {
 // Pages turned by other than quarter turns: 16 places a dot.
 void Sampler::DrawTurned() {
     constexpr int kSide = 4;
+    constexpr std::uint64_t kPlaces = 16;
     for (std::int32_t y = bounds_.top; y < bounds_.bottom; ++y) {
         BandDot* const row = band_.Row(y);
         for (std::int32_t x = bounds_.left; x < bounds_.right; ++x) {
             Sum sum;
             for (int part = 0; part < kSide * kSide; ++part) {
-                const PointD place =
-                    At(x + (part % kSide + 0.5) / kSide, y + (part / kSide + 0.5) / kSide);
+                const int across = part % kSide;
+                const int down = part / kSide;
+                const PointD place = At(x + (across + 0.5) / kSide, y + (down + 0.5) / kSide);
                 if (!Holds(place)) continue;
                 const std::uint32_t dot = DotAt(place);
                 if (!IsClear(dot)) sum.Add(Drawn(dot, row[x].colour), 1);
             }
-            if (sum.weight > 0) row[x].colour = sum.Over(row[x].colour, kSide * kSide);
+            if (sum.weight > 0) row[x].colour = sum.Over(row[x].colour, kPlaces);
         }
     }
 }

@@ -306,8 +306,8 @@ std::string PagePainter::Resources() const {
     if (state_.Fills()) more += "/ColorSpace<</C[/Pattern/DeviceRGB]>>";
     if (state_.Blends()) {
         more += "/ExtGState<<";
-        for (const std::string mode : {"Normal", "Darken", "Lighten", "Difference"}) {
-            more += '/' + mode + "<</BM/" + mode + ">>";
+        for (const char* mode : {"Normal", "Darken", "Lighten", "Difference"}) {
+            more.append("/").append(mode).append("<</BM/").append(mode).append(">>");
         }
         more += ">>";
     }

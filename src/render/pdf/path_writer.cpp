@@ -86,7 +86,7 @@ void PathWriter::Arc(const ArcShape& arc) {
         put(at.cosine, at.sine);
         out_ << "l\n";
     } else {
-        for (double i = 0.0; i < pieces; i += 1.0) {
+        for (std::int32_t i = TruncateToInt32(pieces); i > 0; --i) {
             const Direction to{at.cosine * turn.cosine - at.sine * turn.sine,
                                at.sine * turn.cosine + at.cosine * turn.sine};
             put(at.cosine - reach * at.sine, at.sine + reach * at.cosine);

@@ -90,14 +90,15 @@ void TextFonts::Write(PdfFile& file) const {
                              "/Flags 4/FontBBox[0 0 600 720]/ItalicAngle 0/Ascent 720/Descent 0"
                              "/CapHeight 720/StemV 0>>");
         const ObjectNumber map = file.WriteStream("", ToUnicode(font.characters));
-        file.WriteObject(
-            font.object,
+        std::string dictionary =
             "<</Type/Font/Subtype/Type3/FontMatrix[.001 0 0 .001 0 0]/FontBBox[0 0 600 720]"
-            "/Resources<<>>/CharProcs<</m " +
-                Reference(glyph) + ">>/FirstChar " + std::to_string(first) + "/LastChar " +
-                std::to_string(last) + "/Widths[" + widths + "]/Encoding<</Differences[" +
-                std::to_string(first) + names + "]>>/FontDescriptor " + Reference(descriptor) +
-                "/ToUnicode " + Reference(map) + ">>");
+            "/Resources<<>>/CharProcs<</m ";
+        dictionary.append(Reference(glyph)).append(">>/FirstChar ").append(std::to_string(first));
+        dictionary.append("/LastChar ").append(std::to_string(last));
+        dictionary.append("/Widths[").append(widths).append("]/Encoding<</Differences[");
+        dictionary.append(std::to_string(first)).append(names).append("]>>/FontDescriptor ");
+        dictionary.append(Reference(descriptor)).append("/ToUnicode ").append(Reference(map));
+        file.WriteObject(font.object, dictionary.append(">>"));
     }
 }
 
