@@ -27,8 +27,8 @@ constexpr double kMaxDpi = 10000.0;
 
 struct ConvertOptions {
     std::vector<std::string> files;
-    std::string folder;  // empty: FILE OUT
-    std::string ending;  // of the files in the folder
+    std::string folder;          // empty: FILE OUT
+    std::string ending = "svg";  // of the files in the folder
     int jobs = 1;
     ConversionOptions conversion;
 };
@@ -163,46 +163,43 @@ int RunConvert(const ConvertOptions& options) {
 
 }  // namespace
 
-void AddConvertCommand(CLI::App& app, Action& action) {
-    CLI::App* command = app.add_subcommand(
-        "convert", "Convert a plot; the ending of OUT chooses the format: " + WritableEndings());
+Command ConvertCommand() {
     const auto options = std::make_shared<ConvertOptions>();
-    command->add_option("FILE", options->files, "FILE OUT, or with -o any number of files")
-        ->required()
-        ->type_name("");
-    auto* folder = command->add_option("-o,--output", options->folder, "Write into this folder");
-    folder->type_name("DIR");
-    command->add_option("--to", options->ending, "Format of the files in DIR")
-        ->default_val("svg")
-        ->type_name("ENDING")
-        ->needs(folder);
-    command
-        ->add_option("-j,--jobs", options->jobs,
-                     "Files converted at once; of one file, threads that draw its png")
-        ->check(CLI::Range(1, kMaxJobs))
-        ->type_name("N");
-    command->add_option("--page", options->conversion.page, "Only this page, from 1")
-        ->check(CLI::Range(1, kMaxPage))
-        ->type_name("N");
-    AddReadingOptions(*command, options->conversion.reading);
     WriteOptions& write = options->conversion.write;
     write.page.checkpoint = ThrowIfInterrupted;
-    command
-        ->add_option_function<double>(
-            "--dpi", [&write](double dpi) { write.page.dpi = write.plot.rtlDpi = dpi; },
-            "Dots per inch of png (150 if not given) and of plt with --rtl (300)")
-        ->check(CLI::Range(kMinDpi, kMaxDpi))
-        ->type_name("N");
-    command->add_flag_callback(
-        "--no-antialias", [&write] { write.page.smooth = false; },
-        "png: dots have the colours of the plot, edges are hard");
-    auto* rtl = command->add_flag("--rtl", write.plot.rtl,
-                                  "plt: HP-RTL, each page as a picture, instead of HP-GL/2");
-    command->add_option("--bits", write.plot.bits, "plt with --rtl: bits of a dot, 24 if not given")
-        ->check(CLI::IsMember({1, 8, 24}))
-        ->type_name("1|8|24")
-        ->needs(rtl);
-    command->callback([=, &action] { action = [=] { return RunConvert(*options); }; });
+    Option ending = TextOption("to", 0, "ENDING", "Format of the files in DIR; svg if not given",
+                               options->ending);
+    ending.needs = "output";
+    Option bits = ChoiceOption("bits", "1|8|24", "plt with --rtl: bits of a dot, 24 if not given",
+                               [&write](const std::string& n) { write.plot.bits = std::stoi(n); });
+    bits.needs = "rtl";
+    Command command;
+    command.name = "convert";
+    command.summary = "Convert a plot; the ending of OUT chooses the format: " + WritableEndings();
+    command.usages = {"[OPTIONS] FILE OUT", "[OPTIONS] -o DIR FILE..."};
+    command.operands = {{"FILE", "FILE OUT, or with -o any number of files", true}};
+    command.groups = {
+        {"Options",
+         {TextOption("output", 'o', "DIR", "Write into this folder", options->folder),
+          std::move(ending),
+          IntegerOption("jobs", 'j', "N",
+                        "Files converted at once; of one file, threads that draw its png",
+                        options->jobs, 1, kMaxJobs),
+          IntegerOption("page", 0, "N", "Only this page, from 1", options->conversion.page, 1,
+                        kMaxPage),
+          NumberOption(
+              "dpi", "N", "Dots per inch of png (150 if not given) and of plt with --rtl (300)",
+              [&write](double dpi) { write.page.dpi = write.plot.rtlDpi = dpi; }, kMinDpi, kMaxDpi),
+          Flag("no-antialias", 0, "png: dots have the colours of the plot, edges are hard",
+               write.page.smooth, false),
+          Flag("rtl", 0, "plt: HP-RTL, each page as a picture, instead of HP-GL/2", write.plot.rtl),
+          std::move(bits)}},
+        ReadingOptions(options->conversion.reading)};
+    command.run = [options](const ParsedLine& line) {
+        options->files = line.operands;
+        return RunConvert(*options);
+    };
+    return command;
 }
 
 }  // namespace qm::cli

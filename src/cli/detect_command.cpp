@@ -53,12 +53,14 @@ int Detect(const std::vector<std::string>& files) {
 
 }  // namespace
 
-void AddDetectCommand(CLI::App& app, Action& action) {
-    CLI::App* command = app.add_subcommand(
-        "detect", "Tell which files are plot files: HPGL/2, Nemetschek Allplan or none");
-    const auto files = std::make_shared<std::vector<std::string>>();
-    command->add_option("FILE", *files, "The files to look at")->required()->type_name("");
-    command->callback([=, &action] { action = [=] { return Detect(*files); }; });
+Command DetectCommand() {
+    Command command;
+    command.name = "detect";
+    command.summary = "Tell which files are plot files: HPGL/2, Nemetschek Allplan or none";
+    command.usages = {"FILE..."};
+    command.operands = {{"FILE", "The files to look at", true}};
+    command.run = [](const ParsedLine& line) { return Detect(line.operands); };
+    return command;
 }
 
 }  // namespace qm::cli

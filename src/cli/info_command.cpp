@@ -145,14 +145,20 @@ int PrintInfo(const InfoOptions& options) {
 
 }  // namespace
 
-void AddInfoCommand(CLI::App& app, Action& action) {
-    CLI::App* command =
-        app.add_subcommand("info", "Tell what a plot holds: pages, sizes, pens, counts, pictures");
+Command InfoCommand() {
     const auto options = std::make_shared<InfoOptions>();
-    command->add_option("FILE", options->file, "The plot file")->required()->type_name("");
-    command->add_flag("--texts", options->texts, "List the texts too");
-    AddReadingOptions(*command, options->reading);
-    command->callback([=, &action] { action = [=] { return PrintInfo(*options); }; });
+    Command command;
+    command.name = "info";
+    command.summary = "Tell what a plot holds: pages, sizes, pens, counts, pictures";
+    command.usages = {"[OPTIONS] FILE"};
+    command.operands = {{"FILE", "The plot file"}};
+    command.groups = {{"Options", {Flag("texts", 0, "List the texts too", options->texts)}},
+                      ReadingOptions(options->reading)};
+    command.run = [options](const ParsedLine& line) {
+        options->file = line.operands.front();
+        return PrintInfo(*options);
+    };
+    return command;
 }
 
 }  // namespace qm::cli

@@ -41,13 +41,19 @@ int PrintOperations(const OpsOptions& options) {
 
 }  // namespace
 
-void AddOpsCommand(CLI::App& app, Action& action) {
-    CLI::App* command =
-        app.add_subcommand("ops", "Print every drawing operation of the interpreter, a line each");
+Command OpsCommand() {
     const auto options = std::make_shared<OpsOptions>();
-    command->add_option("FILE", options->file, "The plot file")->required()->type_name("");
-    AddReadingOptions(*command, options->reading);
-    command->callback([=, &action] { action = [=] { return PrintOperations(*options); }; });
+    Command command;
+    command.name = "ops";
+    command.summary = "Print every drawing operation of the interpreter, a line each";
+    command.usages = {"[OPTIONS] FILE"};
+    command.operands = {{"FILE", "The plot file"}};
+    command.groups = {ReadingOptions(options->reading)};
+    command.run = [options](const ParsedLine& line) {
+        options->file = line.operands.front();
+        return PrintOperations(*options);
+    };
+    return command;
 }
 
 }  // namespace qm::cli

@@ -5,7 +5,9 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 
+#include "common/tool_error.h"
 #include "common/units.h"
 
 namespace qm::cli {
@@ -51,30 +53,27 @@ std::optional<Sheet> SheetNamed(std::string name) {
 
 }  // namespace
 
-void AddReadingOptions(CLI::App& command, Reading& reading) {
-    auto* choice = command.add_option_function<std::string>(
-        "--reading",
+OptionGroup ReadingOptions(Reading& reading) {
+    Option choice = ChoiceOption(
+        "reading", "engine|plotter",
+        "engine (if not given): what the document engine makes of the plot, oddities included; "
+        "plotter: what a plotter would draw",
         [&reading](const std::string& name) {
             if (name == "plotter") reading = Reading::Plotter(reading.sheet);
-        },
-        "engine (if not given): what the document engine makes of the plot, oddities included; "
-        "plotter: what a plotter would draw");
-    choice->check(CLI::IsMember({"engine", "plotter"}))->type_name("engine|plotter");
-    command
-        .add_option_function<std::string>(
-            "--sheet",
-            [&reading](const std::string& name) {
-                const auto sheet = SheetNamed(name);
-                if (!sheet) {
-                    throw CLI::ValidationError(
-                        "--sheet", name + " is no sheet; a0 to a4, letter, tabloid or 297x210 are");
-                }
-                reading.sheet = *sheet;
-            },
-            "With --reading plotter: the sheet when the plot gives no size; a4 if not given, a0 to "
-            "a3, letter, tabloid, or millimetres as 297x210")
-        ->type_name("SHEET")
-        ->needs(choice);
+        });
+    Option sheet = {
+        "sheet", 0, "SHEET",
+        "With --reading plotter: the sheet when the plot gives no size; a4 if not given, a0 to a3, "
+        "letter, tabloid, or millimetres as 297x210",
+        [&reading](const std::string& name) {
+            const auto found = SheetNamed(name);
+            if (!found) {
+                throw ToolError(name + " is no sheet; a0 to a4, letter, tabloid or 297x210 are");
+            }
+            reading.sheet = *found;
+        }};
+    sheet.needs = "reading";
+    return {"Reading", {std::move(choice), std::move(sheet)}};
 }
 
 }  // namespace qm::cli

@@ -2,14 +2,12 @@
 // tests/cli/qmplot_test.cpp.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command.h"
 #include "interpreter/reading.h"
 
 namespace qm::cli {
 
-// Adds both options to `command`; when the command line has been parsed `reading`, which must
-// outlive it, is what they ask for.
-void AddReadingOptions(CLI::App& command, Reading& reading);
+// Both options; `reading`, which must outlive them, becomes what they ask for.
+OptionGroup ReadingOptions(Reading& reading);
 
 }  // namespace qm::cli

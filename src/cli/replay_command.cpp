@@ -46,18 +46,23 @@ int Replay(const ReplayOptions& options) {
 
 }  // namespace
 
-void AddReplayCommand(CLI::App& app, Action& action) {
-    CLI::App* command =
-        app.add_subcommand("replay", "Drive an export filter from a script and write its plot");
+Command ReplayCommand() {
     const auto options = std::make_shared<ReplayOptions>();
-    command->add_option("SCRIPT", options->script, "The script")->required()->type_name("");
-    command->add_option("OUT", options->output, "The plot file to write")
-        ->required()
-        ->type_name("");
-    command->add_option("--format", options->format, "hpgl (HP-GL/2) or hprtl (HP-RTL)")
-        ->check(CLI::IsMember({"hpgl", "hprtl"}))
-        ->type_name("FORMAT");
-    command->callback([=, &action] { action = [=] { return Replay(*options); }; });
+    Command command;
+    command.name = "replay";
+    command.summary = "Drive an export filter from a script and write its plot";
+    command.usages = {"[--format FORMAT] SCRIPT OUT"};
+    command.operands = {{"SCRIPT", "The script"}, {"OUT", "The plot file to write"}};
+    command.groups = {
+        {"Options",
+         {ChoiceOption("format", "hpgl|hprtl", "HP-GL/2 (if not given) or HP-RTL",
+                       [options](const std::string& name) { options->format = name; })}}};
+    command.run = [options](const ParsedLine& line) {
+        options->script = line.operands[0];
+        options->output = line.operands[1];
+        return Replay(*options);
+    };
+    return command;
 }
 
 }  // namespace qm::cli

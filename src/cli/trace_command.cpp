@@ -1,6 +1,6 @@
 // qmplot trace FILE: every call that the import filter makes on host objects, a line each.
+#include <climits>
 #include <memory>
-#include <optional>
 
 #include "cli/commands.h"
 #include "cli/console.h"
@@ -18,7 +18,7 @@ struct TraceCommandOptions {
     std::string file;
     Reading reading;
     bool progress = false;
-    std::optional<int> abortAt;
+    int abortAt = INT_MAX;  // no percentage reaches it
 };
 
 int PrintTrace(const TraceCommandOptions& options) {
@@ -41,18 +41,25 @@ int PrintTrace(const TraceCommandOptions& options) {
 
 }  // namespace
 
-void AddTraceCommand(CLI::App& app, Action& action) {
-    CLI::App* command = app.add_subcommand(
-        "trace", "Print every call of the import filter on its host, a line each");
+Command TraceCommand() {
     const auto options = std::make_shared<TraceCommandOptions>();
-    command->add_option("FILE", options->file, "The plot file")->required()->type_name("");
-    AddReadingOptions(*command, options->reading);
-    command->add_flag("--progress", options->progress, "Print the Progress events too");
-    command
-        ->add_option("--abort-at", options->abortAt,
-                     "Ask to stop at the first Progress event of at least N percent")
-        ->type_name("N");
-    command->callback([=, &action] { action = [=] { return PrintTrace(*options); }; });
+    Command command;
+    command.name = "trace";
+    command.summary = "Print every call of the import filter on its host, a line each";
+    command.usages = {"[OPTIONS] FILE"};
+    command.operands = {{"FILE", "The plot file"}};
+    command.groups = {
+        {"Options",
+         {Flag("progress", 0, "Print the Progress events too", options->progress),
+          IntegerOption("abort-at", 0, "N",
+                        "Ask to stop at the first Progress event of at least N percent",
+                        options->abortAt, INT_MIN, INT_MAX)}},
+        ReadingOptions(options->reading)};
+    command.run = [options](const ParsedLine& line) {
+        options->file = line.operands.front();
+        return PrintTrace(*options);
+    };
+    return command;
 }
 
 }  // namespace qm::cli

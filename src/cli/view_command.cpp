@@ -60,16 +60,23 @@ int RunView(const ViewOptions& options) {
 
 }  // namespace
 
-void AddViewCommand(CLI::App& app, Action& action) {
-    CLI::App* command = app.add_subcommand(
-        "view", "Show plots in the browser; prints where the pages are that it opens");
+Command ViewCommand() {
     const auto options = std::make_shared<ViewOptions>();
     options->conversion.write.page.checkpoint = ThrowIfInterrupted;
-    command->add_option("FILE", options->files, "Plot files")->required()->type_name("");
-    command->add_flag("--no-open{false}", options->open,
-                      "Only write the pages, do not start the browser");
-    AddReadingOptions(*command, options->conversion.reading);
-    command->callback([=, &action] { action = [=] { return RunView(*options); }; });
+    Command command;
+    command.name = "view";
+    command.summary = "Show plots in the browser; prints where the pages are that it opens";
+    command.usages = {"[OPTIONS] FILE..."};
+    command.operands = {{"FILE", "Plot files", true}};
+    command.groups = {{"Options",
+                       {Flag("no-open", 0, "Only write the pages, do not start the browser",
+                             options->open, false)}},
+                      ReadingOptions(options->conversion.reading)};
+    command.run = [options](const ParsedLine& line) {
+        options->files = line.operands;
+        return RunView(*options);
+    };
+    return command;
 }
 
 }  // namespace qm::cli
