@@ -159,6 +159,7 @@ HRESULT CQmFilterHPGL::LoadFrom(HPGLReader& reader, const HostPage& page) {
     reader.BeginDocument(contents_, page, this);
     reader.SetReading(reading_);
     if (reader.Interpret() == 0) return E_FAIL;
+    if (notes_) *notes_ = reader.Notes();
     LONG pages = 0;
     if (FAILED(reader.FinishLastPage(pages))) return E_FAIL;
     Put(*contents_, L"TotalNodes", Variant::Integer(pages));
@@ -185,35 +186,43 @@ HRESULT CreateQmFilterHPGL(IUnknown* outer, REFIID riid, void** object) noexcept
 
 namespace {
 
+ComPtr<IQmFilter> MakeFilter(const Reading& reading, std::shared_ptr<PlotNotes> notes) noexcept {
+    const ComPtr<CQmFilterHPGL> filter = MakeObject<CQmFilterHPGL>();
+    if (!filter) return nullptr;
+    filter->SetReading(reading);
+    filter->SetNotes(std::move(notes));
+    return ComPtr<IQmFilter>(filter.Get());
+}
+
 class ReadingFactory final : public ComObject<IClassFactory> {
   public:
-    explicit ReadingFactory(const Reading& reading) noexcept : reading_(reading) {}
+    ReadingFactory(const Reading& reading, std::shared_ptr<PlotNotes> notes) noexcept
+        : reading_(reading), notes_(std::move(notes)) {}
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid,
                                              void** object) noexcept override {
         if (object == nullptr) return E_POINTER;
         *object = nullptr;
         if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-        const auto filter = MakeQmFilterHPGL(reading_);
+        const auto filter = MakeFilter(reading_, notes_);
         return filter ? filter->QueryInterface(riid, object) : E_OUTOFMEMORY;
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL /*lock*/) noexcept override { return S_OK; }
 
   private:
     const Reading reading_;
+    const std::shared_ptr<PlotNotes> notes_;
 };
 
 }  // namespace
 
-ComPtr<IClassFactory> MakeQmFilterFactory(const Reading& reading) noexcept {
-    return ComPtr<IClassFactory>(MakeObject<ReadingFactory>(reading).Get());
+ComPtr<IClassFactory> MakeQmFilterFactory(const Reading& reading,
+                                          std::shared_ptr<PlotNotes> notes) noexcept {
+    return ComPtr<IClassFactory>(MakeObject<ReadingFactory>(reading, std::move(notes)).Get());
 }
 
 ComPtr<IQmFilter> MakeQmFilterHPGL(const Reading& reading) noexcept {
-    const ComPtr<CQmFilterHPGL> filter = MakeObject<CQmFilterHPGL>();
-    if (!filter) return nullptr;
-    filter->SetReading(reading);
-    return ComPtr<IQmFilter>(filter.Get());
+    return MakeFilter(reading, nullptr);
 }
 
 }  // namespace qm

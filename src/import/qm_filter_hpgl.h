@@ -9,8 +9,10 @@
 
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "import/hpgl_reader.h"
+#include "interpreter/plot_notes.h"
 #include "interpreter/reading.h"
 #include "platform/bstr.h"
 #include "platform/com_ptr.h"
@@ -27,6 +29,8 @@ class CQmFilterHPGL : public EventSource<_IQmFilterEvents, IQmFilter> {
 
     // How plots are read from now on; not for the engine, which has its own reading.
     void SetReading(const Reading& reading) { reading_ = reading; }
+    // Where GetNode puts the notes of each plot that it has read; null for nowhere.
+    void SetNotes(std::shared_ptr<PlotNotes> notes) { notes_ = std::move(notes); }
 
     // Tells every connected sink that `percent` (1 to 99) of the file is read. `abort` goes in with
     // the answer so far and comes back as it or, once a sink asked to stop, as VARIANT_TRUE: no
@@ -45,6 +49,7 @@ class CQmFilterHPGL : public EventSource<_IQmFilterEvents, IQmFilter> {
     Bstr StorageName() const;
 
     Reading reading_;
+    std::shared_ptr<PlotNotes> notes_;
     ComPtr<IQmDataObject> dataObject_;
     ComPtr<IStream> stream_;  // the data object's storage
     ComPtr<IQmDocument> document_;
@@ -61,7 +66,9 @@ HRESULT CreateQmFilterHPGL(IUnknown* outer, REFIID riid, void** object) noexcept
 
 // A filter with a reading of its own, for programs that link it; null when memory ran out.
 ComPtr<IQmFilter> MakeQmFilterHPGL(const Reading& reading) noexcept;
-// A class factory of such filters, which are no part of other objects; null likewise.
-ComPtr<IClassFactory> MakeQmFilterFactory(const Reading& reading) noexcept;
+// A class factory of such filters, which are no part of other objects; null likewise. They put
+// their notes into `notes`, which may be null.
+ComPtr<IClassFactory> MakeQmFilterFactory(const Reading& reading,
+                                          std::shared_ptr<PlotNotes> notes = nullptr) noexcept;
 
 }  // namespace qm

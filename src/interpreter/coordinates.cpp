@@ -7,6 +7,7 @@
 #include "interpreter/lexer.h"
 #include "interpreter/pages.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/plot_notes.h"
 #include "interpreter/reading.h"
 #include "interpreter/sheet_points.h"
 
@@ -121,7 +122,8 @@ void InputWindow(Parameters& in, const Reading& reading, CoordinateState& c) {
 // SC [xmin, xmax, ymin, ymax [, type]]; type 1 (isotropic) is treated as type 0, type 2 gives the
 // factors themselves. Quirk: the pen position is taken for plotter units even when an earlier SC
 // already made it user units.
-void Scale(Parameters& in, const Reading& reading, CoordinateState& c, PenMotion& motion) {
+void Scale(Parameters& in, const Reading& reading, CoordinateState& c, PenMotion& motion,
+           PlotNotes& notes) {
     if (reading.scalesFromSheet) return ScaleFromPoints(in, c, motion);
     const int count = in.GetParams(5);
     const auto& v = in.slots;
@@ -132,6 +134,7 @@ void Scale(Parameters& in, const Reading& reading, CoordinateState& c, PenMotion
     }
     const std::int32_t type = count == 5 ? TruncateToInt32(v[4]) : 0;
     if (type == 0 || type == 1) {
+        notes.scaleIgnored = notes.scaleIgnored || !c.ipGiven;
         if (!c.ipGiven) return;
         c.userMinX = v[0];
         c.userMaxX = v[1];

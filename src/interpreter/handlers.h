@@ -18,6 +18,7 @@ struct PageState;
 struct Parameters;
 struct PenMotion;
 struct PenState;
+struct PlotNotes;
 struct Reading;
 
 namespace handlers {
@@ -34,7 +35,8 @@ void InputP1P2Relative(Parameters& in, const Reading& reading, const PageState& 
                        CoordinateState& coordinates, PenMotion& motion);
 void InputWindow(Parameters& in, const Reading& reading, CoordinateState& coordinates);
 void RotateCoordinateSystem(Parameters& in, CoordinateState& coordinates);
-void Scale(Parameters& in, const Reading& reading, CoordinateState& coordinates, PenMotion& motion);
+void Scale(Parameters& in, const Reading& reading, CoordinateState& coordinates, PenMotion& motion,
+           PlotNotes& notes);
 
 // pages.cpp
 void AdvanceFullPage(PageState& page, PenState& pens, Drawing& drawing);

@@ -15,6 +15,7 @@
 
 namespace qm {
 
+struct PlotNotes;
 struct Plotter;
 struct Reading;
 
@@ -37,6 +38,8 @@ class HPGLRead : public DrawingOperations {
     // What commands mean in Interpret, which is to run next; without this call the engine's
     // reading.
     void SetReading(const Reading& reading);
+    // What Interpret found worth telling.
+    const PlotNotes& Notes() const;
 
   protected:
     // The last RO, degrees as given.

@@ -122,6 +122,8 @@ void HPGLRead::EnterDocumentMode() { plotter_->raster.documentMode = true; }
 
 void HPGLRead::SetReading(const Reading& reading) { plotter_->reading = reading; }
 
+const PlotNotes& HPGLRead::Notes() const { return plotter_->notes; }
+
 std::int32_t HPGLRead::Rotation() const { return plotter_->drawing.coordinates.rotation; }
 
 std::int32_t HPGLRead::Interpret() {

@@ -18,6 +18,7 @@
 #include "interpreter/lexer.h"
 #include "interpreter/pages.h"
 #include "interpreter/pen_motion.h"
+#include "interpreter/plot_notes.h"
 #include "interpreter/reading.h"
 #include "raster/rows/raster_state.h"
 
@@ -37,13 +38,14 @@ struct Plotter {
     FillState fill;
     LabelState label;
     RasterState raster;
+    PlotNotes notes;
     bool detecting = false;  // Detect is running
 
     // What a handler can ask for, each by its type.
     auto Parts() {
         return std::tie(reading, in, in.input, job, page, drawing, drawing.coordinates,
                         drawing.motion, drawing.lines, drawing.polygon, drawing.out, encoded, pens,
-                        fill, label, raster);
+                        fill, label, raster, notes);
     }
 };
 

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include "interpreter/plot_notes.h"
 #include "tests/interpreter/ops_table.h"
+#include "tests/interpreter/plot_reader.h"
 
 namespace qm {
 namespace {
@@ -35,6 +37,21 @@ TEST(Coordinates, Scaling) {
          {"Line 0 0 100 100"}},
     });
     // clang-format on
+}
+
+TEST(Coordinates, NotesSayWhetherAScaleWasIgnored) {
+    const struct {
+        const char* plot;
+        bool ignored;
+    } rows[] = {{"SC0,100,0,100;PD100,100;", true},
+                {"IP0,0,4000,4000;SC0,100,0,100;PD100,100;", false},
+                {"SC1,2,1,3,2;SC;SC0,1,0,1,3;", false},
+                {"SC0,9,0,9;IP0,0,9,9;SC0,9,0,9;", true}};
+    for (const auto& row : rows) {
+        PlotReader reader(row.plot);
+        reader.Interpret();
+        EXPECT_EQ(reader.Notes().scaleIgnored, row.ignored) << row.plot;
+    }
 }
 
 TEST(Coordinates, Window) {
