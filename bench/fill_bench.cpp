@@ -7,7 +7,7 @@
 
 #include "bench/counting_builder.h"
 #include "common/numbers.h"
-#include "interpreter/attributes/polygon_clip.h"
+#include "interpreter/attributes/polygon.h"
 
 namespace qm {
 namespace {

@@ -37,15 +37,12 @@ inline std::int64_t TruncateToInt64(double value) {
     return value >= -kEnd && value < kEnd ? static_cast<std::int64_t>(value) : INT64_MIN;
 }
 
-// 32-bit sums and products that a file can drive out of range: they wrap.
+// 32-bit sums that a file can drive out of range: they wrap.
 inline std::int32_t WrapAdd(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
 }
 inline std::int32_t WrapSubtract(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
-}
-inline std::int32_t WrapMultiply(std::int32_t a, std::int32_t b) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
 }
 inline std::int32_t WrapNegate(std::int32_t a) { return WrapSubtract(0, a); }
 

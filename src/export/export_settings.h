@@ -38,14 +38,8 @@ struct ExportSettings {
     ComPtr<IUnknown> layers;
 };
 
-// A number, or a text or boolean as a number; nothing when there is no such conversion.
-std::optional<double> RealOf(const VARIANT& value) noexcept;
-// Any value but 0 and false.
-bool BooleanOf(const VARIANT& value) noexcept;
 // Exactly -1: VARIANT_TRUE, or the integer.
 bool IsVariantTrue(const VARIANT& value) noexcept;
-// The object of a VT_UNKNOWN or VT_DISPATCH, else null.
-ComPtr<IUnknown> ObjectOf(const VARIANT& value) noexcept;
 
 // A setting that is a boolean: true from 65535 on, which is VARIANT_TRUE as an unsigned number; a
 // plain 1 is not.

@@ -52,12 +52,14 @@ class IntegerMapping {
 
     explicit IntegerMapping(const PlotTransform& transform) : transform_(transform) {}
 
+    // A point in document units to plotter units.
     PointI Map(LONG x, LONG y) const {
         const PlotTransform& t = transform_;
         const std::int32_t shifted = WrapAdd(y, t.offsetY);
         return {TruncateToInt32(WrapAdd(x, t.offsetX) * t.scale),
                 TruncateToInt32((t.flipY ? WrapSubtract(t.height, shifted) : shifted) * t.scale)};
     }
+    // A length or radius likewise: it is scaled, not moved.
     std::int32_t Distance(LONG length) const { return TruncateToInt32(length * transform_.scale); }
 
   private:
@@ -73,6 +75,7 @@ class RealMapping {
 
     explicit RealMapping(const PlotTransform& transform) : transform_(transform) {}
 
+    // As IntegerMapping's, but that no sum wraps.
     PointI Map(double x, double y) const {
         const PlotTransform& t = transform_;
         return {TruncateToInt32((x + t.offsetX) * t.scale),

@@ -7,7 +7,7 @@
 #include "export/plot_text.h"
 #include "export/save_raster_data.h"
 #include "export/save_vector_data.h"
-#include "platform/bstr.h"
+#include "platform/variant.h"
 
 namespace qm {
 namespace {
@@ -55,7 +55,7 @@ HRESULT CQmSaveStructure::SetAttribute(BSTR name, VARIANT value) noexcept {
     } else if (wanted == L"PenTable") {
         SetPenTable(value);
     } else if (wanted == L"DirectionY") {
-        flipY_ = !BooleanOf(value);
+        flipY_ = !BooleanOf(value).value_or(false);
     } else {
         for (const RealAttribute& row : kRealAttributes) {
             if (row.name != wanted) continue;

@@ -9,9 +9,9 @@
 #include <string>
 
 #include "common/units.h"
-#include "platform/bstr.h"
 #include "platform/com_object.h"
 #include "platform/text.h"
+#include "platform/variant.h"
 
 namespace qm {
 namespace {

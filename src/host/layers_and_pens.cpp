@@ -1,7 +1,7 @@
 // See layers_and_pens.h.
 #include "host/layers_and_pens.h"
 
-#include "platform/bstr.h"
+#include "platform/variant.h"
 
 namespace qm {
 

@@ -6,7 +6,7 @@
 
 #include <limits>
 
-#include "platform/bstr.h"
+#include "platform/variant.h"
 
 namespace qm {
 

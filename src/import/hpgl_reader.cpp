@@ -8,9 +8,9 @@
 #include "common/numbers.h"
 #include "common/packed_bitmap.h"
 #include "import/qm_filter_hpgl.h"
-#include "platform/bstr.h"
 #include "platform/global_block.h"
 #include "platform/text.h"
+#include "platform/variant.h"
 
 namespace qm {
 

@@ -23,7 +23,8 @@ namespace qm {
 class CQmFilterHPGL;
 
 // The box around every point drawn while a label is being drawn, in plotter units, frame offset
-// included. Inverted while nothing has been added.
+// included. No Extent, because a label without a stroke has to reach the
+// host with an inverted box.
 struct LabelExtent {
     std::int32_t minX = INT32_MAX;
     std::int32_t minY = INT32_MAX;

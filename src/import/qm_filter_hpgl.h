@@ -14,8 +14,8 @@
 #include "import/hpgl_reader.h"
 #include "interpreter/plot_notes.h"
 #include "interpreter/reading.h"
-#include "platform/bstr.h"
 #include "platform/com_ptr.h"
+#include "platform/variant.h"
 #include "server/event_source.h"
 
 namespace qm {

@@ -9,7 +9,6 @@
 #include "interpreter/pen_motion.h"
 #include "interpreter/plot_notes.h"
 #include "interpreter/reading.h"
-#include "interpreter/sheet_points.h"
 
 namespace qm {
 
@@ -49,7 +48,8 @@ void MoveOntoEdge(const ClipWindow& window, unsigned code, PointI& p, PointI q) 
     }
 }
 
-// The corners of the range that SC types 0 and 1 map onto P1 and P2.
+// SC types 0 and 1: the factors that bring the corners of the user range onto P1 and P2. False, and
+// nothing changed, for a range without width or height.
 bool SetScaleFromRange(CoordinateState& c) {
     const double rangeX = c.userMaxX - c.userMinX;
     const double rangeY = c.userMaxY - c.userMinY;

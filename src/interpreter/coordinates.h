@@ -1,8 +1,9 @@
 // Coordinates: the scaling points, user scaling and the soft-clip window; user units to plotter
 // units; segment clipping.
 //
-// Commands IP IR IW SC RO stand in coordinates.cpp. Rotation never turns vectors: the raster
-// decoder and the document builder read it. Tests: tests/interpreter/coordinates_test.cpp.
+// Commands IP IR IW SC RO stand in coordinates.cpp, scaling as a plotter does it in
+// sheet_points.cpp. Rotation never turns vectors: the raster decoder and the document builder read
+// it. Tests: tests/interpreter/coordinates_test.cpp, tests/interpreter/reading_test.cpp.
 #pragma once
 
 #include <array>
@@ -12,6 +13,11 @@
 #include "common/numbers.h"
 
 namespace qm {
+
+struct PageState;
+struct Parameters;
+struct PenMotion;
+struct Sheet;
 
 // The soft-clip window in plotter units, min <= max; points on an edge are inside.
 struct ClipWindow {
@@ -73,5 +79,30 @@ struct CoordinateState {
 // Clips the segment a-b to the window in place (Cohen-Sutherland; the first point is moved first,
 // intersections are truncated toward zero). True when something is left.
 bool ClipSegment(const ClipWindow& window, PointI& a, PointI& b);
+
+// ---------------------------------------------------------------- Scaling as a plotter does it
+//
+// P1 and P2 lie on the sheet, a scale follows them, and the pen keeps its place on the paper. IP,
+// IR, SC, PS and IN come here when the reading scales from the sheet (reading.h).
+
+// P1 (a) and P2 (b) before any IP: the corners of the plot size (PS), the long side along x, else
+// the sheet's own; x and y change places while RO 90 or 270 is in force. HP-GL/2, "The IP command".
+Box<double> DefaultPoints(const Sheet& sheet, const PageState& page, const CoordinateState& c);
+
+// Moves P1 and P2, and with them the scale that is in force.
+void MovePoints(const Box<double>& points, CoordinateState& c, PenMotion& motion);
+
+// IP with `given` numbers in the slots: none brings the default points back, with P1 alone P2 keeps
+// its distance.
+void PlacePoints(const Parameters& in, int given, const Sheet& sheet, const PageState& page,
+                 CoordinateState& c, PenMotion& motion);
+
+// IR: the same in percent of the default points.
+void PlacePointsInPercent(const Parameters& in, int given, const Sheet& sheet,
+                          const PageState& page, CoordinateState& c, PenMotion& motion);
+
+// SC: type 0, 1 (with the rest's shares left and below) or 2; a range or a factor of 0 changes
+// nothing.
+void ScaleFromPoints(Parameters& in, CoordinateState& c, PenMotion& motion);
 
 }  // namespace qm

@@ -51,9 +51,8 @@ class EncodedNumbers {
 
   private:
     struct Digits {
-        std::int32_t encodedBase;  // value of a digit's neighbour
-        std::uint8_t
-            encodedMask;  // bits of a digit; also the lowest byte that may continue a number
+        std::int32_t encodedBase;        // a digit weighs so many times the one before it
+        std::uint8_t encodedMask;        // its bits; also the lowest byte that continues a number
         std::uint8_t encodedTerminator;  // lowest byte that ends a number
         unsigned shift;                  // bits of a digit
         int maxOpenDigits;     // digits in front of the final one that ReadInteger accepts

@@ -115,17 +115,6 @@ void InterpretOther(Plotter& plotter, std::uint8_t c) {
 
 }  // namespace
 
-HPGLRead::HPGLRead() : plotter_(std::make_unique<Plotter>(*this)) {}
-HPGLRead::~HPGLRead() = default;
-
-void HPGLRead::EnterDocumentMode() { plotter_->raster.documentMode = true; }
-
-void HPGLRead::SetReading(const Reading& reading) { plotter_->reading = reading; }
-
-const PlotNotes& HPGLRead::Notes() const { return plotter_->notes; }
-
-std::int32_t HPGLRead::Rotation() const { return plotter_->drawing.coordinates.rotation; }
-
 std::int32_t HPGLRead::Interpret() {
     Plotter& plotter = *plotter_;
     InputReader& input = plotter.in.input;

@@ -55,6 +55,17 @@ struct LookAhead {
     }
 };
 
+// Adds what follows the point; false when the look-ahead or the weights do not reach to its end.
+bool TakeFraction(LookAhead& look, double& value) {
+    ++look.p;
+    std::size_t k = 0;
+    return look.Digits([&value, &k](std::uint32_t digit) {
+        if (k == FractionWeights::kCount) return false;
+        value += digit * kFraction.weight[k++];
+        return true;
+    });
+}
+
 // Reads a real from the look-ahead. kNone leaves look.p at the byte that is no number.
 Scan ScanReal(LookAhead& look, double& result) {
     while (look.p < look.end && IsSeparator(*look.p)) ++look.p;
@@ -73,16 +84,7 @@ Scan ScanReal(LookAhead& look, double& result) {
     };
     if (!look.Digits(takeDigit)) return Scan::kUnsure;
     double value = FromDigits(digits);
-    if (*look.p == '.') {
-        ++look.p;
-        std::size_t k = 0;
-        const auto takeFraction = [&value, &k](std::uint32_t digit) {
-            if (k == FractionWeights::kCount) return false;
-            value += digit * kFraction.weight[k++];
-            return true;
-        };
-        if (!look.Digits(takeFraction)) return Scan::kUnsure;
-    }
+    if (*look.p == '.' && !TakeFraction(look, value)) return Scan::kUnsure;
     result = WithSign(value, negative);
     return Scan::kNumber;
 }

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -50,6 +51,7 @@ struct Parameters {
     // Reads up to `count` (at most kMaxParams) reals into the slots; returns how many came. The
     // other slots keep what an earlier command left there.
     int GetParams(int count) {
+        assert(count <= static_cast<int>(kMaxParams));
         for (int i = 0; i < count; ++i) {
             if (!GetRealParam(slots[static_cast<std::size_t>(i)])) return i;
         }

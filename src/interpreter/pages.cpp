@@ -14,7 +14,6 @@
 #include "interpreter/output.h"
 #include "interpreter/pen_motion.h"
 #include "interpreter/reading.h"
-#include "interpreter/sheet_points.h"
 
 namespace qm {
 

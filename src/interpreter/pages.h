@@ -1,6 +1,7 @@
 // Pages: the plot size, page ends and the frame offset.
 //
-// Commands DF IN PS PG NR FR BP stand in pages.cpp. Tests: tests/interpreter/pages_test.cpp.
+// Commands PS PG NR FR BP stand in pages.cpp, and with them DF and IN, which make the state that a
+// plot starts with. Tests: tests/interpreter/pages_test.cpp.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +17,9 @@ struct PageState {
     std::int32_t plotWidth = 0;
     bool plotLandscape = false;  // length >= width at the last PS
     bool plotSizeGiven = false;
-    std::int32_t rasterYOffset = 0;  // dots; from PS: where raster data starts on the page
-    std::int32_t frameOffset = 0;    // sum of all FR advances, plotter units
+    // Dots, from PS: where raster mode puts the cursor across the rows (raster x) of a turned page.
+    std::int32_t rasterYOffset = 0;
+    std::int32_t frameOffset = 0;  // sum of all FR advances, plotter units
 };
 
 // Ends the page when something was drawn on it and resets the attributes that each page starts

@@ -2,7 +2,7 @@
 #include "interpreter/pen_motion.h"
 
 #include "interpreter/attributes/labels.h"
-#include "interpreter/attributes/polygon_clip.h"
+#include "interpreter/attributes/polygon.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"
 

@@ -1,5 +1,4 @@
-// See sheet_points.h.
-#include "interpreter/sheet_points.h"
+// Scaling as a plotter does it; see coordinates.h.
 
 #include <algorithm>
 #include <cmath>

@@ -16,6 +16,27 @@ std::optional<VARIANT> Changed(const VARIANT& source, VARTYPE type) noexcept {
 
 }  // namespace
 
+std::optional<LONG> IntegerOf(const VARIANT& value) noexcept {
+    const auto changed = Changed(value, VT_I4);
+    return changed ? std::optional<LONG>(changed->lVal) : std::nullopt;
+}
+
+std::optional<double> RealOf(const VARIANT& value) noexcept {
+    if (value.vt == VT_R8) return value.dblVal;
+    const auto changed = Changed(value, VT_R8);
+    return changed ? std::optional<double>(changed->dblVal) : std::nullopt;
+}
+
+std::optional<bool> BooleanOf(const VARIANT& value) noexcept {
+    const auto changed = Changed(value, VT_BOOL);
+    return changed ? std::optional<bool>(changed->boolVal != VARIANT_FALSE) : std::nullopt;
+}
+
+ComPtr<IUnknown> ObjectOf(const VARIANT& value) noexcept {
+    const bool object = value.vt == VT_UNKNOWN || value.vt == VT_DISPATCH;
+    return ComPtr<IUnknown>(object ? value.punkVal : nullptr);
+}
+
 Variant::Variant(const VARIANT& value) : Variant() {
     if (FAILED(VariantCopy(&value_, Source(value)))) throw std::bad_alloc();
 }
@@ -54,26 +75,6 @@ Variant Variant::Object(IUnknown* value) noexcept {
     result.value_.vt = VT_UNKNOWN;
     result.value_.punkVal = ComPtr<IUnknown>(value).Detach();
     return result;
-}
-
-std::optional<LONG> Variant::AsInteger() const noexcept {
-    const auto changed = Changed(value_, VT_I4);
-    return changed ? std::optional<LONG>(changed->lVal) : std::nullopt;
-}
-
-std::optional<double> Variant::AsDouble() const noexcept {
-    const auto changed = Changed(value_, VT_R8);
-    return changed ? std::optional<double>(changed->dblVal) : std::nullopt;
-}
-
-std::optional<bool> Variant::AsBoolean() const noexcept {
-    const auto changed = Changed(value_, VT_BOOL);
-    return changed ? std::optional<bool>(changed->boolVal != VARIANT_FALSE) : std::nullopt;
-}
-
-ComPtr<IUnknown> Variant::AsObject() const noexcept {
-    const bool object = value_.vt == VT_UNKNOWN || value_.vt == VT_DISPATCH;
-    return ComPtr<IUnknown>(object ? value_.punkVal : nullptr);
 }
 
 std::wstring_view Variant::AsText() const noexcept {

@@ -15,7 +15,7 @@ constexpr Escape kEscapes[] = {
     {"*b", 'W', HandleEscape<e::TransferRow>,        "ESC*b#W[data]  a row"},
     {"*b", 'V', HandleEscape<e::TransferPlane>,      "ESC*b#V[data]  a plane of a row"},
     {"*b", 'M', HandleEscape<e::CompressionMethod>,  "ESC*b#M        0-5, 10"},
-    {"*b", 'Y', HandleEscape<e::RasterYOffset>,      "ESC*b[+-]#Y    dots"},
+    {"*b", 'Y', HandleEscape<e::MoveDownRows>,       "ESC*b[+-]#Y    dots"},
     // Picture
     {"*r", 'S', HandleEscape<e::SourceWidth>,        "ESC*r#S        pixels"},
     {"*r", 'T', HandleEscape<e::SourceHeight>,       "ESC*r#T        rows"},

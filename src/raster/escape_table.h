@@ -51,7 +51,7 @@ void Ignore();
 
 // transfer_escapes.cpp
 void CompressionMethod(EscapeValue value, RasterState& raster);
-void RasterYOffset(EscapeValue value, RasterState& raster);
+void MoveDownRows(EscapeValue value, RasterState& raster);
 void SkipData(EscapeValue value, InputReader& input);
 void TransferPlane(EscapeValue value, InputReader& input, RasterState& raster,
                    const PageState& page);

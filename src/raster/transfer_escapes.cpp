@@ -81,8 +81,9 @@ namespace escapes {
 // ESC*b#M
 void CompressionMethod(EscapeValue value, RasterState& raster) { raster.method = value.number; }
 
-// ESC*b#Y; in an open picture too it moves the position only, not the row.
-void RasterYOffset(EscapeValue value, RasterState& raster) {
+// ESC*b#Y; in an open picture too it moves the position only, not the row. It goes down the rows,
+// other than PageState::rasterYOffset.
+void MoveDownRows(EscapeValue value, RasterState& raster) {
     std::int32_t& down = raster.cursor.down;
     down = value.hadSign ? WrapAdd(down, value.number) : value.number;
 }

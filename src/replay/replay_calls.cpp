@@ -16,7 +16,7 @@ using D = IQmSaveVectorDataD;
 using R = IQmSaveRasterData;
 
 // Plain: the method's own parameters. Bare: the words behind the name are not read. Special: read
-// by the struct of that name in sink_methods.h.
+// by the struct of that name in replay_calls.h.
 // clang-format off
 constexpr ScriptCall kCalls[] = {
     // Every sink

@@ -17,7 +17,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/bstr.h"
 #include "platform/variant.h"
 
 namespace qm {

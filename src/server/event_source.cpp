@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "server/enumerator.h"
-
 namespace qm {
 namespace {
 

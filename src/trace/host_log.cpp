@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/bstr.h"
 #include "platform/com_ptr.h"
 #include "platform/text.h"
+#include "platform/variant.h"
 
 namespace qm {
 

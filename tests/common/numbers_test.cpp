@@ -28,7 +28,6 @@ TEST(Numbers, RoundingIsHalfUp) {
 TEST(Numbers, SumsWrap) {
     EXPECT_EQ(WrapAdd(INT32_MAX, 1), INT32_MIN);
     EXPECT_EQ(WrapNegate(INT32_MIN), INT32_MIN);
-    EXPECT_EQ(WrapMultiply(65536, 65536), 0);
 }
 
 TEST(Numbers, TheLengthOfDecimalsDoesNotFallShortOfAWholeNumber) {

@@ -1,5 +1,5 @@
 // Strings and blocks of memory that cross the interfaces: BSTR and global memory.
-#include "platform/bstr.h"
+#include "platform/variant.h"
 
 #include <gtest/gtest.h>
 

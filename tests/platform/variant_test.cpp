@@ -32,8 +32,8 @@ TEST(Variant, ChangesToInteger) {
         {"true", Variant::Boolean(true), -1},
         {"empty", Variant(), 0},
     };
-    for (const Row& row : rows) EXPECT_EQ(row.value.AsInteger(), row.expected) << row.name;
-    EXPECT_EQ(Variant::Object(nullptr).AsInteger(), std::nullopt);
+    for (const Row& row : rows) EXPECT_EQ(qm::IntegerOf(row.value.Get()), row.expected) << row.name;
+    EXPECT_EQ(qm::IntegerOf(Variant::Object(nullptr).Get()), std::nullopt);
 }
 
 TEST(Variant, ChangesToOtherTypes) {

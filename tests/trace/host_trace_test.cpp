@@ -50,7 +50,7 @@ TEST(TraceHost, PassesCallsOn) {
     EXPECT_EQ(document->PutAttribute(kept.Get(), Variant::Integer(7).Get(), 0), S_OK);
     EXPECT_EQ(document->PutAttribute(refused.Get(), Variant::Integer(1).Get(), 0), E_ACCESSDENIED);
     EXPECT_EQ(document->GetAttribute(kept.Get(), 0, value.Put()), S_OK);
-    EXPECT_EQ(value.AsInteger(), 7);
+    EXPECT_EQ(IntegerOf(value.Get()), 7);
     EXPECT_EQ(document->GetAttribute(refused.Get(), 0, value.Put()), E_INVALIDARG);
     EXPECT_EQ(lines.size(), 4U);
 }

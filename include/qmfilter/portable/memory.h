@@ -8,7 +8,6 @@
 
 #include "qmfilter/portable/types.h"
 
-inline constexpr UINT GMEM_FIXED = 0x00;
 inline constexpr UINT GMEM_MOVEABLE = 0x02;
 inline constexpr UINT GMEM_ZEROINIT = 0x40;
 inline constexpr UINT GHND = GMEM_MOVEABLE | GMEM_ZEROINIT;
@@ -30,5 +29,4 @@ HGLOBAL GlobalFree(HGLOBAL memory) noexcept;
 
 // Null when memory runs out. The receiver frees.
 LPVOID CoTaskMemAlloc(SIZE_T bytes) noexcept;
-LPVOID CoTaskMemRealloc(LPVOID block, SIZE_T bytes) noexcept;
 void CoTaskMemFree(LPVOID block) noexcept;

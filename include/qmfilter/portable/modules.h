@@ -13,7 +13,6 @@ using FARPROC = std::intptr_t(WINAPI*)();
 
 // Null when there is no such library or it cannot be loaded.
 HMODULE LoadLibraryA(LPCSTR name) noexcept;
-HMODULE LoadLibraryW(LPCWSTR name) noexcept;
 // Null when the library does not export `name`.
 FARPROC GetProcAddress(HMODULE module, LPCSTR name) noexcept;
 BOOL FreeLibrary(HMODULE module) noexcept;

@@ -68,9 +68,6 @@ extern "C" const IID IID_IStream;
 // Stream over a movable block (null: a new, empty one). With `deleteOnRelease` the last Release
 // frees the block.
 HRESULT CreateStreamOnHGlobal(HGLOBAL memory, BOOL deleteOnRelease, IStream** stream) noexcept;
-// The block behind such a stream; it may be larger than the stream. E_INVALIDARG for any other
-// stream.
-HRESULT GetHGlobalFromStream(IStream* stream, HGLOBAL* memory) noexcept;
 // Stream over a file. `mode`: STGM_READ, STGM_WRITE or STGM_READWRITE, with STGM_CREATE to truncate
 // or make it; sharing bits are accepted and not enforced. A missing file or one without permission
 // gives a failure and a null stream.

@@ -154,7 +154,6 @@ inline constexpr HRESULT E_ACCESSDENIED = StatusCode(0x80070005);
 inline constexpr HRESULT E_OUTOFMEMORY = StatusCode(0x8007000E);
 inline constexpr HRESULT E_INVALIDARG = StatusCode(0x80070057);
 inline constexpr HRESULT CO_E_CLASSSTRING = StatusCode(0x800401F3);
-inline constexpr HRESULT CO_E_OBJNOTREG = StatusCode(0x800401FB);
 inline constexpr HRESULT REGDB_E_CLASSNOTREG = StatusCode(0x80040154);
 inline constexpr HRESULT CLASS_E_NOAGGREGATION = StatusCode(0x80040110);
 inline constexpr HRESULT CLASS_E_CLASSNOTAVAILABLE = StatusCode(0x80040111);

@@ -16,16 +16,13 @@ enum VARENUM : VARTYPE {
     VT_R8 = 5,
     VT_BSTR = 8,
     VT_DISPATCH = 9,
-    VT_ERROR = 10,
     VT_BOOL = 11,
-    VT_VARIANT = 12,
     VT_UNKNOWN = 13,
     VT_UI1 = 17,
     VT_UI2 = 18,
     VT_UI4 = 19,
     VT_INT = 22,
     VT_UINT = 23,
-    VT_BYREF = 0x4000,
 };
 
 inline constexpr VARIANT_BOOL VARIANT_TRUE = -1;
@@ -63,8 +60,6 @@ struct tagVARIANT {
 using VARIANT = tagVARIANT;
 using VARIANTARG = VARIANT;
 static_assert(sizeof(VARIANT) == 24);
-
-inline constexpr USHORT VARIANT_NOVALUEPROP = 1;
 
 void VariantInit(VARIANT* value) noexcept;
 // Frees a string, releases an object, and leaves VT_EMPTY.

@@ -1,5 +1,4 @@
-// See area_fill.h.
-#include "interpreter/attributes/area_fill.h"
+// Areas as a plotter fills and edges them; see fill.h.
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +10,7 @@
 #include "interpreter/attributes/fill.h"
 #include "interpreter/attributes/hatch.h"
 #include "interpreter/attributes/pens.h"
-#include "interpreter/attributes/polygon_clip.h"
+#include "interpreter/attributes/polygon.h"
 #include "interpreter/lexer.h"
 #include "interpreter/pen_motion.h"
 

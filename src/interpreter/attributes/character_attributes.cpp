@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "common/units.h"
-#include "interpreter/attributes/label_grid.h"
 #include "interpreter/attributes/labels.h"
 #include "interpreter/coordinates.h"
 #include "interpreter/handlers.h"

@@ -1,5 +1,4 @@
-// See dashes.h.
-#include "interpreter/attributes/dashes.h"
+// Line types as a plotter draws them; see lines.h.
 
 #include <cstdlib>
 

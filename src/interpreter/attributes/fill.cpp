@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "common/numbers.h"
-#include "interpreter/attributes/area_fill.h"
 #include "interpreter/attributes/hatch.h"
 #include "interpreter/attributes/pens.h"
 #include "interpreter/handlers.h"
@@ -156,7 +155,6 @@ void FillPolygon(Drawing& drawing, const PenState& pens, const FillState& fill) 
 void FillType(Parameters& in, const Reading& reading, const CoordinateState& c, FillState& fill) {
     fill.FillType = in.GetShortOr(1);
     if (reading.fillsByType) return TakeFillOptions(in, c, fill);
-    fill.ShadingLevel = 100;
     if (fill.FillType == 10) {
         fill.ShadingLevel = in.GetShortOr(100);
     } else if (fill.FillType == 3 || fill.FillType == 4) {

@@ -1,5 +1,4 @@
-// See label_grid.h.
-#include "interpreter/attributes/label_grid.h"
+// Labels as a plotter writes them; see labels.h.
 
 #include <algorithm>
 #include <cmath>
@@ -7,8 +6,8 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
-#include "interpreter/attributes/dashes.h"
 #include "interpreter/attributes/labels.h"
+#include "interpreter/attributes/lines.h"
 #include "interpreter/attributes/stroke_font.h"
 #include "interpreter/lexer.h"
 #include "interpreter/pen_motion.h"

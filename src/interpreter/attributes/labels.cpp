@@ -6,7 +6,6 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
-#include "interpreter/attributes/label_grid.h"
 #include "interpreter/attributes/stroke_font.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"

@@ -1,8 +1,9 @@
 // Labels: text drawn with the stroke font, and symbol mode.
 //
-// Commands LB CP in labels.cpp, the character attributes in character_attributes.cpp, the glyphs in
-// stroke_font.h. Where a character, the next one and the next line go is computed by the pure
-// functions below. Tests: tests/interpreter/attributes/labels_test.cpp.
+// Commands LB CP in labels.cpp, the character attributes in character_attributes.cpp, labels as a
+// plotter writes them in label_grid.cpp, the glyphs in stroke_font.h. Where a character, the next
+// one and the next line go is computed by the pure functions below. Tests:
+// tests/interpreter/attributes/labels_test.cpp, tests/interpreter/reading_test.cpp.
 #pragma once
 
 #include <cstddef>
@@ -13,11 +14,12 @@
 namespace qm {
 
 struct Drawing;
+struct Parameters;
 
 // The stroke weight (SD kind 6) that leaves label strokes the width of the pen.
 inline constexpr std::int32_t kPenStrokeWeight = 9999;
 
-// Labels on the grid of character cells (label_grid.h): sizes and directions as given, because a
+// Labels on the grid of character cells (label_grid.cpp): sizes and directions as given, because a
 // relative one follows P1 and P2.
 struct LabelGrid {
     PointD size{75.0, 108.0};  // plotter units, or percent of the distance of P1 and P2
@@ -88,5 +90,34 @@ class GlyphTransform {
 // Draws the symbol-mode character about the pen position, which stays. The character's code is not
 // mapped.
 void DrawSymbol(const LabelState& label, Drawing& drawing);
+
+// ---------------------------------------------------------------- Labels as a plotter writes them
+//
+// On a grid of character cells: one and a half character widths by two heights, in plotter units
+// whatever the scale is. LB, CP, SM and the character attributes come here when the reading puts
+// labels on the grid (reading.h). Source: HP-GL/2 reference, "The character group".
+
+// LB: control characters move without a mark, LF goes a line down, CR to the carriage-return point,
+// a backspace one cell back; each line is placed by LO for itself. The pen ends behind the last
+// character, with a centred or right-aligned origin where it was. Nothing in polygon mode.
+// `text` has room for length + 1 bytes and is overwritten.
+void DrawGridLabel(LabelState& label, Drawing& drawing, char* text, std::size_t length);
+
+// SM's character about the pen position, which stays.
+void DrawGridSymbol(const LabelState& label, Drawing& drawing);
+
+// CP [spaces, lines]: lines count upwards and move the carriage-return point too; alone it is CR
+// and LF.
+void MoveOnGrid(Parameters& in, LabelState& label, Drawing& drawing);
+
+// SI, with `given` numbers in centimetres: none gives 0.285 x 0.375, one changes nothing.
+void SetAbsoluteSize(LabelState& label, int given, PointD size);
+// SR, in percent: none gives 0.75 x 1.5, one changes nothing.
+void SetRelativeSize(LabelState& label, int given, PointD percent);
+// DI and DR (`relative`); 0, 0 changes nothing.
+void SetRun(LabelState& label, PointD run, bool relative);
+// SD kinds 3 (characters an inch) and 4 (points); other kinds and values of 0 or less change
+// nothing.
+void SetFontSize(LabelState& label, std::int16_t kind, double value);
 
 }  // namespace qm

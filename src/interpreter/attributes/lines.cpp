@@ -5,7 +5,6 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
-#include "interpreter/attributes/dashes.h"
 #include "interpreter/coordinates.h"
 #include "interpreter/handlers.h"
 #include "interpreter/lexer.h"

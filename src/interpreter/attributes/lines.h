@@ -1,8 +1,8 @@
-// Lines: predefined and user-defined line types, line ends and joins, merge control, and the change
-// filters through which width, line type and pattern reach the output.
+// Lines: predefined and user-defined line types, line ends and joins, merge control, the change
+// filters through which width, line type and pattern reach the output; dashes by length.
 //
-// Commands LT UL LA MC PT stand in lines.cpp. Tests:
-// tests/interpreter/attributes/lines_test.cpp.
+// Commands LT UL LA MC PT stand in lines.cpp, how a plotter draws LT in dashes.cpp. Tests:
+// tests/interpreter/attributes/lines_test.cpp, tests/interpreter/reading_test.cpp.
 #pragma once
 
 #include <array>
@@ -10,7 +10,9 @@
 
 namespace qm {
 
+struct CoordinateState;
 class Output;
+struct Parameters;
 
 // Merge-control opcodes that change what is drawn.
 inline constexpr std::int32_t kMergeNoDraw = 170;        // pen-down moves draw nothing
@@ -39,7 +41,7 @@ struct UserLineType {
 };
 
 // Dashes and gaps in plotter units, in turn; solid without any. Only the reading that dashes by
-// length has them (dashes.h).
+// length has them (dashes.cpp).
 struct Dashes {
     std::int32_t count = 0;
     std::array<std::int32_t, 20> lengths{};
@@ -82,5 +84,20 @@ struct LineState {
 std::int32_t ClampTruncated(double value, std::int32_t low);
 // A pen's width as the output takes it: 0 to 10000, truncated.
 inline std::int32_t ClampWidth(double width) { return ClampTruncated(width, 0); }
+
+// ---------------------------------------------------------------- Line types as a plotter draws
+// them
+//
+// Patterns of dashes and gaps with a length. LT comes here when the reading dashes by length
+// (reading.h). Source: HP-GL/2 reference, LT and UL.
+
+// LT [type [, length [, mode]]]: the pattern of a user-defined or predefined type, `length` long:
+// in percent of the distance of P1 and P2 (mode 0) or millimetres (mode 1); as last given or 4
+// percent when it is missing. Without a type solid; 99 brings back what was in force before.
+// Adaptive types (negative) are drawn as fixed ones.
+void SelectDashes(Parameters& in, const CoordinateState& c, LineState& lines, Output& out);
+
+// Sends dashes; solid for none.
+void SendDashes(const Dashes& dashes, Output& out);
 
 }  // namespace qm

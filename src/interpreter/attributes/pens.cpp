@@ -5,7 +5,6 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
-#include "interpreter/attributes/dashes.h"
 #include "interpreter/attributes/lines.h"
 #include "interpreter/coordinates.h"
 #include "interpreter/handlers.h"
@@ -69,7 +68,7 @@ std::uint32_t ReadColour(Parameters& in, const PenState& pens, std::uint32_t oth
 
 }  // namespace
 
-std::uint8_t ColourByte(double component, ColorRange range) {
+std::uint8_t ColourByte(double component, ComponentRange range) {
     std::int32_t value = 0;
     if (range.black >= range.range) {
         // Quirk: a range that is no longer than its black reference counts as inverted. Without any

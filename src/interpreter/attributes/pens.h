@@ -35,7 +35,7 @@ struct Pen {
 };
 
 // One component of CR: the black reference and the distance from it to the white reference.
-struct ColorRange {
+struct ComponentRange {
     std::int32_t black = 0;
     std::int32_t range = 255;
 };
@@ -62,11 +62,11 @@ struct PenState {
     bool Transparency = true;  // white is transparent
     bool WhitePenSuppressed = false;  // a white current pen with transparency: FP fills nothing
     bool PaletteChanged = false;      // a PC came; the raster palette is made anew from the pens
-    std::array<ColorRange, 3> colourRange;  // red, green, blue
+    std::array<ComponentRange, 3> colourRange;  // red, green, blue
 };
 
 // One component of PC on its range as a byte, the black reference as 0 and the white one as 255;
 // beyond them it is clamped, on an inverted range it is cut to its low 8 bits.
-std::uint8_t ColourByte(double component, ColorRange range);
+std::uint8_t ColourByte(double component, ComponentRange range);
 
 }  // namespace qm

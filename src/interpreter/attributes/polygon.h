@@ -1,13 +1,16 @@
-// The polygon buffer: vertices that pen moves record while polygon mode is on.
+// The polygon buffer, vertices that pen moves record while polygon mode is on; and how a filled
+// polygon is clipped to the soft-clip window.
 //
-// Command PM stands in polygon.cpp; EP and FP in fill.cpp read the buffer. Tests:
-// tests/interpreter/attributes/polygon_test.cpp.
+// Command PM stands in polygon.cpp, EP and FP in fill.cpp read the buffer; the clipping in
+// polygon_clip.cpp, which hands gpc_polygon_clip the points and bounds its time. Tests:
+// tests/interpreter/attributes/polygon_test.cpp, tests/interpreter/attributes/clip_test.cpp.
 #pragma once
 
 #include <cstdint>
 #include <vector>
 
 #include "common/geometry.h"
+#include "interpreter/coordinates.h"
 
 namespace qm {
 
@@ -50,5 +53,20 @@ class PolygonBuffer {
 
     bool startFixed_ = false;  // the start point is fixed
 };
+
+// ---------------------------------------------------------------- Clipping, pure
+
+using Contour = std::vector<PointI>;
+
+// True when any point lies outside the window.
+bool ReachesOutside(const Contour& polygon, const ClipWindow& window);
+
+// The parts of the polygon (even-odd) inside the window, each contour truncated to whole plotter
+// units; a hole is a contour of its own. Empty when nothing is inside. A polygon whose edges meet
+// each other more than kMaxEdgeMeetings times comes out as one self-touching contour of the same
+// even-odd area instead, because the clipper's time and memory grow with each meeting.
+std::vector<Contour> ClipPolygon(const Contour& polygon, const ClipWindow& window);
+
+inline constexpr std::int64_t kMaxEdgeMeetings = 65536;
 
 }  // namespace qm

@@ -1,5 +1,5 @@
-// See polygon_clip.h.
-#include "interpreter/attributes/polygon_clip.h"
+// Clips a filled polygon to the soft-clip window; see polygon.h.
+#include "interpreter/attributes/polygon.h"
 
 #include <algorithm>
 #include <array>

@@ -6,7 +6,6 @@
 
 #include "common/numbers.h"
 #include "interpreter/arcs.h"
-#include "interpreter/attributes/area_fill.h"
 #include "interpreter/attributes/fill.h"
 #include "interpreter/attributes/pens.h"
 #include "interpreter/handlers.h"

@@ -52,12 +52,6 @@ HMODULE LoadLibraryA(LPCSTR name) noexcept try {
     return nullptr;
 }
 
-HMODULE LoadLibraryW(LPCWSTR name) noexcept try {
-    return name == nullptr ? nullptr : LoadLibraryA(qm::WideToUtf8(name).c_str());
-} catch (const std::bad_alloc&) {
-    return nullptr;
-}
-
 FARPROC GetProcAddress(HMODULE module, LPCSTR name) noexcept {
     return module == nullptr ? nullptr : reinterpret_cast<FARPROC>(dlsym(module, name));
 }

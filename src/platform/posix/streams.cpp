@@ -130,8 +130,6 @@ class MemoryStream final : public StreamBase {
     explicit MemoryStream(std::shared_ptr<SharedBlock> block, std::uint64_t position = 0) noexcept
         : block_(std::move(block)), position_(position) {}
 
-    HGLOBAL Memory() const noexcept { return block_->memory; }
-
     HRESULT Read(void* buffer, ULONG bytes, ULONG* done) noexcept override {
         Report(done, 0);
         if (buffer == nullptr) return STG_E_INVALIDPOINTER;
@@ -302,13 +300,6 @@ HRESULT CreateStreamOnHGlobal(HGLOBAL memory, BOOL deleteOnRelease, IStream** st
     if (*stream != nullptr) return S_OK;
     if (memory == nullptr) GlobalFree(block);
     return E_OUTOFMEMORY;
-}
-
-HRESULT GetHGlobalFromStream(IStream* stream, HGLOBAL* memory) noexcept {
-    const auto* ours = dynamic_cast<MemoryStream*>(stream);
-    if (ours == nullptr || memory == nullptr) return E_INVALIDARG;
-    *memory = ours->Memory();
-    return S_OK;
 }
 
 HRESULT SHCreateStreamOnFileW(LPCWSTR path, DWORD mode, IStream** stream) noexcept {

@@ -19,6 +19,19 @@ void CopySeed(const std::uint8_t* seed, const RowTarget& target) {
     }
 }
 
+// The offset in a command of method 3, moving `from` behind the bytes that extend one of 31: up to
+// and with the first one below 255.
+std::size_t DeltaOffset(std::size_t command, const std::uint8_t*& from, const std::uint8_t* end) {
+    std::size_t offset = command & 31;
+    if (offset != 31) return offset;
+    std::uint8_t more = 255;
+    while (more == 255 && from != end) {
+        more = *from++;
+        offset += more;
+    }
+    return offset;
+}
+
 }  // namespace
 
 void DecodeUnencoded(ByteSpan data, const RowTarget& target) {
@@ -68,15 +81,7 @@ void DecodeDeltaRow(ByteSpan data, const std::uint8_t* seed, const RowTarget& ta
     const std::uint8_t* const dataEnd = from + data.size;
     while (from != dataEnd) {
         const std::size_t command = *from++;
-        std::size_t offset = command & 31;
-        if (offset == 31) {
-            std::uint8_t more = 255;
-            while (more == 255 && from != dataEnd) {
-                more = *from++;
-                offset += more;
-            }
-        }
-        at += offset;
+        at += DeltaOffset(command, from, dataEnd);
         if (at >= target.size) return;
         const auto there = static_cast<std::size_t>(dataEnd - from);
         const std::size_t size = std::min({(command >> 5) + 1, target.size - at, there});

@@ -1,5 +1,5 @@
-// See row_store.h.
-#include "raster/rows/row_store.h"
+// The store of a picture's rows; see bitmap_rows.h.
+#include "raster/rows/bitmap_rows.h"
 
 #include <algorithm>
 #include <cstring>

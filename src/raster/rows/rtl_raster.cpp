@@ -22,6 +22,23 @@ std::int64_t StoredRowBytes(std::int32_t width, int bits, PlaneKind kind) {
     return std::max(PackedStride(width, bits), planes * PlaneBytes(width));
 }
 
+bool IsRowMethod(int method) { return (method >= 0 && method <= 3) || method == kReplacementDelta; }
+
+void Decode(int method, ByteSpan data, const std::uint8_t* seed, const RowTarget& target) {
+    switch (method) {
+        case 0:
+            return DecodeUnencoded(data, target);
+        case 1:
+            return DecodeRunLength(data, target);
+        case 2:
+            return DecodePackBits(data, target);
+        case 3:
+            return DecodeDeltaRow(data, seed, target);
+        default:
+            return DecodeReplacementDeltaRow(data, seed, target);
+    }
+}
+
 }  // namespace
 
 CRTLRaster::CRTLRaster(std::int32_t width, std::int32_t height, int bitsPerPixel,
@@ -47,8 +64,7 @@ bool CRTLRaster::GrowTo(std::int32_t row) {
 int CRTLRaster::AddRow(std::int32_t row, ByteSpan data, int method, std::size_t offset,
                        std::size_t count, bool advanceSeed) {
     const std::size_t rowBytes = RowBytes();
-    if (rowBytes == 0 || !GrowTo(row)) return 0;
-    if ((method < 0 || method > 3) && method != kReplacementDelta) return 0;
+    if (rowBytes == 0 || !GrowTo(row) || !IsRowMethod(method)) return 0;
     if (!Afford(1, count == 0 ? rowBytes : std::min(count, rowBytes))) return 0;
     if (method == kReplacementDelta && row == 0) {
         if (!Afford(RowCount(), rowBytes)) return 0;
@@ -57,25 +73,8 @@ int CRTLRaster::AddRow(std::int32_t row, ByteSpan data, int method, std::size_t 
     std::uint8_t* target = rows_.Touch(row);
     if (target == nullptr) return 0;
     hasRows_ = true;
-    highestRow_ = std::max(highestRow_, row);
-
-    const RowTarget place{target, rowBytes, offset, count == 0 ? rowBytes : count};
-    switch (method) {
-        case 0:
-            DecodeUnencoded(data, place);
-            break;
-        case 1:
-            DecodeRunLength(data, place);
-            break;
-        case 2:
-            DecodePackBits(data, place);
-            break;
-        case 3:
-            DecodeDeltaRow(data, Seed(), place);
-            break;
-        default:
-            DecodeReplacementDeltaRow(data, Seed(), place);
-    }
+    rowCount_ = std::max(rowCount_, row + 1);
+    Decode(method, data, Seed(), {target, rowBytes, offset, count == 0 ? rowBytes : count});
     if (advanceSeed) seedRow_ = row;
     return 1;
 }
@@ -93,7 +92,7 @@ void CRTLRaster::AddEmptyRows(std::int32_t row, std::int32_t count) {
     GrowTo(last);
     rows_.Clear(row, fit);
     hasRows_ = true;
-    highestRow_ = std::max(highestRow_, last);
+    rowCount_ = std::max(rowCount_, last + 1);
     seedRow_ = last;
 }
 
@@ -111,7 +110,7 @@ void CRTLRaster::AddSeedCopies(std::int32_t row, std::int32_t count) {
         return;
     }
     hasRows_ = true;
-    highestRow_ = std::max(highestRow_, last);
+    rowCount_ = std::max(rowCount_, last + 1);
     seedRow_ = last;
 }
 
@@ -119,9 +118,8 @@ void CRTLRaster::AddSeedCopies(std::int32_t row, std::int32_t count) {
 void CRTLRaster::MergePlanes() {
     if (bitsPerPixel_ != 8) return;
     std::vector<std::uint8_t> planes(RowBytes());
-    const std::int64_t rowCount = highestRow_;
-    for (std::size_t b = 0; b < rows_.BandCount(rowCount); ++b) {
-        const RowBand band = rows_.Band(b, rowCount);
+    for (std::size_t b = 0; b < rows_.BandCount(bitmapRows_); ++b) {
+        const RowBand band = rows_.Band(b, bitmapRows_);
         for (std::int64_t i = 0; band.data != nullptr && i < band.count; ++i) {
             std::uint8_t* row = band.data + static_cast<std::size_t>(i) * band.stride;
             std::memcpy(planes.data(), row, planes.size());
@@ -131,12 +129,12 @@ void CRTLRaster::MergePlanes() {
 }
 
 std::optional<std::size_t> CRTLRaster::PrepareBitmap(int angle) {
-    // Quirk: the field itself is counted up, so a second call would find one more row.
-    ++highestRow_;
+    // Quirk: the count itself goes up, so a second call would find one more row.
+    bitmapRows_ = rowCount_++;
     if (!hasRows_) return std::nullopt;
     if (planeKind_ != kNoPlanes) MergePlanes();
-    return IsQuarterTurn(angle) ? PackedBitmapSize(highestRow_, width_, bitsPerPixel_)
-                                : PackedBitmapSize(width_, highestRow_, bitsPerPixel_);
+    return IsQuarterTurn(angle) ? PackedBitmapSize(bitmapRows_, width_, bitsPerPixel_)
+                                : PackedBitmapSize(width_, bitmapRows_, bitsPerPixel_);
 }
 
 GlobalBlock CRTLRaster::MakeBitmap(int angle) {
@@ -150,18 +148,17 @@ GlobalBlock CRTLRaster::MakeBitmap(int angle) {
 }
 
 void CRTLRaster::FillBitmap(std::uint8_t* zeroed, int angle) {
-    const std::int32_t rowCount = highestRow_;
     const bool quarter = IsQuarterTurn(angle);
-    const std::int32_t bitmapWidth = quarter ? rowCount : width_;
-    const std::int32_t bitmapHeight = quarter ? width_ : rowCount;
+    const std::int32_t bitmapWidth = quarter ? bitmapRows_ : width_;
+    const std::int32_t bitmapHeight = quarter ? width_ : bitmapRows_;
     BitmapTarget target;
     target.rows =
         WritePackedHeader(zeroed, bitmapWidth, bitmapHeight, bitsPerPixel_, colours_.data());
     target.width = width_;
-    target.height = rowCount;
+    target.height = bitmapRows_;
     target.bits = bitsPerPixel_;
-    for (std::size_t b = 0; b < rows_.BandCount(rowCount); ++b) {
-        const RowBand band = rows_.Band(b, rowCount);
+    for (std::size_t b = 0; b < rows_.BandCount(bitmapRows_); ++b) {
+        const RowBand band = rows_.Band(b, bitmapRows_);
         if (angle == 0) {
             CopyUpright(target, band);
         } else {

@@ -16,7 +16,6 @@
 #include "raster/rows/bitmap_rows.h"
 #include "raster/rows/palette.h"
 #include "raster/rows/row_decoders.h"
-#include "raster/rows/row_store.h"
 
 namespace qm {
 
@@ -68,7 +67,7 @@ class CRTLRaster {
     // Bytes of a stored row: the longer of the padded bitmap row and the planes side by side.
     std::size_t RowBytes() const { return rows_.Stride(); }
     // Rows stored so far: the highest row written + 1. MakeBitmap adds one of its own.
-    std::int32_t RowCount() const { return highestRow_ + 1; }
+    std::int32_t RowCount() const { return rowCount_; }
     bool HasRows() const { return hasRows_; }
 
     // Decodes one row, or one plane of it, into row `row` at byte `offset`. `count`: the bytes of
@@ -116,7 +115,8 @@ class CRTLRaster {
     RowStore rows_;
     std::int64_t capacity_ = 0;  // rows
     std::int64_t seedRow_ = -1;  // below 0: a row of zeros
-    std::int32_t highestRow_ = -1;
+    std::int32_t rowCount_ = 0;
+    std::int32_t bitmapRows_ = 0;  // of the bitmap being made
     bool hasRows_ = false;
     std::array<PaletteEntry, kPaletteEntries> colours_{};
 };

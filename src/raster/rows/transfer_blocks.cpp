@@ -83,6 +83,22 @@ std::int32_t AddAdaptiveBlock(ByteSource& source, std::int64_t blockBytes, CRTLR
     return row;
 }
 
+// Reads `count` rows of `rowBytes` bytes to row `row` on; the last one that comes may be cut short.
+// Returns the row behind them.
+static std::int32_t AddPlainRows(ByteSource& source, std::int64_t count, std::int64_t rowBytes,
+                                 CRTLRaster& raster, std::int32_t row, RowShare share) {
+    // Bytes behind the stored row are never looked at: they are skipped, not buffered.
+    const std::int64_t kept = std::min(rowBytes, static_cast<std::int64_t>(raster.RowBytes()));
+    std::vector<std::uint8_t> data;
+    for (bool more = true; more && count > 0; --count) {
+        more = ReadCounted(source, kept, data) && SkipCounted(source, rowBytes - kept);
+        if (data.empty() && !more) break;
+        raster.AddRow(row, SpanOf(data), 0, share.offset, share.count, true);
+        row = Advance(row, 1);
+    }
+    return row;
+}
+
 PlainBlockResult AddPlainBlock(ByteSource& source, std::int64_t blockBytes, CRTLRaster& raster,
                                std::int32_t row, RowShare share) {
     PlainBlockResult result;
@@ -93,25 +109,18 @@ PlainBlockResult AddPlainBlock(ByteSource& source, std::int64_t blockBytes, CRTL
         return result;
     }
     if (source.Read(head, sizeof(head)) < sizeof(head)) return result;
-    std::int64_t left = blockBytes - 4;
+    const std::int64_t left = blockBytes - 4;
     std::int64_t width = 0;
     for (const std::uint8_t byte : head) width = width * 256 + byte;
     const std::int64_t rowBytes = (width + 7) / 8;
-    if (rowBytes != 0) {
-        result.valid = true;
-        result.rows = Advance(0, left / rowBytes);
-        // Bytes behind the stored row are never looked at: they are skipped, not buffered.
-        const auto stored = static_cast<std::int64_t>(raster.RowBytes());
-        const std::int64_t kept = std::min(rowBytes, stored);
-        std::vector<std::uint8_t> data;
-        for (bool more = true; more && left >= rowBytes; left -= rowBytes) {
-            more = ReadCounted(source, kept, data) && SkipCounted(source, rowBytes - kept);
-            if (data.empty() && !more) break;
-            raster.AddRow(result.nextRow, SpanOf(data), 0, share.offset, share.count, true);
-            result.nextRow = Advance(result.nextRow, 1);
-        }
+    if (rowBytes == 0) {
+        SkipCounted(source, left);
+        return result;
     }
-    SkipCounted(source, left);
+    result.valid = true;
+    result.rows = Advance(0, left / rowBytes);
+    result.nextRow = AddPlainRows(source, left / rowBytes, rowBytes, raster, row, share);
+    SkipCounted(source, left % rowBytes);
     return result;
 }
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <random>
 
-#include "interpreter/attributes/polygon_clip.h"
+#include "interpreter/attributes/polygon.h"
 #include "tests/interpreter/ops_table.h"
 
 extern "C" {

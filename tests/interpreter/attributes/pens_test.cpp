@@ -94,7 +94,7 @@ TEST(Pens, ColourByte) {
     struct Row {
         const char* name;
         double component;
-        ColorRange range;
+        ComponentRange range;
         int expected;
     };
     const Row rows[] = {
