@@ -88,6 +88,8 @@ constexpr ScriptCall kCalls[] = {
 
 }  // namespace
 
+ScriptCallList AllScriptCalls() noexcept { return {kCalls, std::size(kCalls)}; }
+
 const ScriptCall* FindCall(std::string_view name) noexcept {
     const auto* const found =
         std::find_if(std::begin(kCalls), std::end(kCalls),

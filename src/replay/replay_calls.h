@@ -1,7 +1,7 @@
 // The calls that a replay script can make, and how a script's words become the arguments of a
 // sink's methods.
 //
-// Entry point: FindCall, over the one table of all methods of the sinks in replay_calls.cpp, a row
+// Entry points: FindCall and AllScriptCalls, over the one table of all methods of the sinks in replay_calls.cpp, a row
 // a script word. Plain, Bare and Special make its entries: for each kind of sink the function that
 // reads the values of a line and calls the method. A line that does not fit throws ScriptError.
 // Test: tests/replay/replay_test.cpp.
@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -269,6 +270,15 @@ struct ScriptCall {
         return methods[static_cast<std::size_t>(kind)];
     }
 };
+
+// All calls, grouped by sink.
+struct ScriptCallList {
+    const ScriptCall* first;
+    std::size_t count;
+    const ScriptCall* begin() const { return first; }
+    const ScriptCall* end() const { return first + count; }
+};
+ScriptCallList AllScriptCalls() noexcept;
 
 // The row of `name`, or null when no kind of sink has such a method.
 const ScriptCall* FindCall(std::string_view name) noexcept;
