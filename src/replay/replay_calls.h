@@ -1,10 +1,10 @@
 // The calls that a replay script can make, and how a script's words become the arguments of a
 // sink's methods.
 //
-// Entry points: FindCall and AllScriptCalls, over the one table of all methods of the sinks in replay_calls.cpp, a row
-// a script word. Plain, Bare and Special make its entries: for each kind of sink the function that
-// reads the values of a line and calls the method. A line that does not fit throws ScriptError.
-// Test: tests/replay/replay_test.cpp.
+// Entry points: FindCall and AllScriptCalls, over the one table of all methods of the sinks in
+// replay_calls.cpp, a row a script word. Plain, Bare and Special make its entries: for each kind of
+// sink the function that reads the values of a line and calls the method. A line that does not fit
+// throws ScriptError. Test: tests/replay/replay_test.cpp.
 #pragma once
 
 #include <qmfilter.h>
