@@ -22,6 +22,9 @@ struct Option {
     std::function<void(const std::string& value)> set;
     std::string needs = {};  // the name of an option that must be given too
     bool repeats = false;    // may be given several times
+    // Names of the formats (output_format.h) that convert takes it for, with blanks between; empty:
+    // for all.
+    std::string formats = {};
 };
 
 struct OptionGroup {
@@ -41,12 +44,21 @@ struct ParsedLine {
     std::vector<const Option*> given;
 };
 
+// A line of help with a text beside it.
+struct HelpRow {
+    std::string name;
+    std::string text;
+};
+
 struct Command {
     std::string name;
     std::string summary;              // a line in the list of commands
     std::vector<std::string> usages;  // what stands behind "qmplot NAME"
     std::vector<Operand> operands;
     std::vector<OptionGroup> groups;
+    std::vector<std::string> notes;  // paragraphs behind the options
+    std::vector<HelpRow> examples;   // the words behind "qmplot NAME", and what they do
+    std::vector<HelpRow> statuses;   // exit statuses
     // Returns the exit status or throws ToolError.
     std::function<int(const ParsedLine&)> run;
 };

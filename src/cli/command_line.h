@@ -18,8 +18,8 @@ class UsageError : public ToolError {
   public:
     // `command` is empty where none was named.
     UsageError(const std::string& message, const std::string& command)
-        : ToolError(message + "; see qmplot " + command + (command.empty() ? "" : " ") + "--help") {
-    }
+        : ToolError(message + (message.back() == '?' ? " See" : "; see") + " qmplot " +
+                    (command.empty() ? "" : command + ' ') + "--help") {}
 };
 
 // The command of that name. Throws UsageError, which names the one that may have been meant.

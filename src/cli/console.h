@@ -1,4 +1,4 @@
-// The terminal: standard output through a large buffer, and Ctrl-C. posix/console.cpp,
+// The terminal: standard output through a large buffer, its width, and Ctrl-C. posix/console.cpp,
 // windows/console.cpp. Test: tests/cli/qmplot_test.cpp.
 #pragma once
 
@@ -29,24 +29,33 @@ class StandardOutput {
         buffer_ += text;
     }
     bool Failed() const { return cause_ != 0; }
+    // Writes what there is, so that it stands before a message that follows.
+    void Flush();
     // Writes what is left. Throws ToolError when anything was lost, except to a reader that closed
     // its pipe: it has seen what it wanted.
     void Finish();
 
   private:
     static constexpr std::size_t kBufferBytes = std::size_t{1} << 18;
-    void Flush();
 
     std::string buffer_;
     int cause_ = 0;  // errno of the first failure
 };
 
+// ---------------------------------------------------------------- Terminal
+
+// Columns of the terminal that standard error is; 0: it is none.
+int ErrorColumns();
+
 // ---------------------------------------------------------------- Ctrl-C
 
 // The first one asks the running import to end through the abort answer of its Progress event, the
-// second one ends the program. From now on SIGINT and SIGTERM only set a flag, once.
+// second one ends the program. From now on SIGINT, SIGTERM and SIGHUP only set a flag, once.
 void WatchForInterruption();
 bool Interrupted() noexcept;
+// Ends the program as the signal would have, so that a shell loop around it stops too. To be called
+// when everything is cleaned up.
+[[noreturn]] void EndByInterruption();
 
 inline void ThrowIfInterrupted() {
     if (Interrupted()) throw ToolError("interrupted, nothing was written", kExitNotAPlot);

@@ -5,7 +5,6 @@
 
 #include "cli/console.h"
 #include "cli/files.h"
-#include "cli/plots.h"
 #include "common/tool_error.h"
 #include "host/page_summary.h"
 #include "platform/text.h"
@@ -25,22 +24,24 @@ PlotFacts FactsOf(const InputFile& file, const OpenedPlot& plot) {
 }
 
 struct NumberedPage {
-    std::size_t number;  // from 1, empty pages counted
+    std::size_t number;  // from 1, pages that show nothing counted
     PlotPage page;
 };
 
 std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string& input,
-                                       const ConversionOptions& options, bool picturesStay,
+                                       const ConversionOptions& options, const OutputFormat& format,
                                        const ConversionReports& reports) {
     const std::size_t count = plot.pages.size();
-    const auto only = static_cast<std::size_t>(options.page);
-    if (only > count && count > 0) {
-        throw ToolError(input + ": has no page " + std::to_string(only) + ", its last one is " +
+    if (count == 0) {
+        throw ToolError(input + ": draws nothing, nothing is written", kExitNotAPlot);
+    }
+    if (const std::size_t highest = options.pages.Highest(); highest > count) {
+        throw ToolError(input + ": has no page " + std::to_string(highest) + ", its last one is " +
                         std::to_string(count));
     }
     std::vector<NumberedPage> pages;
     for (std::size_t number = 1; number <= count; ++number) {
-        if (only != 0 && number != only) continue;
+        if (!options.pages.Contains(number)) continue;
         const PlotPage& page = plot.pages[number - 1];
         const PageSummary summary = Summarise(page.Drawing());
         const std::string name = input + ": page " + std::to_string(number);
@@ -48,57 +49,104 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
             reports.note(name + " shows nothing and is not written");
             continue;
         }
-        if (summary.pictures > 0 && !picturesStay) {
+        if (summary.onlyWhite)
+            reports.note(input + ": everything on page " + std::to_string(number) + " is white");
+        if (summary.pictures > 0 && !format.holdsPictures) {
             reports.note(name + " has pictures, which HP-GL/2 does not hold; --rtl keeps them");
         }
         pages.push_back({number, page});
     }
-    if (count == 0) reports.note(input + ": draws nothing, nothing is written");
+    if (pages.empty()) {
+        throw ToolError(input + ": shows nothing, nothing is written", kExitNotAPlot);
+    }
     return pages;
 }
 
+// The pages' parts of the second half. Writers count each page, or band of a page, from 0 again.
+std::function<void(int)> ProgressOfPages(std::size_t pages, const ConversionReports& reports) {
+    return [pages, &reports, page = std::size_t{0}, last = 0](int percent) mutable {
+        if (percent < last && page + 1 < pages) ++page;
+        last = percent;
+        const std::size_t done = page * 100 + static_cast<std::size_t>(percent);
+        reports.progress(static_cast<int>(50 + done / (2 * pages)), true);
+    };
+}
+
+// The files of one conversion; none gets its name before the last one is complete.
+class Writing {
+  public:
+    Writing(const OutputFormat& format, WriteOptions options, const ConversionReports& reports)
+        : format_(format), options_(std::move(options)), reports_(reports) {}
+
+    void Write(const std::string& path, const std::vector<PlotPage>& pages,
+               const std::string& input) {
+        ThrowIfInterrupted();
+        if (reports_.claim) reports_.claim(path);
+        files_.push_back(std::make_unique<OutputFile>(path));
+        try {
+            format_.write(pages, options_, *files_.back());
+        } catch (const PageError& error) {
+            throw ToolError(input + ": " + error.what(), error.Status());
+        }
+        files_.back()->Finish();
+        result_.pages += pages.size();
+        result_.outputs.push_back(path);
+        result_.bytes += files_.back()->Bytes();
+    }
+    ConversionResult Commit() {
+        for (const auto& file : files_) file->Commit();
+        return std::move(result_);
+    }
+
+  private:
+    const OutputFormat& format_;
+    const WriteOptions options_;
+    const ConversionReports& reports_;
+    std::vector<std::unique_ptr<OutputFile>> files_;
+    ConversionResult result_;
+};
+
 }  // namespace
 
-void Convert(const std::string& input, const std::string& output, const ConversionOptions& options,
-             const ConversionReports& reports) {
-    const OutputFormat& format = FormatFor(output);
+std::string Describe(const std::string& input, const ConversionResult& result) {
+    std::string text = input + ": " + std::to_string(result.pages) +
+                       (result.pages == 1 ? " page, " : " pages, ") + std::to_string(result.bytes) +
+                       " bytes,";
+    for (const std::string& output : result.outputs) text += ' ' + output;
+    return text;
+}
+
+ConversionResult Convert(const Components& components, const std::string& input,
+                         const std::string& output, const OutputFormat& format,
+                         const ConversionOptions& options, const ConversionReports& reports) {
     const InputFile file(input);
-    const OpenedPlot plot = LoadPlot(file, [&](int percent) {
-        reports.progress(percent);
-        return true;
-    });
-    const bool picturesStay = format.holdsPictures || options.write.plot.rtl;
-    const auto pages = PagesToWrite(plot, file.Name(), options, picturesStay, reports);
-    if (pages.empty()) return;
+    const LoadedPlot loaded = LoadPlot(components, file, options.open.force,
+                                       [&](int percent) { reports.progress(percent / 2, false); });
+    const OpenedPlot& plot = loaded.plot;
+    for (const std::string& note : loaded.notes) reports.note(file.Name() + ": " + note);
+    const auto pages = PagesToWrite(plot, file.Name(), options, format, reports);
 
     WriteOptions writeOptions = options.write;
-    writeOptions.page.progress = reports.progress;
+    writeOptions.page.progress = ProgressOfPages(pages.size(), reports);
     writeOptions.facts = FactsOf(file, plot);
-    // No file gets its name before the last one is complete.
-    std::vector<std::unique_ptr<OutputFile>> files;
-    const auto write = [&](const std::string& path, const std::vector<PlotPage>& content) {
-        ThrowIfInterrupted();
-        if (reports.claim) reports.claim(path);
-        files.push_back(std::make_unique<OutputFile>(path));
-        try {
-            format.write(content, writeOptions, *files.back());
-        } catch (const PageError& error) {
-            throw ToolError(file.Name() + ": " + error.what(), error.Status());
-        }
-        files.back()->Finish();
-    };
+    Writing writing(format, std::move(writeOptions), reports);
+    const bool onlyOne = options.pages.IsOnePage() || plot.pages.size() == 1;
     if (format.manyPages) {
         std::vector<PlotPage> all;
         all.reserve(pages.size());
         for (const NumberedPage& page : pages) all.push_back(page.page);
-        write(output, all);
+        writing.Write(output, all, file.Name());
+    } else if (output == "-" && pages.size() > 1) {
+        throw ToolError(file.Name() + ": has " + std::to_string(pages.size()) +
+                        " pages, and this format holds one; --page chooses it");
     } else {
-        const bool one = options.page != 0 || plot.pages.size() == 1;
         for (const NumberedPage& page : pages) {
-            write(one ? output : NumberedName(output, page.number), {page.page});
+            const bool numbered = !onlyOne && output != "-";
+            writing.Write(numbered ? NumberedName(output, page.number) : output, {page.page},
+                          file.Name());
         }
     }
-    for (const auto& written : files) written->Commit();
+    return writing.Commit();
 }
 
 }  // namespace qm::cli

@@ -1,32 +1,46 @@
 // Conversion: one plot file to one file, or to one file a page.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "cli/output_format.h"
-#include "interpreter/reading.h"
+#include "cli/page_selection.h"
+#include "cli/plots.h"
 
 namespace qm::cli {
 
 struct ConversionOptions {
-    int page = 0;  // 0: all pages, else the only one, from 1
+    PageSelection pages;
+    OpenOptions open;
     WriteOptions write;
-    Reading reading;  // what the components of the calling thread are registered with
 };
 
 // What a conversion says besides failing; called on the converting thread.
 struct ConversionReports {
-    std::function<void(int percent)> progress;  // of reading, then of drawing each page
+    // How far it is: reading is the first half, writing the second.
+    std::function<void(int percent, bool writing)> progress;
     std::function<void(const std::string& message)> note;
-    // A file is about to be written. Throws when another conversion of this run writes it: page 1
-    // of "plan" meets "plan-1". May be empty.
+    // A file is about to be written; throws when it must not be. May be empty.
     std::function<void(const std::string& output)> claim;
 };
 
-// Reads `input` and writes `output`, all of its files or none. The components of the calling thread
-// must be registered. Throws ToolError.
-void Convert(const std::string& input, const std::string& output, const ConversionOptions& options,
-             const ConversionReports& reports);
+struct ConversionResult {
+    std::size_t pages = 0;             // written
+    std::vector<std::string> outputs;  // in the order of the pages
+    std::uint64_t bytes = 0;           // of all outputs
+};
+
+// "a.plt: 3 pages, 1234 bytes, a-1.svg a-2.svg a-3.svg".
+std::string Describe(const std::string& input, const ConversionResult& result);
+
+// Reads `input` and writes `output` in `format`, all of its files or none; "-" is standard output.
+// The thread's components must read by options.open.reading. Throws ToolError, also when there is
+// nothing to write.
+ConversionResult Convert(const Components& components, const std::string& input,
+                         const std::string& output, const OutputFormat& format,
+                         const ConversionOptions& options, const ConversionReports& reports);
 
 }  // namespace qm::cli

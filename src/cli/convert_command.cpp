@@ -1,19 +1,17 @@
 // qmplot convert FILE OUT, qmplot convert -o DIR FILE...: plots as pictures and documents.
-#include <atomic>
+#include <algorithm>
 #include <filesystem>
-#include <iostream>
-#include <map>
 #include <memory>
-#include <mutex>
-#include <thread>
 #include <utility>
 
+#include "cli/batch.h"
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/conversion.h"
-#include "cli/plots.h"
-#include "cli/progress_bar.h"
-#include "cli/reading_option.h"
+#include "cli/messages.h"
+#include "cli/output_guard.h"
+#include "cli/picture_options.h"
 #include "common/tool_error.h"
 
 namespace qm::cli {
@@ -21,183 +19,174 @@ namespace qm::cli {
 namespace {
 
 constexpr int kMaxJobs = 256;
-constexpr int kMaxPage = 1000000;
-constexpr double kMinDpi = 1.0;
-constexpr double kMaxDpi = 10000.0;
 
 struct ConvertOptions {
-    std::vector<std::string> files;
-    std::string folder;          // empty: FILE OUT
-    std::string ending = "svg";  // of the files in the folder
-    int jobs = 1;
+    std::string target;  // -o: a folder, or the one file
+    std::string ending;  // --to; empty: not given
+    BatchOptions batch;
     ConversionOptions conversion;
+    MessageOptions messages;
 };
 
-struct Job {
-    std::string input;
-    std::string output;
-};
-
-int ConvertOne(const Job& job, const ConversionOptions& options) {
-    const Components components(options.reading);
-    ProgressBar bar(job.input);
-    const ConversionReports reports{
-        [&](int percent) { bar.Show(percent); },
-        [](const std::string& note) { std::cerr << "qmplot: " << note << '\n'; },
-        {}};
-    Convert(job.input, job.output, options, reports);
-    return kExitSuccess;
+bool IsFolder(const std::string& path) {
+    const auto status = path == "-" ? std::nullopt : StatusOf(path);
+    return status && status->folder;
 }
 
-ToolError MeetsAnother(const std::string& input, const std::string& output,
-                       const std::string& other) {
-    return ToolError(std::string(input)
-                         .append(": would be written to ")
-                         .append(output)
-                         .append(", as ")
-                         .append(other)
-                         .append("; convert one of them to another folder"));
+std::string EndingWithDot(const std::string& ending) {
+    return ending.rfind('.', 0) == 0 ? ending : '.' + ending;
 }
 
-// DIR/NAME.svg for each file; two files must not meet in one.
-std::vector<Job> JobsInto(const ConvertOptions& options) {
-    std::vector<Job> jobs;
-    std::map<std::string, std::string> inputOf;
-    for (const std::string& input : options.files) {
-        const std::filesystem::path name =
-            input == "-" ? "standard-input" : std::filesystem::path(input).filename();
-        std::string output = (std::filesystem::path(options.folder) / name.stem()).string();
-        if (options.ending.rfind('.', 0) != 0) output += '.';
-        output += options.ending;
-        const auto [other, isNew] = inputOf.emplace(output, input);
-        if (!isNew) throw MeetsAnother(input, output, other->second);
-        jobs.push_back({input, output});
-    }
-    return jobs;
-}
-
-// Takes jobs until there are none; every thread is an apartment with components of its own.
-class JobRunner {
+class Conversions {
   public:
-    JobRunner(const std::vector<Job>& jobs, ConversionOptions options)
-        : jobs_(jobs), options_(std::move(options)) {}
+    Conversions(const Command& command, const ParsedLine& line, ConvertOptions options)
+        : command_(command),
+          line_(line),
+          options_(std::move(options)),
+          messages_(options_.messages) {}
 
-    int Run(int threads) {
-        std::vector<std::thread> others;
-        for (int i = 1; i < threads; ++i) others.emplace_back([this] { Work(); });
-        Work();
-        for (std::thread& other : others) other.join();
-        if (next_ < jobs_.size()) {
-            Say("interrupted, not all files were converted", kExitNotAPlot);
+    int Run() {
+        WatchForInterruption();
+        const auto& files = line_.operands;
+        if (options_.target.empty()) {
+            if (files.size() != 2) {
+                throw UsageError("convert takes FILE OUT, or -o DIR and any number of files",
+                                 command_.name);
+            }
+            return ConvertOne(files[0], files[1]);
         }
-        return status_;
+        if (options_.target == "-" ||
+            (FindFormat(options_.target, false) != nullptr && !IsFolder(options_.target))) {
+            if (files.size() == 1 && !IsFolder(files[0])) {
+                return ConvertOne(files[0], options_.target);
+            }
+            throw UsageError(options_.target +
+                                 " names one file, but there are several to convert; "
+                                 "-o DIR takes them",
+                             command_.name);
+        }
+        return ConvertMany(files);
     }
 
   private:
-    void Work() {
-        const Components components(options_.reading);
-        while (!Interrupted()) {
-            const std::size_t i = next_++;
-            if (i >= jobs_.size()) return;
-            const ConversionReports reports{
-                [](int) {}, [this](const std::string& note) { Say(note, 0); },
-                [&](const std::string& output) { Claim(output, jobs_[i].input); }};
-            try {
-                Convert(jobs_[i].input, jobs_[i].output, options_, reports);
-            } catch (const ToolError& error) {
-                Say(error.what(), error.Status());
-            } catch (const std::bad_alloc&) {
-                Say(jobs_[i].input + ": out of memory", kExitUsage);
-            }
-            const std::lock_guard<std::mutex> lock(mutex_);
-            bar_.Show(static_cast<int>(++done_ * 100 / jobs_.size()));
+    const OutputFormat& FormatOf(const std::string& name) const {
+        const OutputFormat& format = FormatFor(name, options_.conversion.write.plot.rtl);
+        RefuseOptionsOfOthers(command_, line_, format);
+        return format;
+    }
+    const OutputFormat& FormatOfOne(const std::string& output) const {
+        const bool toStandardOutput = output == "-";
+        if (toStandardOutput && options_.ending.empty()) {
+            throw UsageError("standard output has no ending; --to chooses the format",
+                             command_.name);
         }
-    }
-    void Claim(const std::string& output, const std::string& input) {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        const auto [other, isNew] = inputOf_.emplace(output, input);
-        if (!isNew) throw MeetsAnother(input, output, other->second);
-    }
-    void Say(const std::string& message, int status) {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        bar_.Hide();
-        std::cerr << "qmplot: " << message << '\n';
-        status_ = std::max(status_, status);
+        if (!toStandardOutput && !options_.ending.empty()) {
+            throw UsageError(
+                "--to is for -o DIR and for standard output; " + output + " has its ending",
+                command_.name);
+        }
+        return FormatOf(toStandardOutput ? EndingWithDot(options_.ending) : output);
     }
 
-    const std::vector<Job>& jobs_;
-    const ConversionOptions options_;
-    std::atomic<std::size_t> next_{0};
-    std::mutex mutex_;  // guards what follows
-    ProgressBar bar_{"converting"};
-    std::map<std::string, std::string> inputOf_;  // by what is written
-    std::size_t done_ = 0;
-    int status_ = kExitSuccess;
+    int ConvertOne(const std::string& input, const std::string& output) {
+        const OutputFormat& format = FormatOfOne(output);
+        OutputGuard guard({input}, options_.batch.overwrite);
+        // At once where the name is known, not after minutes of reading.
+        if (format.manyPages) guard.Claim(output, input, format);
+        const Components components(options_.conversion.open.reading);
+        const ConversionReports reports{[&](int percent, bool writing) {
+                                            messages_.Progress(writing ? "writing " : "reading ",
+                                                               writing ? output : input, percent);
+                                        },
+                                        [&](const std::string& note) { messages_.Note(note); },
+                                        [&](const std::string& path) {
+                                            if (!format.manyPages) guard.Claim(path, input, format);
+                                        }};
+        ConversionOptions conversion = options_.conversion;
+        conversion.write.page.threads = options_.batch.jobs;  // all threads to itself
+        const ConversionResult result =
+            Convert(components, input, output, format, conversion, reports);
+        messages_.Detail(Describe(input, result));
+        return kExitSuccess;
+    }
+
+    int ConvertMany(const std::vector<std::string>& files) {
+        BatchOptions& batch = options_.batch;
+        batch.folder = options_.target;
+        if (!options_.ending.empty()) batch.ending = options_.ending;
+        FormatOf(EndingWithDot(batch.ending));  // says at once when there is none
+        const bool one = files.size() == 1 && !IsFolder(files[0]);
+        const BatchPlan plan = PlanBatch(files, batch);
+        MakeFolder(batch.folder);
+        if (one) return ConvertOneInto(plan.jobs.front());
+        batch.jobs = static_cast<int>(
+            std::clamp<std::size_t>(plan.jobs.size(), 1, static_cast<std::size_t>(batch.jobs)));
+        return RunBatch(plan, batch, options_.conversion, messages_);
+    }
+    static void MakeFolder(const std::string& folder) {
+        std::error_code failure;
+        std::filesystem::create_directories(std::filesystem::u8path(folder), failure);
+        if (failure) throw SystemError(folder, "made", failure.value());
+    }
+    int ConvertOneInto(const Job& job) {
+        options_.ending.clear();
+        return ConvertOne(job.input, job.output);
+    }
+
+    const Command& command_;
+    const ParsedLine& line_;
+    ConvertOptions options_;
+    Messages messages_;
 };
 
-// A file alone has all threads to itself.
-ConversionOptions ConversionOf(const ConvertOptions& options, std::size_t files) {
-    ConversionOptions conversion = options.conversion;
-    if (files == 1) conversion.write.page.threads = options.jobs;
-    return conversion;
-}
-
-int ConvertMany(const ConvertOptions& options) {
-    const std::vector<Job> jobs = JobsInto(options);
-    FormatFor(jobs.front().output);  // says at once when there is none
-    std::error_code failure;
-    std::filesystem::create_directories(options.folder, failure);
-    if (failure) throw SystemError(options.folder, "made", failure.value());
-    const int threads = std::min<int>(options.jobs, static_cast<int>(jobs.size()));
-    return JobRunner(jobs, ConversionOf(options, jobs.size())).Run(threads);
-}
-
-int RunConvert(const ConvertOptions& options) {
-    WatchForInterruption();
-    if (!options.folder.empty()) return ConvertMany(options);
-    if (options.files.size() != 2) {
-        throw ToolError("convert takes FILE OUT, or -o DIR and any number of files");
-    }
-    return ConvertOne({options.files[0], options.files[1]}, ConversionOf(options, 1));
+OptionGroup OutputGroup(ConvertOptions& options) {
+    return {"Output",
+            {TextOption("output", 'o', "DIR|FILE",
+                        "Write into this folder, which is made; the one file when it has an "
+                        "ending that is written and there is one FILE",
+                        options.target),
+             TextOption("to", 0, "ENDING",
+                        "Format of the files in DIR (svg if not given) or of standard output",
+                        options.ending),
+             PageOption(options.conversion.pages),
+             Flag("force-overwrite", 0, "Replace plots that exist; other files are replaced always",
+                  options.batch.overwrite),
+             IntegerOption("jobs", 'j', "N",
+                           "Files converted at once (1 if not given); of one file, threads that "
+                           "draw its png",
+                           options.batch.jobs, 1, kMaxJobs)}};
 }
 
 }  // namespace
 
 Command ConvertCommand() {
     const auto options = std::make_shared<ConvertOptions>();
-    WriteOptions& write = options->conversion.write;
-    write.page.checkpoint = ThrowIfInterrupted;
-    Option ending = TextOption("to", 0, "ENDING", "Format of the files in DIR; svg if not given",
-                               options->ending);
-    ending.needs = "output";
-    Option bits = ChoiceOption("bits", "1|8|24", "plt with --rtl: bits of a dot, 24 if not given",
-                               [&write](const std::string& n) { write.plot.bits = std::stoi(n); });
-    bits.needs = "rtl";
+    options->conversion.write.page.checkpoint = ThrowIfInterrupted;
     Command command;
     command.name = "convert";
-    command.summary = "Convert a plot; the ending of OUT chooses the format: " + WritableEndings();
-    command.usages = {"[OPTIONS] FILE OUT", "[OPTIONS] -o DIR FILE..."};
-    command.operands = {{"FILE", "FILE OUT, or with -o any number of files", true}};
-    command.groups = {
-        {"Options",
-         {TextOption("output", 'o', "DIR", "Write into this folder", options->folder),
-          std::move(ending),
-          IntegerOption("jobs", 'j', "N",
-                        "Files converted at once; of one file, threads that draw its png",
-                        options->jobs, 1, kMaxJobs),
-          IntegerOption("page", 0, "N", "Only this page, from 1", options->conversion.page, 1,
-                        kMaxPage),
-          NumberOption(
-              "dpi", "N", "Dots per inch of png (150 if not given) and of plt with --rtl (300)",
-              [&write](double dpi) { write.page.dpi = write.plot.rtlDpi = dpi; }, kMinDpi, kMaxDpi),
-          Flag("no-antialias", 0, "png: dots have the colours of the plot, edges are hard",
-               write.page.smooth, false),
-          Flag("rtl", 0, "plt: HP-RTL, each page as a picture, instead of HP-GL/2", write.plot.rtl),
-          std::move(bits)}},
-        ReadingOptions(options->conversion.reading)};
-    command.run = [options](const ParsedLine& line) {
-        options->files = line.operands;
-        return RunConvert(*options);
+    command.summary = "Convert plots; the ending of OUT chooses the format: " + WritableEndings();
+    command.usages = {"[OPTIONS] FILE OUT", "[OPTIONS] --to ENDING FILE -",
+                      "[OPTIONS] -o DIR FILE|FOLDER..."};
+    command.operands = {{"FILE", "A plot file; '-' is standard input", true}};
+    command.groups = {OutputGroup(*options), PictureGroup(options->conversion.write),
+                      OpenGroup(options->conversion.open), MessageGroup(options->messages)};
+    command.notes = {
+        "OUT '-' is standard output. Formats that hold one page (svg, png) get a file for each "
+        "page of a plot that has several: OUT-1.svg, OUT-2.svg ...",
+        "Folders are walked; hidden files and what is no plot are skipped there. A batch goes on "
+        "after a failure, says at the end how many files were converted and ends with the worst "
+        "status. No file is written over its own plot or any other of the inputs."};
+    command.examples = {
+        {"plan.plt plan.pdf", "All pages as one PDF"},
+        {"--page 2 --dpi 300 plan.plt sheet2.png", "One page as a picture"},
+        {"--to svg plan.plt - | gzip >plan.svgz", "Into a pipe"},
+        {"-o out -j 4 --to pdf plots/", "Every plot below a folder, four at once"},
+        {"--rtl --bits 1 --dpi 600 plan.plt mono.plt", "A plot of black and white dots"}};
+    command.statuses = {{"0", "Everything was written"},
+                        {"1", "A file is no plot, cannot be unpacked, or draws nothing"},
+                        {"2", "Wrong usage, or a file cannot be read or written"}};
+    command.run = [options, command](const ParsedLine& line) {
+        return Conversions(command, line, *options).Run();
     };
     return command;
 }

@@ -1,49 +1,40 @@
 // qmplot detect FILE...: which of the files are plot files, a line each.
-#include <qmfilter.h>
-
-#include <iostream>
+#include <algorithm>
 #include <memory>
 #include <vector>
 
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/json.h"
+#include "cli/messages.h"
 #include "cli/plots.h"
 #include "common/tool_error.h"
-#include "host/document_node.h"
-#include "platform/text.h"
 
 namespace qm::cli {
 
 namespace {
 
-// What the filter's first look says; empty when it is no plot file. Throws ToolError.
-std::string FormatOf(const std::string& path) {
-    const InputFile file(path);
-    const auto source = OpenSource(file);
-    const auto document = MakeObject<DocumentNode>(SHORT{QM_DOCUMENT});
-    const auto filter = MakeFilter();
-    if (!document) throw std::bad_alloc();
-    const HRESULT status = filter->OpenDocument(source.Get(), document.Get(), 0);
-    if (status == E_FAIL) return {};
-    if (FAILED(status)) {
-        throw ToolError(file.Name() + ": cannot be opened: " + StatusName(status), kExitNotAPlot);
-    }
-    const Variant* const format = document->Attributes().Find(L"Format");
-    return format == nullptr ? std::string() : WideToUtf8(format->AsText());
+std::string LineOf(const std::string& file, const std::string& format, bool json) {
+    if (!json) return file + ": " + (format.empty() ? "not a plot file" : format) + '\n';
+    return "{\"file\":" + JsonText(file) +
+           ",\"format\":" + (format.empty() ? "null" : JsonText(format)) + "}\n";
 }
 
 // One unreadable file does not keep the others from being told.
-int Detect(const std::vector<std::string>& files) {
+int Detect(const std::vector<std::string>& files, bool json) {
     const Components components;
     StandardOutput output;
+    Messages messages({});
     int result = kExitSuccess;
     for (const std::string& file : files) {
         try {
-            const std::string format = FormatOf(file);
-            output.Write(file + ": " + (format.empty() ? "not a plot file" : format) + "\n");
+            const std::string format = FormatOf(InputFile(file));
+            output.Write(LineOf(file, format, json));
             if (format.empty()) result = std::max(result, kExitNotAPlot);
         } catch (const ToolError& error) {
-            std::cerr << "qmplot: " << error.what() << '\n';
+            output.Flush();
+            messages.Error(error.what());
+            if (json) output.Write(JsonOfError(file, error) + '\n');
             result = std::max(result, error.Status());
         }
     }
@@ -54,12 +45,18 @@ int Detect(const std::vector<std::string>& files) {
 }  // namespace
 
 Command DetectCommand() {
+    const auto json = std::make_shared<bool>(false);
     Command command;
     command.name = "detect";
     command.summary = "Tell which files are plot files: HPGL/2, Nemetschek Allplan or none";
-    command.usages = {"FILE..."};
-    command.operands = {{"FILE", "The files to look at", true}};
-    command.run = [](const ParsedLine& line) { return Detect(line.operands); };
+    command.usages = {"[--json] FILE..."};
+    command.operands = {{"FILE", "The files to look at; '-' is standard input", true}};
+    command.groups = {{"Options", {JsonOption(*json)}}};
+    command.examples = {{"*.plt", "Which of these are plots?"}};
+    command.statuses = {{"0", "All files are plots"},
+                        {"1", "One is not"},
+                        {"2", "Wrong usage, or a file cannot be read"}};
+    command.run = [json](const ParsedLine& line) { return Detect(line.operands, *json); };
     return command;
 }
 

@@ -5,12 +5,32 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "common/tool_error.h"
 #include "render/output_sink.h"
 
 namespace qm::cli {
+
+// What the file system knows of a file.
+struct FileStatus {
+    std::uint64_t device = 0;  // device and number are those of one file only
+    std::uint64_t number = 0;
+    bool regular = false;  // no folder, pipe or device
+    bool folder = false;
+    std::uint64_t size = 0;
+};
+
+// Of the file that `path` leads to, "-" being standard input; nothing when there is none.
+std::optional<FileStatus> StatusOf(const std::string& path);
+
+// Nobody reads any more what is written to a pipe: no failure, and nothing to be said.
+class ReaderGone : public ToolError {
+  public:
+    ReaderGone() : ToolError("", kExitSuccess) {}
+};
 
 // A plot, open for reading. "-" and other things that cannot be read twice (pipes) are copied to a
 // temporary file first, so that a gigabyte of them costs no memory.
@@ -54,10 +74,11 @@ class OutputFile final : public OutputSink {
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile() override;
 
-    // Throws ToolError when the file cannot be written, and when Ctrl-C was pressed.
+    // Throws ToolError when the file cannot be written, and when Ctrl-C was pressed; ReaderGone.
     void Write(std::string_view bytes) override;
     // The file is complete; notices late failures.
     void Finish();
+    std::uint64_t Bytes() const { return bytes_; }
     // Gives the finished file its name.
     void Commit();
 
@@ -72,6 +93,7 @@ class OutputFile final : public OutputSink {
     std::string temporary_;  // the name until then; empty: none
     int file_ = -1;
     std::string buffer_;
+    std::uint64_t bytes_ = 0;
 };
 
 }  // namespace qm::cli

@@ -78,6 +78,15 @@ std::string HelpOf(const Command& command) {
     out += '\n';
     for (const Operand& operand : command.operands) out += Row(operand.name, operand.text);
     out += HelpOfOptions(command);
+    for (const std::string& note : command.notes) out += '\n' + Wrapped(note, 0);
+    if (!command.examples.empty()) out += "\nExamples:\n";
+    for (const HelpRow& example : command.examples) {
+        out += "  qmplot " + command.name + ' ' + example.name + '\n' + std::string(6, ' ') +
+               Wrapped(example.text, 6);
+    }
+    if (!command.statuses.empty()) out += "\nExit status:\n";
+    for (const HelpRow& status : command.statuses)
+        out += "  " + status.name + "  " + Wrapped(status.text, 2 + status.name.size() + 2);
     return out;
 }
 

@@ -44,15 +44,19 @@ int Run(const std::vector<std::string>& words) {
 
 int main(int argc, char** argv) {
     qm::cli::PrepareStandardStreams();
+    int status = qm::kExitUsage;
     try {
-        const int status = Run({argv + 1, argv + argc});
-        if (std::cout.flush()) return status;
-        std::cerr << "qmplot: standard output cannot be written\n";
+        status = Run({argv + 1, argv + argc});
+        if (!std::cout.flush()) {
+            std::cerr << "qmplot: standard output cannot be written\n";
+            status = qm::kExitUsage;
+        }
     } catch (const qm::ToolError& error) {
-        std::cerr << "qmplot: " << error.what() << '\n';
-        return error.Status();
+        if (*error.what() != '\0') std::cerr << "qmplot: " << error.what() << '\n';
+        status = error.Status();
     } catch (const std::bad_alloc&) {
         std::cerr << "qmplot: out of memory\n";
     }
-    return qm::kExitUsage;
+    if (qm::cli::Interrupted()) qm::cli::EndByInterruption();
+    return status;
 }

@@ -4,8 +4,8 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/files.h"
-#include "cli/progress_bar.h"
-#include "cli/reading_option.h"
+#include "cli/messages.h"
+#include "cli/reading_options.h"
 #include "common/tool_error.h"
 #include "trace/operation_recorder.h"
 
@@ -20,7 +20,7 @@ struct OpsOptions {
 
 int PrintOperations(const OpsOptions& options) {
     InputFile file(options.file);
-    ProgressBar progress(file.Name());
+    ProgressBar progress;
     StandardOutput output;
     std::uint64_t done = 0;
     // With nobody left to read the lines, the plot ends at once.
@@ -28,7 +28,9 @@ int PrintOperations(const OpsOptions& options) {
         if (output.Failed()) return 0;
         const std::size_t count = file.Read(buffer, size);
         done += count;
-        if (file.Size() > 0) progress.Show(static_cast<int>(done * 100 / file.Size()));
+        if (file.Size() > 0) {
+            progress.Show("reading ", file.Name(), static_cast<int>(done * 100 / file.Size()));
+        }
         return count;
     };
     OperationRecorder recorder(read, static_cast<std::uint32_t>(file.Size()),

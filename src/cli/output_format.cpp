@@ -1,7 +1,9 @@
 #include "cli/output_format.h"
 
 #include <algorithm>
+#include <sstream>
 
+#include "cli/command_line.h"
 #include "common/tool_error.h"
 #include "render/viewer/viewer_writer.h"
 
@@ -25,21 +27,42 @@ void WriteAllAsViewer(const Pages& pages, const WriteOptions& options, OutputSin
 }
 
 constexpr OutputFormat kFormats[] = {
-    {"svg", false, true,
+    {"svg", "svg", "svg", false, true, false,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WriteSvg(SourceOf(pages.front()), options.page, sink);
      }},
-    {"pdf", true, true, WriteAllAsPdf},
-    {"png", false, true,
+    {"pdf", "pdf", "pdf", true, true, false, WriteAllAsPdf},
+    {"png", "png", "png", false, true, false,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePng(SourceOf(pages.front()), options.page, sink);
      }},
-    {"html", true, true, WriteAllAsViewer},
-    {"plt", true, false,
+    {"html", "html", "html", true, true, false, WriteAllAsViewer},
+    {"plt", "HP-GL/2", "plt hpgl hpg hp", true, false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePlot(pages, options.page, options.plot, sink);
      }},
+    {"rtl", "HP-RTL (.rtl, or .plt with --rtl)", "rtl", true, true, true,
+     [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+         PlotOptions plot = options.plot;
+         plot.rtl = true;
+         WritePlot(pages, options.page, plot, sink);
+     }},
 };
+
+// Whether `words`, with blanks between, hold `word`.
+bool Holds(std::string_view words, std::string_view word) {
+    while (!words.empty()) {
+        const std::size_t end = std::min(words.find(' '), words.size());
+        if (words.substr(0, end) == word) return true;
+        words.remove_prefix(std::min(end + 1, words.size()));
+    }
+    return false;
+}
+
+const OutputFormat& FormatNamed(std::string_view name) {
+    return *std::find_if(std::begin(kFormats), std::end(kFormats),
+                         [name](const OutputFormat& format) { return format.name == name; });
+}
 
 char LowerCase(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
@@ -47,24 +70,46 @@ char LowerCase(char letter) {
 
 }  // namespace
 
-const OutputFormat& FormatFor(const std::string& path) {
+const OutputFormat* FindFormat(const std::string& path, bool rtl) {
     const std::size_t dot = path.find_last_of("./");
-    std::string ending;
-    if (dot != std::string::npos && path[dot] == '.') ending = path.substr(dot + 1);
+    if (dot == std::string::npos || path[dot] != '.') return nullptr;
+    std::string ending = path.substr(dot + 1);
     std::transform(ending.begin(), ending.end(), ending.begin(), LowerCase);
     for (const OutputFormat& format : kFormats) {
-        if (format.ending == ending) return format;
+        if (!Holds(format.endings, ending)) continue;
+        return rtl && format.name == "plt" ? &FormatNamed("rtl") : &format;
     }
+    return nullptr;
+}
+
+const OutputFormat& FormatFor(const std::string& path, bool rtl) {
+    if (const OutputFormat* format = FindFormat(path, rtl)) return *format;
     throw ToolError(path + ": no format has this ending; use one of " + WritableEndings());
 }
 
 std::string WritableEndings() {
     std::string endings;
     for (const OutputFormat& format : kFormats) {
-        endings += endings.empty() ? "." : " .";
-        endings += format.ending;
+        std::istringstream list{std::string(format.endings)};
+        for (std::string ending; list >> ending;)
+            endings += (endings.empty() ? "." : " .") + ending;
     }
     return endings;
+}
+
+void RefuseOptionsOfOthers(const Command& command, const ParsedLine& line,
+                           const OutputFormat& format) {
+    for (const Option* option : line.given) {
+        if (option->formats.empty() || Holds(option->formats, format.name)) continue;
+        std::string others;
+        std::istringstream list(option->formats);
+        for (std::string name; list >> name;) {
+            others += (others.empty() ? "" : ", ") + std::string(FormatNamed(name).description);
+        }
+        throw UsageError("--" + option->name + " means nothing for " +
+                             std::string(format.description) + ", only for " + others,
+                         command.name);
+    }
 }
 
 }  // namespace qm::cli

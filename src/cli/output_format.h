@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/command.h"
 #include "cli/plot_writer.h"
 #include "render/page_writers.h"
 
@@ -25,18 +26,27 @@ struct WriteOptions {
 };
 
 struct OutputFormat {
-    std::string_view ending;  // lower case, without dot
-    bool manyPages;           // one file holds all pages
-    bool holdsPictures;       // else only when pages are written as pictures (PlotOptions::rtl)
+    std::string_view name;         // in Option::formats
+    std::string_view description;  // for messages
+    std::string_view endings;      // lower case, without dots, with blanks between
+    bool manyPages;                // one file holds all pages
+    bool holdsPictures;            // else they are left out
+    bool isPlot;                   // a file that could be somebody's only copy
     // Writes `pages` (exactly one unless manyPages). Throws ToolError.
     void (*write)(const std::vector<PlotPage>& pages, const WriteOptions& options,
                   OutputSink& sink);
 };
 
-// By the ending of `path`, ignoring the case of A to Z. Throws ToolError for an ending nobody
-// writes.
-const OutputFormat& FormatFor(const std::string& path);
-// ".svg .pdf .png .plt", for messages.
+// By the ending of `path`, ignoring the case of A to Z; with `rtl` HP-RTL where it says HP-GL/2.
+// Null for an ending nobody writes.
+const OutputFormat* FindFormat(const std::string& path, bool rtl);
+// The same; throws ToolError instead.
+const OutputFormat& FormatFor(const std::string& path, bool rtl);
+// ".svg .pdf .png ...", for messages.
 std::string WritableEndings();
+
+// Throws UsageError for an option that means nothing for `format`.
+void RefuseOptionsOfOthers(const Command& command, const ParsedLine& line,
+                           const OutputFormat& format);
 
 }  // namespace qm::cli

@@ -1,19 +1,33 @@
+// See plots.h.
 #include "cli/plots.h"
 
 #include <shlwapi.h>
 
 #include <new>
+#include <utility>
 
+#include "cli/archive_diagnosis.h"
 #include "cli/console.h"
-#include "common/tool_error.h"
+#include "cli/forced_stream.h"
+#include "cli/reading_options.h"
+#include "host/document_node.h"
 #include "host/source_and_events.h"
 #include "import/qm_filter_hpgl.h"
 #include "platform/text.h"
 
 namespace qm::cli {
 
+OptionGroup OpenGroup(OpenOptions& options) {
+    OptionGroup group = ReadingOptions(options.reading);
+    group.options.push_back(Flag("force", 0,
+                                 "Read a file that detection does not know: tiny plots, bare "
+                                 "HP-RTL and PCL picture jobs",
+                                 options.force));
+    return group;
+}
+
 Components::Components(const Reading& reading) {
-    const auto factory = MakeQmFilterFactory(reading);
+    const auto factory = MakeQmFilterFactory(reading, notes_);
     if (!factory) throw std::bad_alloc();
     const HRESULT status =
         SUCCEEDED(host_.Status())
@@ -25,35 +39,89 @@ Components::Components(const Reading& reading) {
 
 Components::~Components() { CoRevokeClassObject(cookie_); }
 
-ComPtr<IQmFilter> MakeFilter() {
-    ComPtr<IQmFilter> filter;
-    const HRESULT status = CreateQmFilterHPGL(nullptr, __uuidof(IQmFilter), filter.PutVoid());
-    if (FAILED(status)) throw std::bad_alloc();
-    return filter;
-}
+namespace {
 
 // Writers are let in: a copy of standard input is still open for writing.
-ComPtr<IQmDataObject> OpenSource(const InputFile& file) {
-    const std::wstring path = Utf8ToWide(file.Path());
+ComPtr<IStream> OpenStream(const InputFile& file) {
     ComPtr<IStream> stream;
-    const HRESULT status = SHCreateStreamOnFileW(path.c_str(), STGM_READ, stream.Put());
+    const HRESULT status =
+        SHCreateStreamOnFileW(Utf8ToWide(file.Path()).c_str(), STGM_READ, stream.Put());
     if (FAILED(status)) throw ToolError(file.Name() + ": cannot be read: " + StatusName(status));
-    const auto source = MakeObject<DataObject>(stream, path);
+    return stream;
+}
+
+ToolError OpeningError(const InputFile& file, HRESULT status) {
+    return ToolError(file.Name() + ": cannot be opened: " + StatusName(status), kExitNotAPlot);
+}
+
+// The filter refuses with one status what is no plot file and what it cannot unpack.
+[[noreturn]] void ThrowRefusal(const InputFile& file, bool forced) {
+    if (const auto problem = DiagnoseArchive(file)) {
+        if (problem->holdsPlot) {
+            throw ToolError(file.Name() + ": the archive cannot be read: " + problem->cause,
+                            kExitNotAPlot);
+        }
+        throw NotAPlotError(file.Name() + ": not a plot file: " + problem->cause);
+    }
+    throw NotAPlotError(file.Name() + ": not a plot file" +
+                        (forced ? "" : "; --force reads it all the same"));
+}
+
+std::vector<std::string> Texts(const PlotNotes& notes) {
+    std::vector<std::string> texts;
+    if (notes.scaleIgnored) {
+        texts.emplace_back(
+            "a scale (SC) without scaling points (IP) in front is ignored, as the "
+            "document engine does; --reading plotter scales");
+    }
+    return texts;
+}
+
+}  // namespace
+
+std::string FormatOf(const InputFile& file) {
+    const auto source = MakeObject<DataObject>(OpenStream(file), Utf8ToWide(file.Path()));
+    const auto document = MakeObject<DocumentNode>(SHORT{QM_DOCUMENT});
+    if (!source || !document) throw std::bad_alloc();
+    ComPtr<IQmFilter> filter;
+    if (FAILED(CreateQmFilterHPGL(nullptr, __uuidof(IQmFilter), filter.PutVoid()))) {
+        throw std::bad_alloc();
+    }
+    const HRESULT status = filter->OpenDocument(source.Get(), document.Get(), 0);
+    if (status == E_FAIL) return {};
+    if (FAILED(status)) throw OpeningError(file, status);
+    const Variant* const format = document->Attributes().Find(L"Format");
+    return format == nullptr ? std::string() : WideToUtf8(format->AsText());
+}
+
+ComPtr<IQmDataObject> OpenSource(const InputFile& file, bool force) {
+    ComPtr<IStream> stream = OpenStream(file);
+    if (force && FormatOf(file).empty() && !DiagnoseArchive(file)) {
+        stream = ComPtr<IStream>(MakeObject<ForcedStream>(stream).Get());
+        if (!stream) throw std::bad_alloc();
+    }
+    const auto source = MakeObject<DataObject>(stream, Utf8ToWide(file.Path()));
     if (!source) throw std::bad_alloc();
     return source;
 }
 
-OpenedPlot LoadPlot(const InputFile& file, const ProgressCallback& progress) {
-    OpenedPlot plot;
-    const auto source = OpenSource(file);
+LoadedPlot LoadPlot(const Components& components, const InputFile& file, bool force,
+                    const std::function<void(int percent)>& progress) {
+    LoadedPlot loaded;
+    const auto source = OpenSource(file, force);
     const HRESULT status = OpenPlot(
-        *source, [&](int percent) { return !Interrupted() && (!progress || progress(percent)); },
-        plot);
+        *source,
+        [&](int percent) {
+            if (progress) progress(percent);
+            return !Interrupted();
+        },
+        loaded.plot);
     ThrowIfInterrupted();
-    if (status == S_OK) return plot;
-    // The filter refuses with this status what is no plot file, and little else.
-    if (status == E_FAIL) throw ToolError(file.Name() + ": not a plot file", kExitNotAPlot);
-    throw ToolError(file.Name() + ": cannot be opened: " + StatusName(status), kExitNotAPlot);
+    if (status == E_FAIL) ThrowRefusal(file, force);
+    if (status == E_OUTOFMEMORY) throw std::bad_alloc();
+    if (status != S_OK) throw OpeningError(file, status);
+    loaded.notes = Texts(components.Notes());
+    return loaded;
 }
 
 }  // namespace qm::cli

@@ -33,6 +33,12 @@ std::string ReadAll(InputFile& file) {
 int Replay(const ReplayOptions& options) {
     InputFile file(options.script);
     const std::string script = ReadAll(file);
+    const auto target = StatusOf(options.output);
+    const auto source = StatusOf(options.script);
+    if (target && source && target->regular && target->device == source->device &&
+        target->number == source->number) {
+        throw ToolError(options.output + ": is not written, because it is the script");
+    }
     OutputFile output(options.output);
     const auto stream = MakeObject<SinkStream>(output);
     if (!stream) throw std::bad_alloc();

@@ -5,8 +5,6 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/plots.h"
-#include "cli/progress_bar.h"
-#include "cli/reading_option.h"
 #include "common/tool_error.h"
 #include "trace/host_trace.h"
 
@@ -16,7 +14,7 @@ namespace {
 
 struct TraceCommandOptions {
     std::string file;
-    Reading reading;
+    OpenOptions open;
     bool progress = false;
     int abortAt = INT_MAX;  // no percentage reaches it
 };
@@ -25,10 +23,10 @@ int PrintTrace(const TraceCommandOptions& options) {
     const InputFile file(options.file);
     StandardOutput output;
     TraceOptions trace;
-    trace.reading = options.reading;
+    trace.reading = options.open.reading;
     trace.progress = options.progress;
     trace.abortAt = options.abortAt;
-    const auto source = OpenSource(file);
+    const auto source = OpenSource(file, options.open.force);
     // The host answers well even with nobody left to read: what it says cannot end an import.
     const HRESULT status = TraceImport(*source, trace, [&](std::string_view line) {
         output.Write(line);
@@ -54,7 +52,7 @@ Command TraceCommand() {
           IntegerOption("abort-at", 0, "N",
                         "Ask to stop at the first Progress event of at least N percent",
                         options->abortAt, INT_MIN, INT_MAX)}},
-        ReadingOptions(options->reading)};
+        OpenGroup(options->open)};
     command.run = [options](const ParsedLine& line) {
         options->file = line.operands.front();
         return PrintTrace(*options);

@@ -1,6 +1,7 @@
 // qmplot view FILE...: plots in the browser.
 #include <zlib.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -9,9 +10,8 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/conversion.h"
+#include "cli/messages.h"
 #include "cli/plots.h"
-#include "cli/progress_bar.h"
-#include "cli/reading_option.h"
 #include "common/tool_error.h"
 
 namespace qm::cli {
@@ -19,9 +19,9 @@ namespace qm::cli {
 namespace {
 
 struct ViewOptions {
-    std::vector<std::string> files;
     bool open = true;
     ConversionOptions conversion;
+    MessageOptions messages;
 };
 
 // Plots of one name in different folders have pages of their own, and a plot always the same one.
@@ -35,27 +35,38 @@ std::string PageFor(const std::string& input) {
     return (std::filesystem::u8path(CacheFolder()) / std::filesystem::u8path(name)).u8string();
 }
 
-int RunView(const ViewOptions& options) {
-    WatchForInterruption();
-    const Components components(options.conversion.reading);
-    for (const std::string& input : options.files) {
-        const std::string page = PageFor(input);
-        bool written = false;
-        {
-            ProgressBar bar(input);
-            const ConversionReports reports{
-                [&](int percent) { bar.Show(percent); },
-                [](const std::string& note) { std::cerr << "qmplot: " << note << '\n'; },
-                [&](const std::string&) { written = true; }};
-            Convert(input, page, options.conversion, reports);
-        }
-        if (!written) continue;  // it draws nothing
-        std::cout << page << '\n';
-        if (options.open && !OpenInBrowser(page)) {
-            std::cerr << "qmplot: no browser could be started; open that file with one\n";
-        }
+void View(const std::string& input, const Components& components, const ViewOptions& options,
+          Messages& messages) {
+    const std::string page = PageFor(input);
+    const ConversionReports reports{[&](int percent, bool writing) {
+                                        messages.Progress(writing ? "writing " : "reading ", input,
+                                                          percent);
+                                    },
+                                    [&](const std::string& note) { messages.Note(note); },
+                                    {}};
+    Convert(components, input, page, FormatFor(page, false), options.conversion, reports);
+    std::cout << page << std::endl;
+    if (options.open && !OpenInBrowser(page)) {
+        messages.Note("no browser could be started; open that file with one");
     }
-    return kExitSuccess;
+}
+
+// One file that cannot be shown does not keep the others from being shown.
+int RunView(const std::vector<std::string>& files, const ViewOptions& options) {
+    WatchForInterruption();
+    const Components components(options.conversion.open.reading);
+    Messages messages(options.messages);
+    int status = kExitSuccess;
+    for (const std::string& input : files) {
+        try {
+            View(input, components, options, messages);
+        } catch (const ToolError& error) {
+            messages.Error(error.what());
+            status = std::max(status, error.Status());
+        }
+        if (Interrupted()) break;
+    }
+    return status;
 }
 
 }  // namespace
@@ -71,11 +82,9 @@ Command ViewCommand() {
     command.groups = {{"Options",
                        {Flag("no-open", 0, "Only write the pages, do not start the browser",
                              options->open, false)}},
-                      ReadingOptions(options->conversion.reading)};
-    command.run = [options](const ParsedLine& line) {
-        options->files = line.operands;
-        return RunView(*options);
-    };
+                      OpenGroup(options->conversion.open),
+                      MessageGroup(options->messages)};
+    command.run = [options](const ParsedLine& line) { return RunView(line.operands, *options); };
     return command;
 }
 

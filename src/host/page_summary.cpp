@@ -13,6 +13,7 @@ namespace qm {
 namespace {
 
 constexpr std::int32_t kCopyPen = 13;
+constexpr std::uint32_t kWhite = 0xFFFFFF;
 constexpr int kMaxTurns = 1000;
 
 class Summariser final : public DisplayListVisitor {
@@ -55,6 +56,7 @@ class Summariser final : public DisplayListVisitor {
         Count(style, summary_.texts);
     }
     void Picture(const DrawingStyle& style, const BoxI& box, std::int32_t, ByteRun) override {
+        coloured_ = kWhite;
         Count(style, summary_.pictures);
         WidenBox(box, 0.0);
         NoteArea(true);
@@ -62,12 +64,16 @@ class Summariser final : public DisplayListVisitor {
     void Pattern(const FillPattern&) override { ++summary_.fillPatterns; }
     void ClipRegion(PointSpan) override { NoteArea(true); }
     void StyleChange(const DrawingStyle& style, RecordKind kind) override {
-        if (kind == RecordKind::kDrawMode) NoteArea(style.drawMode != kCopyPen);
+        if (kind != RecordKind::kDrawMode || style.drawMode == kCopyPen) return;
+        NoteArea(true);
+        coloured_ = kWhite;  // what comes out is not the pen's colour
     }
+    bool FoundColours() const { return coloured_ != 0; }
 
   private:
     void Count(const DrawingStyle& style, std::uint64_t& counter, std::uint64_t primitives = 1) {
         counter += primitives;
+        coloured_ |= (style.drawColour & style.fillColour) ^ kWhite;
         if (style.pen >= 0 && style.pen < 256) {
             summary_.byPen[static_cast<std::size_t>(style.pen)] += primitives;
         }
@@ -103,6 +109,7 @@ class Summariser final : public DisplayListVisitor {
     }
 
     PageSummary& summary_;
+    std::uint32_t coloured_ = 0;  // bits that some primitive's colour has not
     std::int32_t lastLayer_ = 0;
 };
 
@@ -136,6 +143,7 @@ PageSummary Summarise(const DisplayList& list) {
     PageSummary summary;
     Summariser visitor(summary);
     Play(list, visitor);
+    summary.onlyWhite = !summary.extent.empty && !visitor.FoundColours();
     return summary;
 }
 

@@ -32,6 +32,8 @@ struct PageSummary {
     // Filled areas, pictures, clip regions or mixing draw modes: what is drawn later covers or
     // changes what was drawn before, so the drawing order shows.
     bool orderShows = false;
+    // There is something visible, and all of it is white.
+    bool onlyWhite = false;
 };
 
 PageSummary Summarise(const DisplayList& list);

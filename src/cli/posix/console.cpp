@@ -1,11 +1,13 @@
 // See console.h.
 #include "cli/console.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 
 namespace qm::cli {
 
@@ -29,13 +31,21 @@ void StandardOutput::Finish() {
     if (Failed() && cause_ != EPIPE) throw SystemError("standard output", "written", cause_);
 }
 
+int ErrorColumns() {
+    constexpr int kUsual = 80;  // of a terminal that does not tell
+    if (isatty(STDERR_FILENO) == 0) return 0;
+    struct winsize size {};
+    const bool told = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return told ? size.ws_col : kUsual;
+}
+
 namespace {
 
-// A signal handler can reach nothing but a static.
-std::atomic<bool> interrupted{false};
-static_assert(std::atomic<bool>::is_always_lock_free);
+// The signal that came, 0: none. A signal handler can reach nothing but a static.
+std::atomic<int> interruption{0};
+static_assert(std::atomic<int>::is_always_lock_free);
 
-extern "C" void NoteInterruption(int) { interrupted = true; }
+extern "C" void NoteInterruption(int signal) { interruption = signal; }
 
 }  // namespace
 
@@ -45,8 +55,15 @@ void WatchForInterruption() {
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+    sigaction(SIGHUP, &action, nullptr);
 }
 
-bool Interrupted() noexcept { return interrupted; }
+bool Interrupted() noexcept { return interruption != 0; }
+
+void EndByInterruption() {
+    std::signal(interruption, SIG_DFL);
+    std::raise(interruption);
+    std::_Exit(kExitNotAPlot);  // the signal is blocked
+}
 
 }  // namespace qm::cli

@@ -44,6 +44,14 @@ void WriteAll(int file, const char* bytes, std::size_t count) {
 
 }  // namespace
 
+std::optional<FileStatus> StatusOf(const std::string& path) {
+    struct stat status {};
+    const int failed = path == "-" ? fstat(STDIN_FILENO, &status) : stat(path.c_str(), &status);
+    if (failed != 0) return std::nullopt;
+    return FileStatus{status.st_dev, status.st_ino, S_ISREG(status.st_mode),
+                      S_ISDIR(status.st_mode), static_cast<std::uint64_t>(status.st_size)};
+}
+
 InputFile::InputFile(const std::string& path)
     : name_(path == "-" ? "standard input" : path), path_(path) {
     file_ = path == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)
@@ -153,6 +161,7 @@ void OutputFile::OpenBeside() {
 void OutputFile::Write(std::string_view bytes) {
     if (buffer_.size() + bytes.size() > kBufferBytes) Flush();
     buffer_ += bytes;
+    bytes_ += bytes.size();
 }
 
 void OutputFile::Flush() {
@@ -160,6 +169,7 @@ void OutputFile::Flush() {
     for (std::string_view rest = buffer_; !rest.empty();) {
         const ssize_t done = write(file_, rest.data(), rest.size());
         if (done < 0 && errno == EINTR) continue;
+        if (done < 0 && errno == EPIPE) throw ReaderGone();
         if (done < 0) throw SystemError(path_, "written");
         rest.remove_prefix(static_cast<std::size_t>(done));
     }

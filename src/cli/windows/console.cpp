@@ -46,6 +46,13 @@ void StandardOutput::Finish() {
     if (Failed() && cause_ != EPIPE) throw SystemError("standard output", "written", cause_);
 }
 
+int ErrorColumns() {
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    if (GetConsoleScreenBufferInfo(console, &info) == FALSE) return 0;
+    return info.srWindow.Right - info.srWindow.Left + 1;
+}
+
 namespace {
 
 // A signal handler can reach nothing but a static.
@@ -60,5 +67,10 @@ extern "C" void NoteInterruption(int) { interrupted = true; }
 void WatchForInterruption() { std::signal(SIGINT, NoteInterruption); }
 
 bool Interrupted() noexcept { return interrupted; }
+
+void EndByInterruption() {
+    constexpr UINT kControlCExit = 0xC000013A;  // what a program has that Ctrl-C ended
+    ExitProcess(kControlCExit);
+}
 
 }  // namespace qm::cli

@@ -32,6 +32,25 @@ int OpenFile(const std::wstring& path, int flags) {
 
 }  // namespace
 
+std::optional<FileStatus> StatusOf(const std::string& path) {
+    FileHandle opened;
+    HANDLE file = GetStdHandle(STD_INPUT_HANDLE);
+    if (path != "-") {
+        constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+        opened = FileHandle(CreateFileW(Utf8ToWide(path).c_str(), 0, kShareAll, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        if (!opened) return std::nullopt;
+        file = opened.Get();
+    }
+    BY_HANDLE_FILE_INFORMATION info{};
+    if (GetFileType(file) != FILE_TYPE_DISK) return FileStatus{};
+    if (GetFileInformationByHandle(file, &info) == FALSE) return std::nullopt;
+    const auto joined = [](DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; };
+    const bool folder = (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return FileStatus{info.dwVolumeSerialNumber, joined(info.nFileIndexHigh, info.nFileIndexLow),
+                      !folder, folder, joined(info.nFileSizeHigh, info.nFileSizeLow)};
+}
+
 InputFile::InputFile(const std::string& path)
     : name_(path == "-" ? "standard input" : path), path_(path) {
     file_ = path == "-" ? _dup(_fileno(stdin)) : OpenFile(Utf8ToWide(path), _O_RDONLY);
@@ -131,6 +150,7 @@ void OutputFile::OpenBeside() {
 void OutputFile::Write(std::string_view bytes) {
     if (buffer_.size() + bytes.size() > kBufferBytes) Flush();
     buffer_ += bytes;
+    bytes_ += bytes.size();
 }
 
 void OutputFile::Flush() {
@@ -139,6 +159,8 @@ void OutputFile::Flush() {
     for (std::string_view rest = buffer_; !rest.empty();) {
         const auto count = static_cast<unsigned>(std::min(rest.size(), kMostAtOnce));
         const int done = _write(file_, rest.data(), count);
+        const DWORD error = done < 0 ? GetLastError() : ERROR_SUCCESS;
+        if (error == ERROR_NO_DATA || error == ERROR_BROKEN_PIPE) throw ReaderGone();
         if (done < 0) throw SystemError(path_, "written");
         rest.remove_prefix(static_cast<std::size_t>(done));
     }

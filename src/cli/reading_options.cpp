@@ -1,4 +1,4 @@
-#include "cli/reading_option.h"
+#include "cli/reading_options.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,0 +1,117 @@
+// See page_report.h.
+#include "cli/page_report.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <utility>
+
+#include "common/colour.h"
+#include "common/packed_bitmap.h"
+#include "host/display_list_player.h"
+#include "platform/text.h"
+
+namespace qm::cli {
+
+namespace {
+
+Extent ExtentOf(const BoxI& box) {
+    Extent extent;
+    extent.Add(box.a.x, box.a.y);
+    extent.Add(box.b.x, box.b.y);
+    return extent;
+}
+
+// Lists pictures, colours by pen and, on demand, texts.
+class Lister final : public DisplayListVisitor {
+  public:
+    Lister(PageReport& report, bool texts) : report_(report), texts_(texts) {}
+
+    void Lines(const DrawingStyle& style, PointSpan) override { Note(style, false); }
+    void Rectangle(const DrawingStyle& style, const BoxI&, bool filled) override {
+        Note(style, filled);
+    }
+    void Circle(const DrawingStyle& style, PointI, std::int32_t, bool filled) override {
+        Note(style, filled);
+    }
+    void Arc(const DrawingStyle& style, const ArcShape&) override { Note(style, false); }
+    void Polygon(const DrawingStyle& style, PointSpan, bool filled) override {
+        Note(style, filled);
+    }
+    void PolyPolygon(const DrawingStyle& style, const Rings&, bool filled) override {
+        Note(style, filled);
+    }
+    void Text(const DrawingStyle&, const BoxI& box, std::string_view text) override {
+        if (!texts_) return;
+        ContentReport content;
+        content.isText = true;
+        content.text = text;
+        if (box.a.x <= box.b.x) content.box = ExtentOf(box);
+        report_.contents.push_back(std::move(content));
+    }
+    void Picture(const DrawingStyle&, const BoxI& box, std::int32_t, ByteRun bytes) override {
+        ContentReport content;
+        content.box = ExtentOf(box);
+        if (const auto bitmap = PackedBitmapView::Parse(bytes.data, bytes.size)) {
+            content.width = bitmap->Width();
+            content.height = bitmap->Height();
+            content.bits = bitmap->Bits();
+        }
+        report_.contents.push_back(std::move(content));
+    }
+    // Of the pen, in the order of their first use; none when it drew nothing.
+    const std::vector<std::uint32_t>& ColoursOf(std::int32_t pen) { return colours_[pen]; }
+
+  private:
+    void Note(const DrawingStyle& style, bool filled) {
+        const std::uint32_t colour = filled ? style.fillColour : style.drawColour;
+        if (last_ != nullptr && style.pen == lastPen_ && colour == lastColour_) return;
+        if (last_ == nullptr || style.pen != lastPen_) last_ = &colours_[style.pen];
+        lastPen_ = style.pen;
+        lastColour_ = colour;
+        if (last_->size() == PenReport::kMostColours) return;
+        if (std::find(last_->begin(), last_->end(), colour) == last_->end()) {
+            last_->push_back(colour);
+        }
+    }
+
+    PageReport& report_;
+    const bool texts_;
+    std::map<std::int32_t, std::vector<std::uint32_t>> colours_;
+    std::vector<std::uint32_t>* last_ = nullptr;
+    std::int32_t lastPen_ = 0;
+    std::uint32_t lastColour_ = 0;
+};
+
+}  // namespace
+
+std::string HexOf(std::uint32_t colour) {
+    const auto [red, green, blue] = Colour::FromBgr(colour);
+    char text[8];
+    std::snprintf(text, sizeof text, "#%02x%02x%02x", unsigned{red}, unsigned{green},
+                  unsigned{blue});
+    return text;
+}
+
+PageReport ReportOf(const PlotPage& page, std::size_t number, bool texts) {
+    PageReport report;
+    report.number = number;
+    report.name = WideToUtf8(page.Name());
+    report.rotation = page.Rotation();
+    report.summary = Summarise(page.Drawing());
+    Lister lister(report, texts);
+    Play(page.Drawing(), lister);
+    for (const PageLayer& layer : page.Layers()) {
+        PenReport pen;
+        pen.number = layer.number;
+        pen.colours = lister.ColoursOf(layer.number);
+        if (pen.colours.empty()) pen.colours = {layer.colour};
+        const auto index = static_cast<std::size_t>(layer.number);
+        if (index < report.summary.byPen.size()) pen.drawn = report.summary.byPen[index];
+        pen.layer = WideToUtf8(layer.name);
+        report.pens.push_back(std::move(pen));
+    }
+    return report;
+}
+
+}  // namespace qm::cli

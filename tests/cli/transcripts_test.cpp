@@ -1,0 +1,159 @@
+// Transcripts: lines of a shell and everything that they print, both streams and exit statuses.
+#include "tests/archive/zip_maker.h"
+#include "tests/cli/qmplot_folder.h"
+
+namespace qm::testing_cli {
+namespace {
+
+struct Transcript {
+    const char* name;
+    const char* lines;  // q runs qmplot and prints its exit status
+    const char* printed;
+};
+
+void PrintTo(const Transcript& row, std::ostream* stream) { *stream << row.lines; }
+
+// clang-format off
+const Transcript kTranscripts[] = {
+    // Nothing that somebody may need is written over.
+    {"SecondPlotOfTwoStays", "cp a.plt b.plt; q convert a.plt b.plt; cmp a.plt b.plt",
+     "qmplot: b.plt: is not written, because it exists and could be a plot of yours; "
+     "-o DIR writes elsewhere, --force-overwrite replaces it\n[2]\n"},
+    {"PlotIsReplacedOnDemand", "cp pages.plt b.plt; q convert a.plt b.plt --force-overwrite; q info b.plt | head -n 1",
+     "[0]\nb.plt: HPGL/2, 1 page\n"},
+    {"EmptyFileIsNobodysPlot", ": >b.hpgl; q convert a.plt b.hpgl", "[0]\n"},
+    {"InputStays", "cp a.plt b; q convert --force-overwrite a.plt ./a.plt; cmp a.plt b",
+     "qmplot: ./a.plt: is not written, because it is one of the files to convert\n[2]\n"},
+    {"LinkedInputStays", "cp a.plt b; ln -s a.plt c.svg; q convert a.plt c.svg; q convert - a.plt <a.plt; cmp a.plt b",
+     "qmplot: c.svg: is not written, because it is one of the files to convert\n[2]\n"
+     "qmplot: a.plt: is not written, because it is one of the files to convert\n[2]\n"},
+    {"InputsOfABatchStay", "cp a.plt b; q convert -o . --to plt a.plt pages.plt 2>&1 | grep -c 'is not written'; cmp a.plt b",
+     "2\n"},
+    {"ScriptStays", "echo 'object 1203' >r; q replay r ./r; cat r",
+     "qmplot: ./r: is not written, because it is the script\n[2]\nobject 1203\n"},
+
+    // -o names a folder or the one file.
+    {"OutputIsAFile", "q convert -o result.png a.plt; file -b result.png | cut -d, -f1; q convert -o both.pdf a.plt pages.plt",
+     "[0]\nPNG image data\nqmplot: both.pdf names one file, but there are several to convert; -o DIR takes them; "
+     "see qmplot convert --help\n[2]\n"},
+    {"OutputIsAFolderWithAnEnding", "mkdir x.svg; q convert -o x.svg a.plt; ls x.svg", "[0]\na.svg\n"},
+    {"StandardOutput", "q convert --to svg a.plt - | tail -n 2; q convert --to svg pages.plt -; q convert a.plt -",
+     "</svg>\n[0]\n"
+     "qmplot: pages.plt: has 3 pages, and this format holds one; --page chooses it\n[2]\n"
+     "qmplot: standard output has no ending; --to chooses the format; see qmplot convert --help\n[2]\n"},
+    {"OnePageToStandardOutput", "q convert --page 2 pages.plt 2.svg; qmplot convert --page 2 --to svg pages.plt - | cmp - 2.svg", "[0]\n"},
+    {"PipeIsClosed", "(sleep 0.1; qmplot convert --to svg a.plt - 2>err; echo $? >>err) | true; cat err", "0\n"},
+
+    // Batches.
+    {"BatchGoesOn", "q convert -o out none.plt a.plt letter.txt a.plt empty.plt; ls out",
+     "qmplot: none.plt: cannot be read: No such file or directory\n"
+     "qmplot: letter.txt: not a plot file; --force reads it all the same\n"
+     "qmplot: a.plt: would be written to out/a.svg, as a.plt; convert one of them to another folder\n"
+     "qmplot: empty.plt: draws nothing, nothing is written\n"
+     "qmplot: 1 converted, 4 failed, 0 skipped\n[2]\na.svg\n"},
+    {"WorstStatus", "q convert -q -o out letter.txt a.plt 2>&1 | tail -n 1", "[1]\n"},
+    {"FolderIsWalked", "mkdir -p f/s .h f/.h; cp a.plt f; cp pages.plt f/s; cp letter.txt f; touch f/.x; ln -s .. f/loop; mkfifo f/p; "
+     "q convert -o f/out -v f; q convert -o f/out f; cd f/out; find . -name '*.svg' | sort",
+     "qmplot: f/a.plt: 1 page, 674 bytes, f/out/a.svg\n"
+     "qmplot: skipped: f/letter.txt: not a plot file; --force reads it all the same\n"
+     "qmplot: f/s/pages.plt: 3 pages, 1959 bytes, f/out/s/pages-1.svg f/out/s/pages-2.svg f/out/s/pages-3.svg\n"
+     "qmplot: 2 converted, 0 failed, 5 skipped\n[0]\n"
+     "qmplot: 2 converted, 0 failed, 6 skipped\n[0]\n"
+     "./a.svg\n./s/pages-1.svg\n./s/pages-2.svg\n./s/pages-3.svg\n"},
+    {"FolderWithoutPlots", "mkdir f; cp letter.txt f; q convert -o out f",
+     "qmplot: no plot files were found\nqmplot: 0 converted, 0 failed, 1 skipped\n[1]\n"},
+    {"FolderNamesOfABatch", "mkdir 'a.b'; cp a.plt a.b; q convert -q -o out a.b pages.plt; ls out",
+     "[0]\na.svg\npages-1.svg\npages-2.svg\npages-3.svg\n"},
+
+    // Archives.
+    {"ArchiveWithoutAPlot", "q info other.zip", "qmplot: other.zip: not a plot file: a zip archive that holds no plan.prn\n[1]\n"},
+    {"ArchiveIsEncrypted", "q info locked.zip; q convert --force locked.zip a.svg",
+     "qmplot: locked.zip: the archive cannot be read: its plan.prn is encrypted\n[1]\n"
+     "qmplot: locked.zip: the archive cannot be read: its plan.prn is encrypted\n[1]\n"},
+    {"ArchiveIsCut", "head -c 99 plan.zip >cut.zip; q info cut.zip; q detect cut.zip",
+     "qmplot: cut.zip: the archive cannot be read: it is damaged: it has no complete list of its files\n[1]\n"
+     "cut.zip: not a plot file\n[1]\n"},
+    {"ArchiveIsDamaged", "printf 'XXXX' | dd of=plan.zip bs=1 seek=90 conv=notrunc 2>dd; q info plan.zip",
+     "qmplot: plan.zip: the archive cannot be read: its plan.prn is damaged, or the folder for temporary files is full\n[1]\n"},
+    {"ArchiveOfAnUnknownMethod", "q info method.zip",
+     "qmplot: method.zip: the archive cannot be read: its plan.prn is damaged, or packed by a method that cannot be unpacked here (method 97)\n[1]\n"},
+    {"NoFolderForTemporaryFiles", "TMPDIR=/none q info plan.zip",
+     "qmplot: plan.zip: the archive cannot be read: the folder for temporary files cannot be written (TMPDIR chooses another)\n[1]\n"},
+    {"NoArchiveLibrary", "cp \"$(command -v qmplot)\" alone; ./alone info plan.zip",
+     "qmplot: plan.zip: the archive cannot be read: the archive library QmZipx is not beside the program\n"},
+    {"ArchiveFromAPipe", "cat plan.zip | q info - | head -n 1", "standard input: Nemetschek Allplan, 1 page\n"},
+
+    // What detection does not know.
+    {"Forced", "printf 'PD1016,0;' >t; q info t; q info --force t; q convert --force t t.svg; q trace --force t | grep 'Line '; q trace t",
+     "qmplot: t: not a plot file; --force reads it all the same\n[1]\n"
+     "t: HPGL/2, 1 page\n  Page 1: 25.4 x 0.0 mm, lower left at 0.0, 0.0\n    1 lines\n[0]\n[0]\n"
+     "block1 AppendLine 0 0 1016 0\nresult E_FAIL\n[1]\n"},
+    {"KnownPlotIsNotChanged", "qmplot trace --force a.plt >f; qmplot trace a.plt | cmp - f", ""},
+
+    // info.
+    {"InfoOfMany", "q info -q pages.plt none.plt empty.plt | grep -e HPGL -e '\\['",
+     "qmplot: none.plt: cannot be read: No such file or directory\npages.plt: HPGL/2, 3 pages\nempty.plt: HPGL/2, 0 pages\n[2]\n"},
+    {"InfoNumbersPagesAsPageDoes", "printf 'IN;SP1;PD9,9;PG;IW0,0,1,1;PU5,5;PD6,6;PG;IW;PU0,0;PD508,0;' >g; q info g | grep Page; q convert --page 2 g g.svg",
+     "  Page 1: 0.2 x 0.2 mm, lower left at 0.0, 0.0\n  Page 2 (\"Page 3\"): 12.7 x 0.0 mm, lower left at 0.0, 0.0\n[0]\n"},
+    {"InfoTellsColoursAndTexts", "printf 'IN;IN;IN;SP1;PC1,255,0,0;PD9,9;PC1,0,0,255;PU;LBPl\\374n\\233\"\\003' >c; q info --texts c | tail -n 3",
+     "    pen   1  #ff0000 #0000ff        50 drawn  layer \"Layer no.: 1\"\n    text \"Pl\303\274n\\x9B\\\"\" at 0.5, -0.0\n[0]\n"},
+    {"OnlyWhite", "printf 'IN;SP0;PD9,9;PU;PU;PU;' >w; q info w | grep white; q convert w w.pdf",
+     "    everything on page 1 is white\nqmplot: w: everything on page 1 is white\n[0]\n"},
+    {"IgnoredScale", "printf 'IN;SP1;SC0,9,0,9;PD9,9;PU;PU;' >c; q info c | wc -l; q info -q c | wc -l; q info --reading plotter c | wc -l",
+     "qmplot: c: a scale (SC) without scaling points (IP) in front is ignored, as the document engine does; "
+     "--reading plotter scales\n5\n5\n5\n"},
+    {"InfoAsJson", "q info --json a.plt none",
+     "{\"file\":\"a.plt\",\"format\":\"HPGL/2\",\"pages\":[{\"number\":1,\"name\":\"Page 1\","
+     "\"extent\":{\"x\":0.000,\"y\":0.000,\"width\":25.000,\"height\":12.500},\"rotation\":0,\"onlyWhite\":false,"
+     "\"counts\":{\"lines\":3,\"polylines\":0,\"filledAreas\":0,\"rectangles\":0,\"circles\":0,\"arcs\":0,\"texts\":0,"
+     "\"pictures\":0,\"fillPatterns\":0},\"pens\":[{\"number\":0,\"colours\":[\"#ffffff\"],\"drawn\":0,\"layer\":\"Layer no.: 0\"},"
+     "{\"number\":1,\"colours\":[\"#000000\"],\"drawn\":3,\"layer\":\"Layer no.: 1\"}],\"pictures\":[],\"texts\":[]}],\"notes\":[]}\n"
+     "qmplot: none: cannot be read: No such file or directory\n"
+     "{\"file\":\"none\",\"error\":\"none: cannot be read: No such file or directory\",\"status\":2}\n[2]\n"},
+    {"DetectAsJson", "cp a.plt \"$(printf 'q\\377\"')\"; q detect --json q* letter.txt",
+     "{\"file\":\"q\\uDCFF\\\"\",\"format\":\"HPGL/2\"}\n{\"file\":\"letter.txt\",\"format\":null}\n[1]\n"},
+
+    // Pages and formats.
+    {"PagesOfAList", "q convert --page 1,3- pages.plt p.svg; q convert --page 2,2-3 pages.plt q.pdf; ls p*.svg q*; q convert --page 2-3 pages.plt r.plt; q info r.plt | grep -c Page",
+     "[0]\n[0]\np-1.svg\np-3.svg\nq.pdf\n[0]\n2\n"},
+    {"NoSuchPages", "q convert --page 2-4 pages.plt p.svg; q convert --page 3-2 pages.plt p.svg",
+     "qmplot: pages.plt: has no page 4, its last one is 3\n[2]\n"
+     "qmplot: --page: '3-2' names no pages; 2 or 1-3,5 or 4- do; see qmplot convert --help\n[2]\n"},
+    {"EndingsOfPlots", "q convert a.plt a.hpgl; q convert a.plt a.HPG; q convert a.plt a.hp; cmp a.hpgl a.HPG; cmp a.hp a.HPG; "
+     "q convert --dpi 50 a.plt a.rtl; q convert --dpi 50 --rtl a.plt b.hpgl; cmp a.rtl b.hpgl",
+     "[0]\n[0]\n[0]\n[0]\n[0]\n"},
+    {"OptionsOfOtherFormats", "q convert --bits 8 a.plt b.plt; q convert -o out --dpi 9 a.plt pages.plt",
+     "qmplot: --bits means nothing for HP-GL/2, only for HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"
+     "qmplot: --dpi means nothing for svg, only for png, HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"},
+    {"Quiet", "q convert -q -o out a.plt pages.plt; q convert -v a.plt b.svg", "[0]\nqmplot: a.plt: 1 page, 674 bytes, b.svg\n[0]\n"},
+};
+// clang-format on
+
+class Transcripts : public QmplotTest, public testing::WithParamInterface<Transcript> {
+  protected:
+    void SetUp() override {
+        QmplotTest::SetUp();
+        using testing_zip::MakeZip;
+        std::string plot;
+        for (int i = 0; i < 50; ++i) plot += kPlot;
+        MakeZip(folder_ / "plan.zip", {{"readme", "x"}, {"PLAN.PRN", plot}});
+        MakeZip(folder_ / "other.zip", {{"sheets/plan.prn", plot}});
+        MakeZip(folder_ / "locked.zip", {{"plan.prn", plot, true, true}});
+        MakeZip(folder_ / "method.zip", {{"plan.prn", plot}});
+        std::string zip = Get("method.zip");
+        zip[8] = zip[zip.find("PK\1\2") + 10] = 97;
+        Put("method.zip", zip);
+    }
+};
+
+TEST_P(Transcripts, PrintThis) {
+    const std::string prelude =
+        "PATH=$(dirname " QM_QMPLOT "):$PATH; q() { qmplot \"$@\"; echo \"[$?]\"; }; exec 2>&1; ";
+    EXPECT_EQ(RunShell(prelude + GetParam().lines).out, GetParam().printed);
+}
+
+INSTANTIATE_TEST_SUITE_P(Qmplot, Transcripts, testing::ValuesIn(kTranscripts),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+}  // namespace
+}  // namespace qm::testing_cli
