@@ -25,12 +25,12 @@ for plot in "$@"; do
         qpdf --check "$pdf" >"$work/log" 2>&1 || fail "qpdf on $plot: $(cat "$work/log")"
     fi
     if have pdftotext; then
-        # Every text of the plot, blanks and texts of control characters aside.
+        # Every text of the plot, blanks and texts of control characters aside. No-break spaces and soft hyphens are not copied.
         pdftotext -raw "$pdf" "$work/texts" 2>"$work/log"
         [ ! -s "$work/log" ] || fail "pdftotext on $plot: $(cat "$work/log")"
         tr -d ' \n\f' <"$work/texts" >"$work/copied"
         "$qmplot" info --texts "$plot" | sed -n 's/^ *text "\(.*\)".*/\1/p' |
-            sed '/\\x/d; s/\\\(.\)/\1/g' | tr -d ' ' >"$work/wanted"
+            LC_ALL=C sed '/\\x/d; s/\\\(.\)/\1/g; s/\xc2[\xa0\xad]//g' | tr -d ' ' >"$work/wanted"
         while IFS= read -r text; do
             grep -qF -- "$text" "$work/copied" || fail "pdftotext on $plot: does not copy \"$text\""
         done <"$work/wanted"
