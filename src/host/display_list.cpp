@@ -2,181 +2,396 @@
 #include "host/display_list.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 namespace qm {
 
 namespace {
 
-// The first chunk is small because a document can have many pages with little on each; each further
-// one is twice as large, up to 1 MiB, so that long lists take few allocations.
-constexpr std::size_t kFirstChunkWords = 1024;
-constexpr std::size_t kLargestChunkWords = std::size_t{1} << 18;
-constexpr std::size_t kMaxDetail = 0xFFFFFF;
+// A part is the unit that readers leave out, and has its own memory of just its size.
+constexpr std::size_t kPartBytes = std::size_t{32} << 10;
+constexpr std::size_t kFirstRoom = 256;  // small, because a document can have many pages
+constexpr std::size_t kKeptBytes = std::size_t{4} << 10;
+constexpr std::size_t kAlignment = 4;  // of what is kept
+constexpr std::size_t kFirstSupply = 1024;
+constexpr std::size_t kLargestSupply = std::size_t{1} << 18;
+constexpr std::size_t kMaxDash = 0xFFFFFF;
 // More words than this in one record can only come from a broken caller.
 constexpr std::size_t kMaxRecordWords = std::size_t{1} << 34;
-
-static_assert(kLargestChunkWords / 2 < kMaxDetail, "a chain's point count must fit its detail");
+constexpr std::size_t kBoxBytes = 4 * kMaxNumberBytes;
+constexpr std::size_t kAddressBytes = kMaxNumberBytes + sizeof(const std::uint8_t*);
+constexpr std::size_t kMaxChainBytes = 1 + MaxRunBytes(1 + kBlockPoints);
 
 std::size_t WordsFor(std::size_t bytes) { return (bytes + 3) / 4; }
 
-std::int32_t* Put(std::int32_t* at, const BoxI& box) {
-    at[0] = box.a.x;
-    at[1] = box.a.y;
-    at[2] = box.b.x;
-    at[3] = box.b.y;
-    return at + 4;
+std::uint32_t Count(std::size_t count) { return static_cast<std::uint32_t>(count); }
+
+std::uint8_t* PutHead(std::uint8_t* at, RecordKind kind, unsigned flags) {
+    *at = static_cast<std::uint8_t>(static_cast<unsigned>(kind) | flags);
+    return at + 1;
 }
 
 // memcpy must not see the null pointer of an empty run.
-void PutBytes(std::int32_t* at, const void* data, std::size_t bytes) {
+std::uint8_t* PutBytes(std::uint8_t* at, const void* data, std::size_t bytes) {
     if (bytes > 0) std::memcpy(at, data, bytes);
+    return at + bytes;
 }
 
-void PutPoints(std::int32_t* at, PointSpan points) {
-    PutBytes(at, points.data, points.count * sizeof(PointI));
+// Bytes that are kept elsewhere.
+std::uint8_t* PutAddress(std::uint8_t* at, const std::uint8_t* kept, std::size_t count) {
+    return PutBytes(PutCount(at, Count(count)), &kept, sizeof kept);
 }
+
+unsigned FillFlag(bool filled) { return filled ? kRecordFilled : 0; }
+unsigned PointsFlag(std::size_t count) { return count > 0 ? kRecordHasPoints : 0; }
 
 }  // namespace
 
-void DisplayList::NewChunk(std::size_t words) {
-    std::size_t size = kFirstChunkWords;
-    if (!chunks_.empty()) {
-        const std::size_t shift = std::min<std::size_t>(chunks_.size(), 8);
-        size = std::min(kFirstChunkWords << shift, kLargestChunkWords);
+void SetAttribute(DrawingStyle& style, RecordKind kind, std::int32_t value) {
+    switch (kind) {
+        case RecordKind::kDrawColour:
+            style.drawColour = static_cast<std::uint32_t>(value);
+            return;
+        case RecordKind::kFillColour:
+            style.fillColour = static_cast<std::uint32_t>(value);
+            return;
+        case RecordKind::kLayer:
+            style.layer = value;
+            return;
+        case RecordKind::kPen:
+            style.pen = value;
+            return;
+        case RecordKind::kLineStyle:
+            return style.SetLineStyle(value);
+        case RecordKind::kLineWidth:
+            style.lineWidth = value;
+            return;
+        case RecordKind::kLineAttributes:
+            style.lineAttributes = value;
+            return;
+        default:  // kDrawMode
+            style.drawMode = value;
+            return;
     }
-    size = std::max(size, words);
-    ChunkMemory chunk{std::unique_ptr<std::int32_t[]>(new std::int32_t[size]), 0};
-    std::int32_t* const first = chunk.words.get();
-    chunks_.push_back(std::move(chunk));
-    if (chunks_.size() > 1) {
-        ChunkMemory& full = chunks_[chunks_.size() - 2];
-        full.used = static_cast<std::size_t>(next_ - full.words.get());
-    }
-    next_ = first;
-    end_ = first + size;
 }
 
-std::int32_t* DisplayList::NewRecord(RecordKind kind, std::size_t detail, std::size_t words) {
-    if (words > kMaxRecordWords) throw std::bad_alloc();
-    if (static_cast<std::size_t>(end_ - next_) < words) NewChunk(words);
-    chain_ = nullptr;
-    std::int32_t* const record = next_;
-    record[0] = static_cast<std::int32_t>(
-        static_cast<std::uint32_t>(kind) |
-        (static_cast<std::uint32_t>(detail & kMaxDetail) << kDetailShift));
-    next_ += words;
-    return record + 1;
+// -------------------------------------------------------------------------------- memory and parts
+
+// Room for `bytes` bytes behind the records; they count once EndRecord says so.
+std::uint8_t* DisplayList::Room(std::size_t bytes) {
+    if (open_.size - open_.used < bytes) {
+        Block larger;
+        larger.size = std::max({kFirstRoom, 2 * open_.size, open_.used + bytes});
+        larger.bytes.reset(new std::uint8_t[larger.size]);
+        larger.used = open_.used;
+        PutBytes(larger.bytes.get(), open_.bytes.get(), open_.used);
+        open_ = std::move(larger);
+    }
+    return open_.bytes.get() + open_.used;
 }
+
+// Makes the records at hand a part; needs a chain that has ended.
+void DisplayList::EndPart() {
+    if (open_.used == 0) return;
+    Part part;
+    part.size = open_.used;
+    part.bytes.reset(new std::uint8_t[part.size]);
+    PutBytes(part.bytes.get(), open_.bytes.get(), part.size);
+    part.cover = cover_;
+    part.after = style_;
+    parts_.push_back(std::move(part));
+    usedBytes_ += open_.used;
+    open_.used = 0;
+    if (open_.size > 4 * kPartBytes) open_ = Block();
+    cover_ = PartCover();
+    cover_.widestLine = style_.lineWidth;
+    last_ = PointI();
+}
+
+void DisplayList::TakeWords(std::size_t words) {
+    if (words_ < words) {
+        const std::size_t shift = std::min<std::size_t>(supplies_++, 8);
+        words_ = std::max(std::min(kFirstSupply << shift, kLargestSupply), words);
+    }
+    words_ -= words;
+}
+
+// A copy of bytes that stays where it is as long as the list.
+const std::uint8_t* DisplayList::Keep(const void* data, std::size_t bytes) {
+    const std::size_t taken = (bytes + kAlignment - 1) / kAlignment * kAlignment;
+    if (kept_.empty() || kept_.back().size - kept_.back().used < taken) {
+        Block block;
+        // Large ones do not share, so that nothing of a block is left over.
+        block.size = taken > kKeptBytes / 4 ? taken : kKeptBytes;
+        block.bytes.reset(new std::uint8_t[block.size]);
+        kept_.push_back(std::move(block));
+        usedBytes_ += kept_.back().size;
+    }
+    Block& block = kept_.back();
+    std::uint8_t* const at = block.bytes.get() + block.used;
+    PutBytes(at, data, bytes);
+    block.used += taken;
+    return at;
+}
+
+// Room for a record whose first byte is written; returns the second. `words` are its share of the
+// supply.
+std::uint8_t* DisplayList::NewRecord(RecordKind kind, unsigned flags, std::size_t words,
+                                     std::size_t bytes) {
+    if (words > kMaxRecordWords) throw std::bad_alloc();
+    EndChain();
+    if (open_.used >= kPartBytes) EndPart();
+    std::uint8_t* const at = Room(1 + bytes);
+    TakeWords(words);
+    return PutHead(at, kind, flags);
+}
+
+std::uint8_t* DisplayList::NewContent(RecordKind kind, unsigned flags, std::size_t words,
+                                      std::size_t bytes) {
+    std::uint8_t* const at = NewRecord(kind, flags, words, bytes);
+    hasContent_ = true;
+    return at;
+}
+
+// ------------------------------------------------------------------------------------------- lines
 
 void DisplayList::StartLines(PointI from, PointI to) {
-    std::int32_t* const record = NewContent(RecordKind::kLines, 2, 5);
-    Put(record, {from, to});
-    chain_ = record - 1;
+    if (chainCount_ == chain_.size() && words_ >= 2 && chain_.back() == from) {
+        FlushChain();
+        words_ -= 2;
+        chain_[chainCount_++] = to;
+        return;
+    }
+    EndChain();
+    if (open_.used >= kPartBytes) EndPart();
+    TakeWords(5);
+    chain_[0] = from;
+    chain_[1] = to;
+    chainCount_ = 2;
+    hasContent_ = true;
+}
+
+void DisplayList::CoverChain(std::size_t count) {
+    PointI low = chain_[0];
+    PointI high = low;
+    for (std::size_t i = 1; i < count; ++i) {
+        low = {std::min(low.x, chain_[i].x), std::min(low.y, chain_[i].y)};
+        high = {std::max(high.x, chain_[i].x), std::max(high.y, chain_[i].y)};
+    }
+    cover_.Add(low.x, low.y);
+    cover_.Add(high.x, high.y);
+}
+
+// Writes the full block of a chain that goes on.
+void DisplayList::FlushChain() {
+    std::uint8_t* at = Room(kMaxChainBytes);
+    CoverChain(chainCount_);
+    if (!chainBegun_) {
+        at = PutHead(at, RecordKind::kLines, kRecordHasPoints);
+        at = PutPoint(at, chain_[0], last_);
+    }
+    const unsigned form = FormOf(&chain_[1], kBlockPoints);
+    *at++ = BlockHead(form, kBlockPoints);
+    EndRecord(PutBlock(at, &chain_[1], kBlockPoints, form));
+    chainBegun_ = true;
+    chain_[0] = chain_.back();
+    chainCount_ = 1;
+}
+
+// Writes what is missing of the chain at hand.
+std::uint8_t* DisplayList::PutChainEnd(std::uint8_t* at) const {
+    const std::size_t lines = chainCount_ - 1;
+    const unsigned form = FormOf(&chain_[1], lines);
+    PointI last = last_;
+    if (!chainBegun_ && lines <= kMostShortLines) {
+        *at++ = static_cast<std::uint8_t>(kShortLines | form << kShortLinesFormShift | (lines - 1));
+        at = PutPoint(at, chain_[0], last);
+        return PutBlock(at, &chain_[1], lines, form);
+    }
+    if (!chainBegun_) {
+        at = PutHead(at, RecordKind::kLines, kRecordHasPoints);
+        at = PutPoint(at, chain_[0], last);
+    }
+    *at++ = BlockHead(form, lines);
+    at = PutBlock(at, &chain_[1], lines, form);
+    // A full block says that another follows.
+    if (lines == kBlockPoints) *at++ = BlockHead(0, 0);
+    return at;
+}
+
+void DisplayList::EndChain() {
+    if (chainCount_ == 0) return;
+    EndRecord(PutChainEnd(Room(kMaxChainBytes)));
+    CoverChain(chainCount_);
+    last_ = chain_[chainCount_ - 1];
+    chainCount_ = 0;
+    chainBegun_ = false;
+}
+
+// ---------------------------------------------------------------------------------- other contents
+
+std::uint8_t* DisplayList::PutBox(std::uint8_t* at, const BoxI& box) {
+    cover_.Add(box.a.x, box.a.y);
+    cover_.Add(box.b.x, box.b.y);
+    return PutPoint(PutPoint(at, box.a, last_), box.b, last_);
+}
+
+std::uint8_t* DisplayList::PutCoveredRun(std::uint8_t* at, PointSpan points) {
+    if (points.count == 0) return at;
+    for (const PointI p : points) cover_.Add(p.x, p.y);
+    return PutRun(at, points.data, points.count, last_);
 }
 
 void DisplayList::AppendRectangle(const BoxI& box, bool filled) {
-    Put(NewContent(RecordKind::kRectangle, filled ? 1 : 0, 5), box);
+    EndRecord(PutBox(NewContent(RecordKind::kRectangle, FillFlag(filled), 5, kBoxBytes), box));
 }
 
 void DisplayList::AppendCircle(PointI centre, std::int32_t radius, bool filled) {
-    std::int32_t* const record = NewContent(RecordKind::kCircle, filled ? 1 : 0, 4);
-    record[0] = centre.x;
-    record[1] = centre.y;
-    record[2] = radius;
+    std::uint8_t* at = NewContent(RecordKind::kCircle, FillFlag(filled), 4, 3 * kMaxNumberBytes);
+    const std::int64_t reach = std::abs(std::int64_t{radius});
+    cover_.Add(centre.x - reach, centre.y - reach);
+    cover_.Add(centre.x + reach, centre.y + reach);
+    at = PutPoint(at, centre, last_);
+    EndRecord(PutNumber(at, radius));
 }
 
 void DisplayList::AppendArc(const ArcShape& arc) {
-    std::int32_t* const record = NewContent(RecordKind::kArc, 0, 7);
-    Put(record, {arc.centre, {arc.radiusX, arc.radiusY}});
-    std::memcpy(record + 4, &arc.start, sizeof arc.start);
-    std::memcpy(record + 5, &arc.span, sizeof arc.span);
+    std::uint8_t* at = NewContent(RecordKind::kArc, 0, 7, kBoxBytes + 2 * sizeof(float));
+    const PointI centre = arc.centre;
+    const std::int64_t reachX = std::abs(std::int64_t{arc.radiusX});
+    const std::int64_t reachY = std::abs(std::int64_t{arc.radiusY});
+    cover_.Add(centre.x - reachX, centre.y - reachY);
+    cover_.Add(centre.x + reachX, centre.y + reachY);
+    at = PutPoint(at, centre, last_);
+    at = PutNumber(at, arc.radiusX);
+    at = PutNumber(at, WrapSubtract(arc.radiusY, arc.radiusX));
+    at = PutBytes(at, &arc.start, sizeof arc.start);
+    EndRecord(PutBytes(at, &arc.span, sizeof arc.span));
 }
 
 void DisplayList::AppendPolygon(PointSpan points, bool filled) {
-    std::int32_t* const record =
-        NewContent(RecordKind::kPolygon, filled ? 1 : 0, 2 + 2 * points.count);
-    record[0] = static_cast<std::int32_t>(points.count);
-    PutPoints(record + 1, points);
+    std::uint8_t* const at =
+        NewContent(RecordKind::kPolygon, FillFlag(filled) | PointsFlag(points.count),
+                   2 + 2 * points.count, MaxRunBytes(points.count));
+    EndRecord(PutCoveredRun(at, points));
 }
 
 void DisplayList::AppendPolyPolygon(const Rings& rings, bool filled) {
-    std::int32_t* const record = NewContent(RecordKind::kPolyPolygon, filled ? 1 : 0,
-                                            3 + rings.count + 2 * rings.points.count);
-    record[0] = static_cast<std::int32_t>(rings.count);
-    record[1] = static_cast<std::int32_t>(rings.points.count);
-    PutBytes(record + 2, rings.lengths, rings.count * sizeof(std::int32_t));
-    PutPoints(record + 2 + rings.count, rings.points);
+    std::uint8_t* at =
+        NewContent(RecordKind::kPolyPolygon, FillFlag(filled) | PointsFlag(rings.points.count),
+                   3 + rings.count + 2 * rings.points.count,
+                   (1 + rings.count) * kMaxNumberBytes + MaxRunBytes(rings.points.count));
+    at = PutCount(at, Count(rings.count));
+    for (std::size_t i = 0; i < rings.count; ++i) at = PutNumber(at, rings.lengths[i]);
+    EndRecord(PutCoveredRun(at, rings.points));
 }
 
 void DisplayList::AppendText(const BoxI& box, std::string_view text) {
-    std::int32_t* record = NewContent(RecordKind::kText, 0, 6 + WordsFor(text.size()));
-    record = Put(record, box);
-    record[0] = static_cast<std::int32_t>(text.size());
-    PutBytes(record + 1, text.data(), text.size());
+    std::uint8_t* at = NewContent(RecordKind::kText, 0, 6 + WordsFor(text.size()),
+                                  kBoxBytes + kMaxNumberBytes + text.size());
+    // The strokes cover what there is to see.
+    at = PutPoint(PutPoint(at, box.a, last_), box.b, last_);
+    at = PutCount(at, Count(text.size()));
+    EndRecord(PutBytes(at, text.data(), text.size()));
 }
 
 void DisplayList::AppendPicture(const BoxI& box, std::int32_t rasterOperation, ByteRun bitmap) {
-    std::int32_t* record = NewContent(RecordKind::kPicture, 0, 7 + WordsFor(bitmap.size));
-    record = Put(record, box);
-    record[0] = rasterOperation;
-    record[1] = static_cast<std::int32_t>(bitmap.size);
-    PutBytes(record + 2, bitmap.data, bitmap.size);
+    const std::uint8_t* const kept = Keep(bitmap.data, bitmap.size);
+    std::uint8_t* at = NewContent(RecordKind::kPicture, 0, 7 + WordsFor(bitmap.size),
+                                  kBoxBytes + kMaxNumberBytes + kAddressBytes);
+    at = PutBox(at, box);
+    at = PutNumber(at, rasterOperation);
+    EndRecord(PutAddress(at, kept, bitmap.size));
 }
 
 void DisplayList::DefineFillPattern(const FillPattern& pattern) {
-    std::int32_t* const record =
-        NewRecord(RecordKind::kFillPattern, 0, 5 + WordsFor(pattern.bits.size));
-    record[0] = pattern.index;
-    record[1] = pattern.width;
-    record[2] = pattern.height;
-    record[3] = static_cast<std::int32_t>(pattern.bits.size);
-    PutBytes(record + 4, pattern.bits.data, pattern.bits.size);
+    const std::uint8_t* const kept = Keep(pattern.bits.data, pattern.bits.size);
+    std::uint8_t* at = NewRecord(RecordKind::kFillPattern, 0, 5 + WordsFor(pattern.bits.size),
+                                 3 * kMaxNumberBytes + kAddressBytes);
+    cover_.hasDefinitions = true;
+    at = PutNumber(at, pattern.index);
+    at = PutNumber(at, pattern.width);
+    at = PutNumber(at, pattern.height);
+    EndRecord(PutAddress(at, kept, pattern.bits.size));
 }
 
 void DisplayList::AppendClipRegion(PointSpan points) {
-    std::int32_t* const record = NewRecord(RecordKind::kClipRegion, 0, 2 + 2 * points.count);
-    record[0] = static_cast<std::int32_t>(points.count);
-    PutPoints(record + 1, points);
+    std::uint8_t* const at = NewRecord(RecordKind::kClipRegion, PointsFlag(points.count),
+                                       2 + 2 * points.count, MaxRunBytes(points.count));
+    cover_.hasDefinitions = true;
+    EndRecord(PutCoveredRun(at, points));
 }
 
-void DisplayList::EndClipRegion() { NewRecord(RecordKind::kEndClipRegion, 0, 1); }
+void DisplayList::EndClipRegion() {
+    EndRecord(NewRecord(RecordKind::kEndClipRegion, 0, 1, 0));
+    cover_.hasDefinitions = true;
+}
+
+// -------------------------------------------------------------------------------------- attributes
 
 void DisplayList::AppendColour(RecordKind kind, std::uint32_t colour) {
-    NewRecord(kind, colour, 1);
+    std::uint8_t* const at = NewRecord(kind, 0, 1, 3);
+    for (unsigned i = 0; i < 3; ++i) at[i] = static_cast<std::uint8_t>(colour >> (8 * i));
+    EndRecord(at + 3);
+    SetAttribute(style_, kind, static_cast<std::int32_t>(colour & 0xFFFFFF));
 }
 
 void DisplayList::AppendValue(RecordKind kind, std::int32_t value) {
-    *NewRecord(kind, 0, 2) = value;
+    EndRecord(PutNumber(NewRecord(kind, 0, 2, kMaxNumberBytes), value));
+    SetAttribute(style_, kind, value);
+    cover_.widestLine = std::max(cover_.widestLine, style_.lineWidth);
 }
 
 void DisplayList::AppendLineDash(const std::int32_t* lengths, std::size_t count) {
-    count = std::min(count, kMaxDetail);
-    PutBytes(NewRecord(RecordKind::kLineDash, count, 1 + count), lengths,
-             count * sizeof(std::int32_t));
+    count = std::min(count, kMaxDash);
+    const std::uint8_t* const kept = Keep(lengths, count * sizeof(std::int32_t));
+    std::uint8_t* const at = NewRecord(RecordKind::kLineDash, 0, 1 + count, kAddressBytes);
+    EndRecord(PutAddress(at, kept, count));
+    style_.SetDash(reinterpret_cast<const std::int32_t*>(kept), count);
 }
 
 void DisplayList::AppendFillStyle(std::int32_t kind, std::int32_t index) {
-    *NewRecord(RecordKind::kFillStyle, static_cast<std::uint32_t>(kind), 2) = index;
+    kind &= 0xFFFFFF;
+    std::uint8_t* at = NewRecord(RecordKind::kFillStyle, 0, 2, 2 * kMaxNumberBytes);
+    at = PutNumber(at, kind);
+    EndRecord(PutNumber(at, index));
+    style_.fillKind = kind;
+    style_.fillIndex = index;
 }
 
-DisplayList::Words DisplayList::Chunk(std::size_t index) const {
-    const std::int32_t* const first = chunks_[index].words.get();
-    const bool last = index + 1 == chunks_.size();
-    return {first, last ? next_ : first + chunks_[index].used};
+// --------------------------------------------------------------------------------------- the whole
+
+std::vector<std::uint8_t> DisplayList::Rest() const {
+    std::vector<std::uint8_t> bytes(open_.used + kMaxChainBytes);
+    PutBytes(bytes.data(), open_.bytes.get(), open_.used);
+    const std::uint8_t* end = bytes.data() + open_.used;
+    if (chainCount_ > 0) end = PutChainEnd(bytes.data() + open_.used);
+    bytes.resize(static_cast<std::size_t>(end - bytes.data()));
+    return bytes;
 }
 
 std::size_t DisplayList::UsedBytes() const {
-    std::size_t words = 0;
-    for (std::size_t i = 0; i < chunks_.size(); ++i) {
-        words += static_cast<std::size_t>(Chunk(i).end - Chunk(i).begin);
-    }
-    return words * sizeof(std::int32_t);
+    return usedBytes_ + open_.used + chainCount_ * sizeof(PointI);
+}
+
+void DisplayList::Finish() {
+    EndChain();
+    EndPart();
+    open_ = Block();
 }
 
 void DisplayList::DropRecords() {
-    chunks_.clear();
-    next_ = end_ = chain_ = nullptr;
+    parts_.clear();
+    kept_.clear();
+    open_ = Block();
+    usedBytes_ = 0;
+    cover_ = PartCover();
+    style_ = DrawingStyle();
+    last_ = PointI();
+    chainCount_ = 0;
+    chainBegun_ = false;
+    words_ = supplies_ = 0;
 }
 
 }  // namespace qm

@@ -1,46 +1,58 @@
 // DisplayList: the content of one drawing block as a compact list of records, in drawing order.
 //
-// A plot can hold tens of millions of lines, so a record is a few 32-bit words in large chunks of
-// memory: lines that continue each other share one record and cost 8 bytes each, a single line
-// costs 20, an attribute change 4 or 8, a point of a polygon 8. The Append functions fill the list,
-// Play (display_list_player.h) reads it. Test: tests/host/document_test.cpp.
+// A plot can hold tens of millions of lines, so records are bytes (packed_points.h): lines that
+// continue each other share one record and cost 2 to 4 bytes each where points are near, a single
+// line 6 to 12, an attribute change 2 to 6. The Append functions fill the list, Play
+// (display_list_player.h) reads it, part by part. Test: tests/host/display_list_test.cpp.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
 
 #include "common/geometry.h"
+#include "host/drawing_style.h"
+#include "host/packed_points.h"
 
 namespace qm {
 
-// Kinds of records; the low byte of a record's first word. The other 24 bits are its `detail`.
+// Kinds of records. A record's first byte is the kind with two flags, or stands for a chain of a
+// few lines (kShortLines). A point is written as it lies from the last point of the record before.
 enum class RecordKind : std::uint8_t {
-    kLines,           // detail: points; x, y of each
-    kRectangle,       // detail: filled; x1, y1, x2, y2
-    kCircle,          // detail: filled; x, y, radius
-    kArc,             // x, y, radius x, radius y, start and span as floats
-    kPolygon,         // detail: filled; points, x, y of each
-    kPolyPolygon,     // detail: filled; rings, points, points of each ring, x, y of each
-    kText,            // x1, y1, x2, y2, bytes, UTF-8 text
-    kPicture,         // x1, y1, x2, y2, raster operation, bytes, packed bitmap
-    kFillPattern,     // index, width, height, bytes, rows
-    kClipRegion,      // points, x, y of each
+    kLines,           // run of points
+    kRectangle,       // kRecordFilled; corner, corner
+    kCircle,          // kRecordFilled; centre, radius
+    kArc,             // centre, radius x, radius y - radius x, start and span as floats
+    kPolygon,         // kRecordFilled; run of points
+    kPolyPolygon,     // kRecordFilled; rings, points of each ring, run of points
+    kText,            // corner, corner, bytes, UTF-8 text
+    kPicture,         // corner, corner, raster operation, bytes, where the packed bitmap is
+    kFillPattern,     // index, width, height, bytes, where the rows are
+    kClipRegion,      // run of points
     kEndClipRegion,   //
-    kDrawColour,      // detail: 0xBBGGRR
-    kFillColour,      // detail: 0xBBGGRR
+    kDrawColour,      // three bytes: blue, green, red
+    kFillColour,      // three bytes
     kLayer,           // number
     kPen,             // number
     kLineStyle,       // code
     kLineWidth,       // plotter units
-    kLineDash,        // detail: lengths; each length
+    kLineDash,        // lengths, where they are
     kLineAttributes,  // bits
     kDrawMode,        // mode
-    kFillStyle        // detail: kind; index
+    kFillStyle        // kind; index
 };
+inline constexpr unsigned kRecordKindBits = 0x1F;
+inline constexpr unsigned kRecordFilled = 0x20;
+inline constexpr unsigned kRecordHasPoints = 0x40;  // else the run of points is missing
+// A chain of lines without a kind: the low bits are its lines less one, those between the form of
+// its only block; the first point and the differences of the others follow.
+inline constexpr unsigned kShortLines = 0x80;
+inline constexpr unsigned kShortLinesFormShift = 5;
+inline constexpr std::size_t kMostShortLines = 32;
 
 // Angles in degrees, counter-clockwise from +x; a negative span runs clockwise.
 struct ArcShape {
@@ -84,6 +96,29 @@ struct FillPattern {
     std::size_t RowBytes() const { return (static_cast<std::size_t>(width) + 15) / 16 * 2; }
 };
 
+// Takes over the value of a record from kDrawColour to kDrawMode, dashes excepted.
+void SetAttribute(DrawingStyle& style, RecordKind kind, std::int32_t value);
+
+// What a part of a list shows at most, so that a reader who does not want it can leave it out.
+// Radii lead beyond 32 bits.
+struct PartCover {
+    std::int64_t minX = INT64_MAX;  // of all primitives' points, without line widths
+    std::int64_t minY = INT64_MAX;
+    std::int64_t maxX = INT64_MIN;
+    std::int64_t maxY = INT64_MIN;
+    std::int32_t widestLine = 0;  // plotter units
+    // Holds fill patterns or clip regions, which later parts need.
+    bool hasDefinitions = false;
+
+    void Add(std::int64_t x, std::int64_t y) {
+        minX = std::min(minX, x);
+        minY = std::min(minY, y);
+        maxX = std::max(maxX, x);
+        maxY = std::max(maxY, y);
+    }
+    bool IsEmpty() const { return minX > maxX; }
+};
+
 // Coordinates are plotter units, y upward. All Append functions copy what they are given and throw
 // std::bad_alloc, the list then being what it was before. Counts are the caller's to check (not
 // negative).
@@ -95,11 +130,10 @@ class DisplayList {
 
     // Continues the last record when the line begins where that one ended.
     void AppendLine(PointI from, PointI to) {
-        if (chain_ != nullptr && end_ - next_ >= 2 && next_[-2] == from.x && next_[-1] == from.y) {
-            next_[0] = to.x;
-            next_[1] = to.y;
-            next_ += 2;
-            *chain_ += 1 << kDetailShift;
+        if (chainCount_ > 0 && chainCount_ < chain_.size() && words_ >= 2 &&
+            chain_[chainCount_ - 1] == from) {
+            words_ -= 2;
+            chain_[chainCount_++] = to;
             return;
         }
         StartLines(from, to);
@@ -128,39 +162,69 @@ class DisplayList {
     bool IsEmpty() const { return !hasContent_; }
     // Memory that the records take.
     std::size_t UsedBytes() const;
+    // Gives back the memory that was taken for further records; further records can follow all the
+    // same. Throws std::bad_alloc, the list then holding what it did.
+    void Finish();
     // Frees the records. IsEmpty goes on answering what it did.
     void DropRecords();
 
-    static constexpr int kDetailShift = 8;
-
-    // Words of the index-th chunk, for the player; a record never spans two chunks.
-    struct Words {
-        const std::int32_t* begin = nullptr;
-        const std::int32_t* end = nullptr;
+    // For the player. A record never spans two parts, and the points of a part do not depend on
+    // those of another.
+    struct Part {
+        std::unique_ptr<std::uint8_t[]> bytes;
+        std::size_t size = 0;
+        PartCover cover;
+        DrawingStyle after;  // what holds behind it
     };
-    std::size_t ChunkCount() const { return chunks_.size(); }
-    Words Chunk(std::size_t index) const;
+    const std::vector<Part>& Parts() const { return parts_; }
+    // The records behind the parts, as the bytes of one more.
+    std::vector<std::uint8_t> Rest() const;
 
   private:
-    struct ChunkMemory {
-        std::unique_ptr<std::int32_t[]> words;
-        std::size_t used = 0;  // of a chunk that is no longer the last
+    // Memory that is filled from the front.
+    struct Block {
+        std::unique_ptr<std::uint8_t[]> bytes;
+        std::size_t size = 0;
+        std::size_t used = 0;
     };
 
     void StartLines(PointI from, PointI to);
-    // Room for a record of `words` words in all, its first word written; returns the second.
-    std::int32_t* NewRecord(RecordKind kind, std::size_t detail, std::size_t words);
-    std::int32_t* NewContent(RecordKind kind, std::size_t detail, std::size_t words) {
-        std::int32_t* record = NewRecord(kind, detail, words);
-        hasContent_ = true;
-        return record;
+    void FlushChain();
+    std::uint8_t* PutChainBlock(std::uint8_t* at, std::size_t count);
+    std::uint8_t* PutChainEnd(std::uint8_t* at) const;
+    void EndChain();
+    void CoverChain(std::size_t count);
+    std::uint8_t* Room(std::size_t bytes);
+    void EndPart();
+    void TakeWords(std::size_t words);
+    std::uint8_t* NewRecord(RecordKind kind, unsigned flags, std::size_t words, std::size_t bytes);
+    std::uint8_t* NewContent(RecordKind kind, unsigned flags, std::size_t words, std::size_t bytes);
+    std::uint8_t* PutCoveredRun(std::uint8_t* at, PointSpan points);
+    std::uint8_t* PutBox(std::uint8_t* at, const BoxI& box);
+    const std::uint8_t* Keep(const void* data, std::size_t bytes);
+    void EndRecord(const std::uint8_t* end) {
+        open_.used = static_cast<std::size_t>(end - open_.bytes.get());
     }
-    void NewChunk(std::size_t words);
 
-    std::vector<ChunkMemory> chunks_;
-    std::int32_t* next_ = nullptr;   // behind the last record
-    std::int32_t* end_ = nullptr;    // of the last chunk
-    std::int32_t* chain_ = nullptr;  // the last record while it is one of lines
+    std::vector<Part> parts_;
+    Block open_;                 // records that are not in a part yet
+    std::vector<Block> kept_;    // what readers may keep a pointer to
+    std::size_t usedBytes_ = 0;  // of parts_ and kept_
+    PartCover cover_;            // of open_
+    DrawingStyle style_;         // what holds behind the last record
+    PointI last_;                // the last point in open_
+
+    // The chain of lines that the next one may continue: the points of its last block and the one
+    // in front of them. None: chainCount_ is 0.
+    std::array<PointI, 1 + kBlockPoints> chain_;
+    std::size_t chainCount_ = 0;
+    bool chainBegun_ = false;  // open_ holds its first blocks
+
+    // Where a chain of lines is cut in two shows in what is written of it, by the ends of dashes
+    // for one. So this rule must not change: records take words of a supply, and a chain ends with
+    // the supply.
+    std::size_t words_ = 0;
+    std::size_t supplies_ = 0;  // so far
     bool hasContent_ = false;
 };
 

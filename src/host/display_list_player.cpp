@@ -1,192 +1,236 @@
 // See display_list_player.h.
 #include "host/display_list_player.h"
 
-#include <algorithm>
 #include <cstring>
+
+#include "host/packed_points.h"
 
 namespace qm {
 
 namespace {
 
-// Points were stored as pairs of 32-bit integers, which is what a PointI is.
-PointSpan AsPoints(const std::int32_t* words, std::size_t count) {
-    return {reinterpret_cast<const PointI*>(words), count};
-}
+// What the records hold, read from front to back.
+class RecordReader {
+  public:
+    explicit RecordReader(const std::uint8_t* at) : at_(at) {}
 
-BoxI AsBox(const std::int32_t* words) { return {{words[0], words[1]}, {words[2], words[3]}}; }
+    const std::uint8_t* Position() const { return at_; }
+    std::uint8_t Byte() { return *at_++; }
+    std::uint32_t Count() { return TakeCount(at_); }
+    std::int32_t Number() { return TakeNumber(at_); }
+    PointI Point() { return TakePoint(at_, last_); }
+    BoxI Box() {
+        const PointI a = Point();
+        return {a, Point()};
+    }
+    template <typename Value>
+    Value Copy() {
+        Value value;
+        std::memcpy(&value, at_, sizeof value);
+        at_ += sizeof value;
+        return value;
+    }
+    std::string_view Text() {
+        const std::size_t size = Count();
+        const auto* const text = reinterpret_cast<const char*>(at_);
+        at_ += size;
+        return {text, size};
+    }
+    ByteRun Kept() {
+        const std::size_t size = Count();
+        return {Copy<const std::uint8_t*>(), size};
+    }
+    // Points are valid until the next are read.
+    PointSpan ShortLines(std::uint8_t head) {
+        const std::size_t lines = (head % kMostShortLines) + 1;
+        const unsigned form = (head >> kShortLinesFormShift) & 3U;
+        PointI* const points = PointRoom(0, 1 + lines);
+        points[0] = Point();
+        at_ = TakeBlock(at_, points + 1, lines, form);
+        last_ = points[lines];
+        return {points, 1 + lines};
+    }
+    PointSpan Run() {
+        PointRoom(0, 1)[0] = Point();
+        std::size_t count = 1;
+        std::uint8_t head = 0;
+        do {
+            head = Byte();
+            PointI* const points = PointRoom(count, CountInHead(head));
+            at_ = TakeBlock(at_, points + count, CountInHead(head), FormInHead(head));
+            count += CountInHead(head);
+        } while (CountInHead(head) == kBlockPoints);
+        last_ = points_[count - 1];
+        return {points_.data(), count};
+    }
+    PointSpan RunIf(unsigned flags) {
+        return (flags & kRecordHasPoints) != 0 ? Run() : PointSpan{};
+    }
+    // Of a part; the points' memory is used again.
+    void Restart(const std::uint8_t* at) {
+        at_ = at;
+        last_ = PointI();
+    }
 
-ByteRun AsBytes(const std::int32_t* words, std::int32_t size) {
-    return {reinterpret_cast<const std::uint8_t*>(words),
-            static_cast<std::size_t>(static_cast<std::uint32_t>(size))};
-}
+  private:
+    // Where `more` points behind `used` ones have room.
+    PointI* PointRoom(std::size_t used, std::size_t more) {
+        if (points_.size() < used + more) points_.resize(2 * (used + more));
+        return points_.data();
+    }
 
-std::size_t Count(std::int32_t word) {
-    return static_cast<std::size_t>(static_cast<std::uint32_t>(word));
-}
+    const std::uint8_t* at_;
+    PointI last_;
+    std::vector<PointI> points_;
+};
 
 class Player {
   public:
     explicit Player(DisplayListVisitor& visitor) : visitor_(visitor) {}
 
-    void PlayChunk(DisplayList::Words words) {
-        for (const std::int32_t* at = words.begin; at != words.end;) at = PlayRecord(at);
+    void PlayBytes(const std::uint8_t* begin, const std::uint8_t* end) {
+        reader_.Restart(begin);
+        while (reader_.Position() != end) {
+            const std::uint8_t head = reader_.Byte();
+            if (head >= kShortLines) {
+                visitor_.Lines(style_, reader_.ShortLines(head));
+            } else {
+                PlayRecord(static_cast<RecordKind>(head & kRecordKindBits), head);
+            }
+        }
+    }
+    void PlayPart(const DisplayList::Part& part) {
+        if (part.cover.hasDefinitions || visitor_.Wants(part.cover)) {
+            PlayBytes(part.bytes.get(), part.bytes.get() + part.size);
+        } else {
+            style_ = part.after;
+        }
     }
 
   private:
-    // Each returns the word behind its record; `at` is the record's second word.
-    const std::int32_t* PlayRecord(const std::int32_t* record);
-    const std::int32_t* PlayArc(const std::int32_t* at);
-    const std::int32_t* PlayRings(const std::int32_t* at, bool filled);
-    const std::int32_t* PlayText(const std::int32_t* at);
-    const std::int32_t* PlayPicture(const std::int32_t* at);
-    const std::int32_t* PlayPattern(const std::int32_t* at);
-    const std::int32_t* PlayClip(const std::int32_t* at);
-    const std::int32_t* PlayStyle(RecordKind kind, std::uint32_t detail, const std::int32_t* at);
-    void SetDash(const std::int32_t* lengths, std::size_t count);
+    void PlayRecord(RecordKind kind, unsigned flags);
+    void PlayCircle(bool filled);
+    void PlayArc();
+    void PlayRings(unsigned flags);
+    void PlayText();
+    void PlayPicture();
+    void PlayPattern();
+    void PlayStyle(RecordKind kind);
 
     DisplayListVisitor& visitor_;
+    RecordReader reader_{nullptr};
     DrawingStyle style_;
+    std::vector<std::int32_t> ringLengths_;
 };
 
-const std::int32_t* Player::PlayRecord(const std::int32_t* record) {
-    const auto kind = static_cast<RecordKind>(*record & 0xFF);
-    const std::uint32_t detail = static_cast<std::uint32_t>(*record) >> DisplayList::kDetailShift;
-    const bool filled = detail != 0;
-    const std::int32_t* const at = record + 1;
+void Player::PlayRecord(RecordKind kind, unsigned flags) {
+    const bool filled = (flags & kRecordFilled) != 0;
     switch (kind) {
         case RecordKind::kLines:
-            visitor_.Lines(style_, AsPoints(at, detail));
-            return at + 2 * std::size_t{detail};
+            return visitor_.Lines(style_, reader_.Run());
         case RecordKind::kRectangle:
-            visitor_.Rectangle(style_, AsBox(at), filled);
-            return at + 4;
+            return visitor_.Rectangle(style_, reader_.Box(), filled);
         case RecordKind::kCircle:
-            visitor_.Circle(style_, {at[0], at[1]}, at[2], filled);
-            return at + 3;
+            return PlayCircle(filled);
         case RecordKind::kArc:
-            return PlayArc(at);
+            return PlayArc();
         case RecordKind::kPolygon:
-            visitor_.Polygon(style_, AsPoints(at + 1, Count(at[0])), filled);
-            return at + 1 + 2 * Count(at[0]);
+            return visitor_.Polygon(style_, reader_.RunIf(flags), filled);
         case RecordKind::kPolyPolygon:
-            return PlayRings(at, filled);
+            return PlayRings(flags);
         case RecordKind::kText:
-            return PlayText(at);
+            return PlayText();
         case RecordKind::kPicture:
-            return PlayPicture(at);
+            return PlayPicture();
         case RecordKind::kFillPattern:
-            return PlayPattern(at);
+            return PlayPattern();
         case RecordKind::kClipRegion:
-            return PlayClip(at);
+            return visitor_.ClipRegion(reader_.RunIf(flags));
         case RecordKind::kEndClipRegion:
-            visitor_.EndClipRegion();
-            return at;
+            return visitor_.EndClipRegion();
         default:
-            return PlayStyle(kind, detail, at);
+            return PlayStyle(kind);
     }
 }
 
-const std::int32_t* Player::PlayArc(const std::int32_t* at) {
-    ArcShape arc{{at[0], at[1]}, at[2], at[3], 0.0F, 0.0F};
-    std::memcpy(&arc.start, at + 4, sizeof arc.start);
-    std::memcpy(&arc.span, at + 5, sizeof arc.span);
+void Player::PlayCircle(bool filled) {
+    const PointI centre = reader_.Point();
+    visitor_.Circle(style_, centre, reader_.Number(), filled);
+}
+
+void Player::PlayArc() {
+    ArcShape arc;
+    arc.centre = reader_.Point();
+    arc.radiusX = reader_.Number();
+    arc.radiusY = WrapAdd(arc.radiusX, reader_.Number());
+    arc.start = reader_.Copy<float>();
+    arc.span = reader_.Copy<float>();
     visitor_.Arc(style_, arc);
-    return at + 6;
 }
 
-const std::int32_t* Player::PlayRings(const std::int32_t* at, bool filled) {
-    const std::size_t count = Count(at[0]);
-    const std::size_t points = Count(at[1]);
-    const std::int32_t* const lengths = at + 2;
-    visitor_.PolyPolygon(style_, {lengths, count, AsPoints(lengths + count, points)}, filled);
-    return lengths + count + 2 * points;
+void Player::PlayRings(unsigned flags) {
+    ringLengths_.resize(reader_.Count());
+    for (std::int32_t& length : ringLengths_) length = reader_.Number();
+    const PointSpan points = reader_.RunIf(flags);
+    visitor_.PolyPolygon(style_, {ringLengths_.data(), ringLengths_.size(), points},
+                         (flags & kRecordFilled) != 0);
 }
 
-const std::int32_t* Player::PlayText(const std::int32_t* at) {
-    const ByteRun text = AsBytes(at + 5, at[4]);
-    visitor_.Text(style_, AsBox(at), {reinterpret_cast<const char*>(text.data), text.size});
-    return at + 5 + (text.size + 3) / 4;
+void Player::PlayText() {
+    const BoxI box = reader_.Box();
+    visitor_.Text(style_, box, reader_.Text());
 }
 
-const std::int32_t* Player::PlayPicture(const std::int32_t* at) {
-    const ByteRun bitmap = AsBytes(at + 6, at[5]);
-    visitor_.Picture(style_, AsBox(at), at[4], bitmap);
-    return at + 6 + (bitmap.size + 3) / 4;
+void Player::PlayPicture() {
+    const BoxI box = reader_.Box();
+    const std::int32_t operation = reader_.Number();
+    visitor_.Picture(style_, box, operation, reader_.Kept());
 }
 
-const std::int32_t* Player::PlayPattern(const std::int32_t* at) {
-    const ByteRun bits = AsBytes(at + 4, at[3]);
-    visitor_.Pattern({at[0], at[1], at[2], bits});
-    return at + 4 + (bits.size + 3) / 4;
+void Player::PlayPattern() {
+    FillPattern pattern;
+    pattern.index = reader_.Number();
+    pattern.width = reader_.Number();
+    pattern.height = reader_.Number();
+    pattern.bits = reader_.Kept();
+    visitor_.Pattern(pattern);
 }
 
-const std::int32_t* Player::PlayClip(const std::int32_t* at) {
-    visitor_.ClipRegion(AsPoints(at + 1, Count(at[0])));
-    return at + 1 + 2 * Count(at[0]);
-}
-
-void Player::SetDash(const std::int32_t* lengths, std::size_t count) {
-    style_.lineStyle = 0;
-    style_.dash = lengths;
-    style_.dashCount = count;
-}
-
-const std::int32_t* Player::PlayStyle(RecordKind kind, std::uint32_t detail,
-                                      const std::int32_t* at) {
-    const std::int32_t* next = at + 1;
-    switch (kind) {
-        case RecordKind::kDrawColour:
-            style_.drawColour = detail;
-            next = at;
-            break;
-        case RecordKind::kFillColour:
-            style_.fillColour = detail;
-            next = at;
-            break;
-        case RecordKind::kLayer:
-            style_.layer = *at;
-            break;
-        case RecordKind::kPen:
-            style_.pen = *at;
-            break;
-        case RecordKind::kLineStyle:
-            SetDash(nullptr, 0);
-            style_.lineStyle = *at;
-            break;
-        case RecordKind::kLineWidth:
-            style_.lineWidth = *at;
-            break;
-        case RecordKind::kLineDash:
-            SetDash(at, detail);
-            next = at + detail;
-            break;
-        case RecordKind::kLineAttributes:
-            style_.lineAttributes = *at;
-            break;
-        case RecordKind::kDrawMode:
-            style_.drawMode = *at;
-            break;
-        default:  // kFillStyle, the last kind
-            style_.fillKind = static_cast<std::int32_t>(detail);
-            style_.fillIndex = *at;
-            break;
+void Player::PlayStyle(RecordKind kind) {
+    if (kind == RecordKind::kLineDash) {
+        const ByteRun lengths = reader_.Kept();
+        style_.SetDash(reinterpret_cast<const std::int32_t*>(lengths.data), lengths.size);
+    } else if (kind == RecordKind::kFillStyle) {
+        style_.fillKind = reader_.Number();
+        style_.fillIndex = reader_.Number();
+    } else if (kind == RecordKind::kDrawColour || kind == RecordKind::kFillColour) {
+        const std::int32_t red = reader_.Byte();
+        const std::int32_t green = reader_.Byte();
+        SetAttribute(style_, kind, red | green << 8 | reader_.Byte() << 16);
+    } else {
+        SetAttribute(style_, kind, reader_.Number());
     }
     visitor_.StyleChange(style_, kind);
-    return next;
 }
 
 }  // namespace
 
 void Play(const DisplayList& list, DisplayListVisitor& visitor) {
     Player player(visitor);
-    const std::size_t total = list.UsedBytes();
+    const std::vector<std::uint8_t> rest = list.Rest();
+    std::size_t total = rest.size();
+    for (const DisplayList::Part& part : list.Parts()) total += part.size;
     std::size_t done = 0;
-    for (std::size_t i = 0; i < list.ChunkCount(); ++i) {
-        const DisplayList::Words words = list.Chunk(i);
-        player.PlayChunk(words);
-        done += static_cast<std::size_t>(words.end - words.begin) * sizeof(*words.begin);
-        if (total > 0) visitor.Progress(static_cast<int>(std::min(done, total) * 100 / total));
+    const auto tell = [&](std::size_t bytes) {
+        done += bytes;
+        if (bytes > 0) visitor.Progress(static_cast<int>(done * 100 / total));
+    };
+    for (const DisplayList::Part& part : list.Parts()) {
+        player.PlayPart(part);
+        tell(part.size);
     }
+    player.PlayBytes(rest.data(), rest.data() + rest.size());
+    tell(rest.size());
 }
 
 }  // namespace qm

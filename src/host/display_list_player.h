@@ -4,7 +4,7 @@
 //   Outlines outlines;
 //   Play(list, outlines);
 //
-// Test: tests/host/document_test.cpp.
+// Test: tests/host/display_list_test.cpp.
 #pragma once
 
 #include <string_view>
@@ -13,26 +13,9 @@
 
 namespace qm {
 
-// What holds for the primitive at hand. Pointers stay valid as long as the list does.
-struct DrawingStyle {
-    std::int32_t pen = 0;
-    std::int32_t layer = 0;
-    std::uint32_t drawColour = 0;  // 0x00BBGGRR
-    std::uint32_t fillColour = 0;
-    // 0 solid, 1 dashed, 2 dotted, 3 dash-dot, 4 dash-dot-dot; anything else counts as solid.
-    // Whichever of style and dash came last holds: a style clears the dash, a dash sets style 0.
-    std::int32_t lineStyle = 0;
-    const std::int32_t* dash = nullptr;  // lengths of dash, gap, dash, ... in plotter units
-    std::size_t dashCount = 0;           // 0: no pattern of its own
-    std::int32_t lineWidth = 0;          // plotter units; 0 is the thinnest line of the device
-    std::int32_t lineAttributes = 0;     // 0x200 butt, 0x100 square, else round; 0x1000 bevel joins
-    std::int32_t drawMode = 13;          // binary raster operation: 9 mask pen, 13 copy pen
-    std::int32_t fillKind = 0;           // 0 solid, 3 pattern number fillIndex
-    std::int32_t fillIndex = 0;
-};
-
 // Receives the records of a list. Every method has an empty default, so a visitor overrides what it
-// needs; `style` is what holds at that record.
+// needs; `style` is what holds at that record. Points and texts are gone after the call; pictures,
+// rows of patterns and dashes stay as long as the list.
 class DisplayListVisitor {
   public:
     virtual ~DisplayListVisitor() = default;
@@ -58,6 +41,9 @@ class DisplayListVisitor {
     virtual void EndClipRegion() {}
     // A change of one attribute; `style` already holds the new value.
     virtual void StyleChange(const DrawingStyle&, RecordKind) {}
+    // Asked before each part of the list. False leaves the part out: nothing is called for it, and
+    // the next record comes with the style that holds then. Parts with definitions must be played.
+    virtual bool Wants(const PartCover&) { return true; }
     // So much of the list (0 to 100, rising) has been read; called now and then.
     virtual void Progress(int /*percent*/) {}
 };

@@ -164,6 +164,12 @@ HRESULT DrawingBlock::AppendDib(LONG x1, LONG y1, LONG x2, LONG y2, LONG size, c
     });
 }
 
+// Where memory is short the list stays as large as it is.
+HRESULT DrawingBlock::EndOfData() noexcept {
+    Filed([&] { list_.Finish(); });
+    return S_OK;
+}
+
 HRESULT DrawingBlock::IsEmpty(VARIANT_BOOL* empty) noexcept {
     if (empty == nullptr) return E_POINTER;
     *empty = list_.IsEmpty() ? VARIANT_TRUE : VARIANT_FALSE;

@@ -54,7 +54,8 @@ class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
                                                 LONG, BSTR text) noexcept override;
     HRESULT STDMETHODCALLTYPE AppendDib(LONG x1, LONG y1, LONG x2, LONG y2, LONG size,
                                         const BYTE* dib, LONG rasterOperation) noexcept override;
-    HRESULT STDMETHODCALLTYPE EndOfData() noexcept override { return S_OK; }
+    // Further calls may follow all the same.
+    HRESULT STDMETHODCALLTYPE EndOfData() noexcept override;
     HRESULT STDMETHODCALLTYPE IsEmpty(VARIANT_BOOL* empty) noexcept override;
 
   protected:

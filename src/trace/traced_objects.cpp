@@ -299,9 +299,10 @@ class TracedBlock final : public TracedObject<Block, IQmBuildVectorData, IQmAttr
     }
 
   private:
-    // The block with the records of earlier calls gone once they fill more than a first chunk.
+    static constexpr std::size_t kMostKept = 4096;
+    // The block with the records of earlier calls gone once they are more than a few.
     Block& Emptied() const noexcept {
-        if (Object().Drawing().ChunkCount() > 1) Object().DropDrawing();
+        if (Object().Drawing().UsedBytes() > kMostKept) Object().DropDrawing();
         return Object();
     }
     // As Pass, for what the block files.

@@ -1,8 +1,7 @@
 // The host's COM objects as a filter sees them: document tree, attributes, layers, pens, drawing
-// block; and the display list behind the block, where plots do not show it.
+// block.
 #include <gtest/gtest.h>
 
-#include "host/display_list_player.h"
 #include "host/document_node.h"
 #include "host/drawing_block.h"
 #include "host/layers_and_pens.h"
@@ -98,70 +97,6 @@ TEST_F(HostDocument, BlockRefusesWhatTheContractDoesNotAllow) {
     EXPECT_EQ(block->AppendPolyPolygon(2, lengths, 3, points, VARIANT_TRUE), S_OK);
     EXPECT_EQ(block->AppendDib(0, 0, 1, 1, 2, bytes, 7), S_OK);
     EXPECT_EQ(Summarise(block->Drawing()).extent.maxY, 5.0);
-}
-
-// Sums what it sees, so that a lost or repeated record at a chunk edge shows.
-class Summing final : public DisplayListVisitor {
-  public:
-    void Lines(const DrawingStyle& drawn, PointSpan points) override {
-        for (std::size_t i = 1; i < points.count; ++i) {
-            ++lines;
-            sum += points[i].x;
-            EXPECT_EQ(points[i].x, points[i - 1].x + 1);
-        }
-        style = drawn;
-    }
-    void Polygon(const DrawingStyle&, PointSpan points, bool) override {
-        polygonPoints += points.count;
-    }
-
-    std::int64_t sum = 0;
-    std::size_t lines = 0;
-    std::size_t polygonPoints = 0;
-    DrawingStyle style;
-};
-
-TEST(DisplayList, ManyChunks) {
-    DisplayList list;
-    list.AppendValue(RecordKind::kPen, 7);
-    constexpr std::int32_t kLines = 1000000;
-    for (std::int32_t i = 0; i < kLines; ++i) {
-        list.AppendLine({i, 0}, {i + 1, 0});
-        if (i % 1000 == 0) list.AppendValue(RecordKind::kPen, i);
-    }
-    const std::vector<PointI> large(400000);  // more than a chunk holds
-    list.AppendPolygon({large.data(), large.size()}, false);
-    list.AppendLine({0, 0}, {1, 0});
-    EXPECT_GT(list.ChunkCount(), 5U);
-    Summing sums;
-    Play(list, sums);
-    EXPECT_EQ(sums.lines, 1000001U);
-    EXPECT_EQ(sums.sum, std::int64_t{kLines} * (kLines + 1) / 2 + 1);
-    EXPECT_EQ(sums.polygonPoints, large.size());
-    EXPECT_EQ(sums.style.pen, 999000);
-    EXPECT_LT(list.UsedBytes(), 8U * 1000000 + 8U * 400000 + 40000);
-}
-
-// What leaves no mark: attributes, in at most eight bytes each, patterns and clip regions.
-TEST(DisplayList, StateIsSmallAndLeavesTheListEmpty) {
-    const std::int32_t gaps[] = {8, 2, 1};
-    const std::uint8_t bits[] = {1, 2};
-    DisplayList list;
-    list.AppendColour(RecordKind::kDrawColour, 0xFF0102);
-    list.AppendValue(RecordKind::kLineWidth, 9);
-    list.AppendFillStyle(3, -1);
-    EXPECT_EQ(list.UsedBytes(), 4U + 2 * 8U);
-    list.AppendLineDash(gaps, 3);
-    list.DefineFillPattern({7, 9, 1, {bits, 2}});
-    list.AppendClipRegion({nullptr, 0});
-    list.EndClipRegion();
-    list.AppendValue(RecordKind::kLineStyle, 4);
-    EXPECT_TRUE(list.IsEmpty());
-    list.AppendLine({0, 0}, {1, 0});
-    Summing sums;
-    Play(list, sums);
-    EXPECT_EQ(sums.style.dashCount, 0U) << "a style replaces dashes";
-    EXPECT_EQ(sums.style.lineStyle, 4);
 }
 
 }  // namespace

@@ -132,6 +132,20 @@ bool PagePainter::MayShow(const PointI* points, std::size_t count, double reach)
     return std::max(a, b) + reach >= bounds_.top && std::min(a, b) - reach <= bounds_.bottom;
 }
 
+bool PagePainter::Wants(const PartCover& cover) {
+    lookIsOld_ = true;
+    if (cover.IsEmpty()) return false;
+    const auto low = static_cast<double>(cover.minX);
+    const auto high = static_cast<double>(cover.maxX);
+    const auto bottom = static_cast<double>(cover.minY);
+    const auto top = static_cast<double>(cover.maxY);
+    const auto [least, most] = std::minmax(
+        {ToDots(low, bottom).y, ToDots(low, top).y, ToDots(high, bottom).y, ToDots(high, top).y});
+    const double halfWidth = std::max(kHairline, cover.widestLine * settings_.dotsPerUnit / 2.0);
+    const double reach = halfWidth * kMitreReach + 2.0;
+    return most + reach >= band_.Top() && least - reach <= band_.Bottom();
+}
+
 void PagePainter::TakePath(PointSpan points) {
     path_.clear();
     for (const PointI p : points) path_.push_back(ToDots(p.x, p.y));

@@ -50,6 +50,8 @@ class PagePainter final : public DisplayListVisitor {
     void ClipRegion(PointSpan points) override;
     void EndClipRegion() override;
     void StyleChange(const DrawingStyle&, RecordKind) override { lookIsOld_ = true; }
+    // Whether a part of the list may reach into the rows at hand.
+    bool Wants(const PartCover& cover) override;
     void Progress(int percent) override {
         if (settings_.progress) settings_.progress(percent);
     }

@@ -372,6 +372,7 @@ DisplayList Mixture() {
     const std::uint8_t bits[] = {0x7F, 0xFF};
     list.DefineFillPattern({1, 2, 1, {bits, 2}});
     for (int i = 0; i < 300; ++i) {
+        if (i % 3 == 0) list.Finish();  // a part of its own, which bands may leave out
         list.AppendColour(RecordKind::kDrawColour, static_cast<std::uint32_t>(next(0x1000000)));
         list.AppendColour(RecordKind::kFillColour, static_cast<std::uint32_t>(next(0x1000000)));
         list.AppendValue(RecordKind::kLineWidth, next(60));
