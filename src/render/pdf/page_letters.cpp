@@ -116,6 +116,7 @@ void PagePainter::Text(const DrawingStyle& style, const BoxI& box, std::string_v
             for (std::size_t i = first; i < held_.size(); ++i) StrokePolyline(held_[i]);
         }
         held_.clear();
+        heldPoints_.clear();
     }
     texts_.Add(box, text, backward, style.layer);
     if (texts_.Full()) {

@@ -14,6 +14,7 @@ namespace {
 // Viewers outline a path as a whole, which takes more than linear time.
 constexpr std::size_t kMaxSegments = 1000;
 constexpr std::size_t kMaxHeld = 4096;
+constexpr std::size_t kMaxHeldPoints = std::size_t{1} << 15;
 
 // Plots send a pen's attributes again and again without changing them.
 bool SameStroke(const DrawingStyle& a, const DrawingStyle& b) {
@@ -46,6 +47,7 @@ PagePainter::PagePainter(Document& document, const PageSource& page, const PageO
       tilings_(document.file, place.toPage, resources_),
       texts_(document.fonts, place_.frame, place.origin) {
     held_.reserve(kMaxHeld);
+    heldPoints_.reserve(kMaxHeldPoints);
 }
 
 // ----------------------------------------------------------------------------------------- strokes
@@ -115,19 +117,25 @@ void PagePainter::StrokeInPieces(PointSpan points) {
     EndStroke();
 }
 
-void PagePainter::Flush() {
+void PagePainter::StrokeHeld() {
     for (const PointSpan points : held_) StrokePolyline(points);
     held_.clear();
+    heldPoints_.clear();
+}
+
+void PagePainter::Flush() {
+    StrokeHeld();
     EndStroke();
 }
 
 void PagePainter::Lines(const DrawingStyle& style, PointSpan points) {
     if (!TakeStrokeStyle(style) || points.count == 0) return;
-    if (held_.size() == kMaxHeld) {
-        for (const PointSpan each : held_) StrokePolyline(each);
-        held_.clear();
+    if (held_.size() == kMaxHeld || kMaxHeldPoints - heldPoints_.size() < points.count) {
+        StrokeHeld();
     }
-    held_.push_back(points);
+    if (points.count > kMaxHeldPoints) return StrokePolyline(points);
+    held_.push_back({heldPoints_.data() + heldPoints_.size(), points.count});
+    heldPoints_.insert(heldPoints_.end(), points.begin(), points.end());
 }
 
 void PagePainter::Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) {
@@ -156,8 +164,7 @@ void PagePainter::Circle(const DrawingStyle& style, PointI centre, std::int32_t 
 
 void PagePainter::Arc(const DrawingStyle& style, const ArcShape& arc) {
     if (!TakeStrokeStyle(style)) return;
-    for (const PointSpan points : held_) StrokePolyline(points);
-    held_.clear();
+    StrokeHeld();
     BeginStroke(false);
     path_.Arc(arc);
 }

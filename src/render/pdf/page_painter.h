@@ -93,6 +93,8 @@ class PagePainter final : public DisplayListVisitor {
     // the left or downward.
     bool DrawLetters(std::size_t first, bool upright);
     void DrawLetter(GlyphShapes::Strokes strokes);
+    // Adds the lines held to the path, in order, and holds none.
+    void StrokeHeld();
     void EndRow();
 
     Document& document_;
@@ -118,7 +120,9 @@ class PagePainter final : public DisplayListVisitor {
     DrawingStyle style_;            // of the lines that follow
     Blend blend_ = Blend::kNormal;  // these two: of that style
     bool plain_ = true;             // dots look like any line
-    std::vector<PointSpan> held_;   // lines that may turn out to be letters
+    // Lines that may turn out to be letters, and their points, whose memory does not move.
+    std::vector<PointSpan> held_;
+    std::vector<PointI> heldPoints_;
     bool pathOpen_ = false;
     bool pathIsDots_ = false;
     // A row of letters by reference.
