@@ -1,4 +1,5 @@
-// DrawingStyle: what holds for a primitive of a display list. Test: tests/host/display_list_test.cpp.
+// DrawingStyle: what holds for a primitive of a display list.
+// Test: tests/host/display_list_test.cpp.
 #pragma once
 
 #include <cstddef>
