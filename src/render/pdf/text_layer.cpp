@@ -8,7 +8,7 @@ namespace qm::pdf {
 
 namespace {
 
-constexpr std::size_t kMaxTexts = 30000;  // 2 MB
+constexpr std::size_t kMaxTexts = 30000;  // 3 MB
 // Bytes of a string; longer texts take several.
 constexpr std::size_t kStringBytes = 2000;
 
@@ -42,7 +42,7 @@ void TextLayer::Add(const BoxI& box, std::string_view text, bool backward, std::
     for (const PointI corner : {box.a, box.b}) {
         extent.Add(m.a * corner.x + m.c * corner.y + m.e, m.b * corner.x + m.d * corner.y + m.f);
     }
-    items_.push_back({box, text, layer, backward, static_cast<float>(extent.minX),
+    items_.push_back({box, std::string(text), layer, backward, static_cast<float>(extent.minX),
                       static_cast<float>(extent.minY), static_cast<float>(extent.maxY)});
 }
 

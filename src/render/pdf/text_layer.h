@@ -53,7 +53,7 @@ class TextLayer {
     TextLayer(TextFonts& fonts, const PageFrame& frame, PointI origin)
         : fonts_(fonts), frame_(frame), origin_(origin) {}
 
-    // Remembers a text, whose bytes must stay where they are. `backward`: its letters run to the
+    // Remembers a text. `backward`: its letters run to the
     // left or downward.
     void Add(const BoxI& box, std::string_view text, bool backward, std::int32_t layer);
     // Memory is bounded: a full layer is to be written before more is added.
@@ -73,7 +73,7 @@ class TextLayer {
   private:
     struct Item {
         BoxI box;
-        std::string_view text;
+        std::string text;
         std::int32_t layer = 0;
         bool backward = false;
         // On the sheet, y down.
