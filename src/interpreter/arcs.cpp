@@ -1,4 +1,4 @@
-// See arcs.h. Handlers: AA AR AT RT CI.
+// See arcs.h. Handlers: AA AR AT RT CI CT.
 #include "interpreter/arcs.h"
 
 #include <algorithm>
@@ -17,7 +17,16 @@ PointD PointOnCircle(PointD centre, double radius, double angle) {
     return {centre.x + radius * std::cos(angle), centre.y + radius * std::sin(angle)};
 }
 
-ArcSteps CutArc(double start, double sweep) {
+double ChordOf(const PenMotion& motion, double number, double radius) {
+    constexpr double kRound = 5.0 * kRadiansPerDegree;
+    double chord = number * kRadiansPerDegree;
+    if (motion.chordByDeviation) {
+        chord = 2.0 * std::acos(std::clamp(1.0 - number / std::fabs(radius), -1.0, 1.0));
+    }
+    return chord > kRound ? std::min(chord, kTwoPi / 2.0) : 0.0;
+}
+
+ArcSteps CutArc(double start, double sweep, double chord) {
     ArcSteps arc;
     if (std::isnan(start) || std::isnan(sweep)) {
         arc.count = -1;
@@ -27,6 +36,12 @@ ArcSteps CutArc(double start, double sweep) {
     arc.step = sweep >= 0.0 ? kArcStep : -kArcStep;
     arc.sweep = std::clamp(sweep, -kTwoPi, kTwoPi);
     arc.count = TruncateToInt32(arc.sweep / arc.step);
+    if (chord > 0.0) {
+        constexpr double kRounding = 1e-6;  // of the angles' constants
+        const double steps = std::max(std::ceil(std::fabs(arc.sweep) / chord - kRounding), 1.0);
+        arc.step = arc.sweep / steps;
+        arc.count = TruncateToInt32(steps) - 1;
+    }
     return arc;
 }
 
@@ -73,7 +88,7 @@ bool StrictlyInside(const ClipWindow& window, const ArcPoints& points) {
 // segments.
 bool DrawNativeArc(Drawing& drawing, PointD centre, double radius, const ArcSteps& arc) {
     const CoordinateState& c = drawing.coordinates;
-    if (!c.Uniform()) return false;
+    if (!c.Uniform() || drawing.lines.dashes.adaptive) return false;
     if (c.windowOn) {
         ArcPoints points{c.ToPlotter(PointOnCircle(centre, radius, arc.start))};
         AppendArcPoints(c, centre, radius, arc, points);
@@ -101,11 +116,11 @@ void RecordArc(Drawing& drawing, PointD centre, double radius, const ArcSteps& a
 // from its end to the end's normalised twin, which is how AA and AR leave the pen. Outside polygon
 // mode the pen ends at the exact end.
 void TessellateArc(Drawing& drawing, PointD centre, double radius, double start, double sweep,
-                   bool connect) {
+                   double chord, bool connect) {
     start = std::fmod(start, kTwoPi);
     // Quirk: the end for `connect` comes from the whole sweep although the arc is limited to one
     // turn.
-    const ArcSteps arc = CutArc(start, sweep);
+    const ArcSteps arc = CutArc(start, sweep, chord);
     if (arc.count < 0) return;
     const bool limited = drawing.reading.drawsPenDown;
     const double end = std::fmod(start + (limited ? arc.sweep : sweep), kTwoPi);
@@ -113,7 +128,7 @@ void TessellateArc(Drawing& drawing, PointD centre, double radius, double start,
     if (drawing.polygon.mode) {
         RecordArc(drawing, centre, radius, arc);
     } else {
-        if (!DrawNativeArc(drawing, centre, radius, arc)) {
+        if (chord > 0.0 || !DrawNativeArc(drawing, centre, radius, arc)) {
             DrawSegmentedArc(drawing, centre, radius, arc);
         }
         drawing.motion.penPos = PointOnCircle(centre, radius, arc.start + arc.sweep);
@@ -133,17 +148,19 @@ void MoveAlongArc(Drawing& drawing, PointD centre, double sweepDegrees) {
                                  std::atan2(arm.y, arm.x) + sweepDegrees * kRadiansPerDegree));
 }
 
-// An arc from the pen about `centre`. Quirk: drawn whatever the pen state is.
-void ArcAbout(Drawing& drawing, PointD centre, double sweepDegrees) {
+// An arc from the pen about `centre`; `chord` is the number that may close the parameters. Quirk:
+// drawn whatever the pen state is.
+void ArcAbout(Drawing& drawing, PointD centre, double sweepDegrees, double chord) {
     const PointD arm = drawing.motion.penPos - centre;
     if (arm.x == 0.0 && arm.y == 0.0) return;
     if (OnlyMoves(drawing)) return MoveAlongArc(drawing, centre, sweepDegrees);
-    TessellateArc(drawing, centre, Length(arm.x, arm.y), std::atan2(arm.y, arm.x),
-                  sweepDegrees * kRadiansPerDegree, true);
+    const double radius = Length(arm.x, arm.y);
+    TessellateArc(drawing, centre, radius, std::atan2(arm.y, arm.x),
+                  sweepDegrees * kRadiansPerDegree, ChordOf(drawing.motion, chord, radius), true);
 }
 
-// An arc from the pen through p1 to p2.
-void ArcThrough(Drawing& drawing, PointD p1, PointD p2) {
+// An arc from the pen through p1 to p2; `chord` as above.
+void ArcThrough(Drawing& drawing, PointD p1, PointD p2, double chord) {
     if (OnlyMoves(drawing)) return drawing.MoveTo(p2);
     const PointD p0 = drawing.motion.penPos;
     const CircleThrough circle = ThreePointCentre(p0, p1, p2);
@@ -155,14 +172,22 @@ void ArcThrough(Drawing& drawing, PointD p1, PointD p2) {
     } else {
         while (a0 > a2) a2 += kTwoPi;
     }
-    TessellateArc(drawing, centre, Length(p1.x - centre.x, p1.y - centre.y), a0, a2 - a0, false);
+    const double radius = Length(p1.x - centre.x, p1.y - centre.y);
+    TessellateArc(drawing, centre, radius, a0, a2 - a0, ChordOf(drawing.motion, chord, radius),
+                  false);
     drawing.DrawTo(p2);
 }
 
 // A circle as a sub-polygon of its own; the pen ends at the centre.
-void RecordCircle(Drawing& drawing, PointD centre, double radius) {
+void RecordCircle(Drawing& drawing, PointD centre, double radius, double chord) {
     drawing.NextSubPolygon();
     drawing.MoveTo({centre.x + radius, centre.y});
+    if (chord > 0.0) {
+        RecordArc(drawing, centre, radius, CutArc(0.0, kTwoPi, chord));
+        drawing.DrawTo({centre.x + radius, centre.y});
+        drawing.motion.penPos = centre;
+        return drawing.NextSubPolygon();
+    }
     double angle = 0.0;
     for (std::int32_t i = 0; i < kFullCircleSteps; ++i) {
         drawing.DrawTo(PointOnCircle(centre, radius, angle));  // the first repeats the start point
@@ -173,8 +198,13 @@ void RecordCircle(Drawing& drawing, PointD centre, double radius) {
     drawing.NextSubPolygon();
 }
 
-void DrawSegmentedCircle(Drawing& drawing, PointD centre, double radius) {
+void DrawSegmentedCircle(Drawing& drawing, PointD centre, double radius, double chord) {
     ArcPoints points;
+    if (chord > 0.0) {
+        points.push_back(drawing.coordinates.ToPlotter({centre.x + radius, centre.y}));
+        AppendArcPoints(drawing.coordinates, centre, radius, CutArc(0.0, kTwoPi, chord), points);
+        return drawing.EmitPolyline(points.size(), points.data());
+    }
     double angle = 0.0;
     for (std::int32_t i = 0; i < kFullCircleSteps; ++i) {
         points.push_back(drawing.coordinates.ToPlotter(PointOnCircle(centre, radius, angle)));
@@ -184,34 +214,44 @@ void DrawSegmentedCircle(Drawing& drawing, PointD centre, double radius) {
     drawing.EmitPolyline(points.size(), points.data());
 }
 
+// The number behind an arc's others; 0 without one.
+// Quirk: not read; every arc is as round as the receiver draws it.
+double ReadChord(Parameters& in, const Drawing& drawing) {
+    double chord = 0.0;
+    if (drawing.reading.cutsByChord) in.GetRealParam(chord);
+    return chord;
+}
+
 }  // namespace
 
 namespace handlers {
 
-// AA x, y, sweep [, chord]; the chord tolerance is not read.
+// AA x, y, sweep [, chord]
 void ArcAbsolute(Parameters& in, Drawing& drawing) {
     if (in.GetParams(3) < 3 || in.slots[2] == 0.0) return;
-    ArcAbout(drawing, in.PointAt(0), in.slots[2]);
+    const PointD centre = in.PointAt(0);
+    ArcAbout(drawing, centre, in.slots[2], ReadChord(in, drawing));
 }
 
 // AR dx, dy, sweep [, chord]. Quirk: unlike AA a sweep of 0 is drawn.
 void ArcRelative(Parameters& in, Drawing& drawing) {
     if (in.GetParams(3) < 3) return;
     if (drawing.reading.drawsPenDown && in.slots[2] == 0.0) return;
-    ArcAbout(drawing, drawing.motion.penPos + in.PointAt(0), in.slots[2]);
+    const PointD centre = drawing.motion.penPos + in.PointAt(0);
+    ArcAbout(drawing, centre, in.slots[2], ReadChord(in, drawing));
 }
 
 // AT x1, y1, x2, y2 [, chord]: through (x1, y1) to (x2, y2).
 void ArcAbsoluteThreePoint(Parameters& in, Drawing& drawing) {
     if (in.GetParams(4) < 4) return;
-    ArcThrough(drawing, in.PointAt(0), in.PointAt(2));
+    ArcThrough(drawing, in.PointAt(0), in.PointAt(2), ReadChord(in, drawing));
 }
 
 // RT dx1, dy1, dx2, dy2 [, chord]
 void ArcRelativeThreePoint(Parameters& in, Drawing& drawing) {
     if (in.GetParams(4) < 4) return;
     const PointD pen = drawing.motion.penPos;
-    ArcThrough(drawing, pen + in.PointAt(0), pen + in.PointAt(2));
+    ArcThrough(drawing, pen + in.PointAt(0), pen + in.PointAt(2), ReadChord(in, drawing));
 }
 
 // CI radius [, chord]; the pen does not move. Quirk: a window does not clip a native circle.
@@ -220,14 +260,22 @@ void Circle(Parameters& in, Drawing& drawing) {
     const double radius = in.slots[0];
     const PointD pen = drawing.motion.penPos;
     const CoordinateState& c = drawing.coordinates;
+    const double chord = ChordOf(drawing.motion, ReadChord(in, drawing), radius);
+    const bool clipped = c.windowOn && drawing.reading.clipsCircles;
     if (drawing.polygon.mode) {
-        RecordCircle(drawing, pen, radius);
-    } else if (!c.Uniform() || (c.windowOn && drawing.reading.clipsCircles)) {
-        DrawSegmentedCircle(drawing, pen, radius);
+        RecordCircle(drawing, pen, radius, chord);
+    } else if (!c.Uniform() || clipped || chord > 0.0 || drawing.lines.dashes.adaptive) {
+        DrawSegmentedCircle(drawing, pen, radius, chord);
     } else {
         drawing.out.Circle(c.ToPlotter(pen), TruncateToInt32(radius * c.RadiusFactor()));
     }
     drawing.out.MarkDrawn();
+}
+
+// CT [mode]: chords are angles (0) or deviations (1).
+void ChordTolerance(Parameters& in, const Reading& reading, PenMotion& motion) {
+    if (!reading.cutsByChord) return;
+    motion.chordByDeviation = in.GetShortOr(0) == 1;
 }
 
 }  // namespace handlers

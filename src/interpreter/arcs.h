@@ -1,7 +1,7 @@
 // Arcs and circles about a centre, drawn natively by the receiver where geometry allows and as
 // segments of four degrees otherwise.
 //
-// Commands AA AR AT RT CI stand in arcs.cpp; WG shares ArcSteps. Tests:
+// Commands AA AR AT RT CI CT stand in arcs.cpp; WG shares ArcSteps. Tests:
 // tests/interpreter/vectors_test.cpp.
 #pragma once
 
@@ -11,6 +11,8 @@
 
 namespace qm {
 
+struct PenMotion;
+
 // An arc's angles in radians, limited to one turn and cut into steps of four degrees.
 struct ArcSteps {
     double start = 0.0;
@@ -19,8 +21,14 @@ struct ArcSteps {
     std::int32_t count = 0;  // whole steps in the sweep, 0 to 90
 };
 
-// Nothing is drawable when an angle is no number; then `count` is -1.
-ArcSteps CutArc(double start, double sweep);
+// Nothing is drawable when an angle is no number; then `count` is -1. With a `chord` (radians)
+// above 0 the arc is cut into the fewest equal steps that are no longer.
+ArcSteps CutArc(double start, double sweep, double chord = 0.0);
+
+// The chord, radians, by which the number that may close an arc's parameters cuts an arc of
+// `radius`: degrees, 0.5 to 180, or with CT1 how far the middle of the chord lies off the arc
+// (current units). 0 for chords of 5 degrees and less, which no eye tells from the arc.
+double ChordOf(const PenMotion& motion, double number, double radius);
 
 // The point at `angle` (radians) on a circle.
 PointD PointOnCircle(PointD centre, double radius, double angle);

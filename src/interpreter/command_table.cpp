@@ -40,6 +40,7 @@ constexpr Command kCommands[] = {
     {"BR", Handle<h::BezierRelative>,             "BR dx1,dy1,dx2,dy2,dx3,dy3...;"},
     {"BZ", Handle<h::BezierAbsolute>,             "BZ x1,y1,x2,y2,x3,y3...;"},
     {"CI", Handle<h::Circle>,                     "CI radius[,chord];"},
+    {"CT", Handle<h::ChordTolerance>,             "CT [mode];"},
     {"RT", Handle<h::ArcRelativeThreePoint>,      "RT dx1,dy1,dx2,dy2[,chord];"},
     // Pens
     {"CR", Handle<h::ColorRange>,                 "CR br,wr,bg,wg,bb,wb;"},
@@ -91,7 +92,6 @@ constexpr Command kCommands[] = {
     // Read over: they act on a real plotter, not on a drawing
     {"CF", Handle<h::Ignore>,                     "CF [mode[,pen]];"},
     {"CO", Handle<h::Comment>,                    "CO\"text\""},
-    {"CT", Handle<h::Ignore>,                     "CT [n];"},
     {"DC", Handle<h::Ignore>,                     "DC;"},
     {"DL", Handle<h::Ignore>,                     "DL ...;"},
     {"DP", Handle<h::Ignore>,                     "DP;"},

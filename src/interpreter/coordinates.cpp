@@ -152,7 +152,12 @@ void Scale(Parameters& in, const Reading& reading, CoordinateState& c, PenMotion
 }
 
 // RO [angle]; absent is 0.
-void RotateCoordinateSystem(Parameters& in, CoordinateState& c) { c.rotation = in.GetShortOr(0); }
+// Quirk: turns the page as a whole, whatever it shows already.
+void RotateCoordinateSystem(Parameters& in, const PageState& page, Drawing& drawing) {
+    const std::int32_t angle = in.GetShortOr(0);
+    if (drawing.reading.turnsWithinPages) return TurnCoordinates(angle, page, drawing);
+    drawing.coordinates.rotation = angle;
+}
 
 }  // namespace handlers
 }  // namespace qm

@@ -14,6 +14,7 @@
 
 namespace qm {
 
+struct Drawing;
 struct PageState;
 struct Parameters;
 struct PenMotion;
@@ -52,6 +53,7 @@ struct CoordinateState {
     ClipWindow window;
     bool windowOn = false;
     std::int32_t rotation = 0;  // RO, degrees as given
+    std::int32_t turn = 0;      // of a RO within the page, beyond `rotation`: 0, 90, 180 or 270
     UserScale userScale;
 
     // User units with scaling on, else plotter units, to plotter units without truncation.
@@ -83,7 +85,8 @@ bool ClipSegment(const ClipWindow& window, PointI& a, PointI& b);
 // ---------------------------------------------------------------- Scaling as a plotter does it
 //
 // P1 and P2 lie on the sheet, a scale follows them, and the pen keeps its place on the paper. IP,
-// IR, SC, PS and IN come here when the reading scales from the sheet (reading.h).
+// IR, SC, PS and IN come here when the reading scales from the sheet, RO when it turns within pages
+// (reading.h).
 
 // P1 (a) and P2 (b) before any IP: the corners of the plot size (PS), the long side along x, else
 // the sheet's own; x and y change places while RO 90 or 270 is in force. HP-GL/2, "The IP command".
@@ -100,6 +103,10 @@ void PlacePoints(const Parameters& in, int given, const Sheet& sheet, const Page
 // IR: the same in percent of the default points.
 void PlacePointsInPercent(const Parameters& in, int given, const Sheet& sheet,
                           const PageState& page, CoordinateState& c, PenMotion& motion);
+
+// RO to `angle`, a multiple of 90 degrees, others change nothing: of a page that is still empty as a
+// whole, else of what follows on it. The pen keeps its place on the paper in the second case.
+void TurnCoordinates(std::int32_t angle, const PageState& page, Drawing& drawing);
 
 // SC: type 0, 1 (with the rest's shares left and below) or 2; a range or a factor of 0 changes
 // nothing.

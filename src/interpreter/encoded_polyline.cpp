@@ -173,11 +173,18 @@ EncodedEnd EncodedPolyline::TakePair() {
     return EncodedEnd::kNo;
 }
 
+// Quirk: filled whatever the fill type, or only its outline, as by RA.
 EncodedEnd EncodedPolyline::DrawRectangle(PointD corner) {
     PointD size;
     EncodedEnd end = numbers_.ReadCoordinate(size.x);
     if (end == EncodedEnd::kNo) end = numbers_.ReadCoordinate(size.y);
     if (end != EncodedEnd::kNo) return end;
+    if (drawing_.reading.fillsByType) {
+        drawing_.MoveTo(corner);
+        if (BufferRectangle(drawing_, corner + size)) FillBuffer(drawing_, pens_, fill_, false);
+        penDownNext_ = false;
+        return EncodedEnd::kNo;
+    }
     const CoordinateState& c = drawing_.coordinates;
     const BoxI box{c.ToPlotter(corner), c.ToPlotter(corner + size)};
     if (fill_.DrawsRectangleOutline()) {

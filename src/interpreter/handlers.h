@@ -34,14 +34,15 @@ void InputP1P2(Parameters& in, const Reading& reading, const PageState& page,
 void InputP1P2Relative(Parameters& in, const Reading& reading, const PageState& page,
                        CoordinateState& coordinates, PenMotion& motion);
 void InputWindow(Parameters& in, const Reading& reading, CoordinateState& coordinates);
-void RotateCoordinateSystem(Parameters& in, CoordinateState& coordinates);
+void RotateCoordinateSystem(Parameters& in, const PageState& page, Drawing& drawing);
 void Scale(Parameters& in, const Reading& reading, CoordinateState& coordinates, PenMotion& motion,
            PlotNotes& notes);
 
 // pages.cpp
 void AdvanceFullPage(PageState& page, PenState& pens, Drawing& drawing);
 void BeginPlot(InputReader& input);
-void DefaultValues(const Reading& reading, Drawing& drawing, LabelState& label, FillState& fill);
+void DefaultValues(const Reading& reading, const PenState& pens, Drawing& drawing,
+                   LabelState& label, FillState& fill);
 void Initialize(const Reading& reading, const PageState& page, Drawing& drawing, LabelState& label,
                 FillState& fill, PenState& pens);
 void FrameAdvance(Parameters& in, const CoordinateState& coordinates, PageState& page, Output& out);
@@ -60,6 +61,7 @@ void ArcAbsolute(Parameters& in, Drawing& drawing);
 void ArcAbsoluteThreePoint(Parameters& in, Drawing& drawing);
 void ArcRelative(Parameters& in, Drawing& drawing);
 void ArcRelativeThreePoint(Parameters& in, Drawing& drawing);
+void ChordTolerance(Parameters& in, const Reading& reading, PenMotion& motion);
 void Circle(Parameters& in, Drawing& drawing);
 
 // curves.cpp
@@ -75,7 +77,8 @@ void ColorRange(Parameters& in, PenState& pens);
 void PenColour(Parameters& in, PenState& pens, Output& out);
 void PenWidth(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
               PenState& pens, LineState& lines, Output& out);
-void PenWidthUnit(Parameters& in, PenState& pens);
+void PenWidthUnit(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+                  PenState& pens, LineState& lines, Output& out);
 void SelectPen(Parameters& in, PenState& pens, LineState& lines, Output& out);
 void TransparencyMode(Parameters& in, PenState& pens);
 
@@ -92,7 +95,7 @@ void PolygonMode(Parameters& in, Drawing& drawing);
 
 // attributes/fill.cpp
 void EdgePolygon(Drawing& drawing);
-void FillPolygon(Drawing& drawing, const PenState& pens, const FillState& fill);
+void FillPolygon(Parameters& in, Drawing& drawing, const PenState& pens, const FillState& fill);
 void FillType(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
               FillState& fill);
 

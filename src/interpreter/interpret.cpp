@@ -67,6 +67,13 @@ void DoEscape(Plotter& plotter, std::uint8_t next) {
             return;
         case '.':
             return DeviceControl(plotter.in.input);
+        case '(':
+        case ')':
+        case '=':
+        case '9':
+            // Quirk: escapes of fonts, lines and margins do not lead to the raster language.
+            if (plotter.reading.drawsPrintJobs) EnterRasterMode(plotter, next);
+            return;
         default:
             return;
     }

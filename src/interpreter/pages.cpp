@@ -1,6 +1,8 @@
 // See pages.h. Handlers: DF IN PS PG NR FR BP.
 #include "interpreter/pages.h"
 
+#include <utility>
+
 #include "common/numbers.h"
 #include "common/units.h"
 #include "interpreter/attributes/fill.h"
@@ -17,12 +19,18 @@
 
 namespace qm {
 
-void EndCurrentPage(PageState& page, LineState& lines, Output& out) {
+void EndCurrentPage(PageState& page, Drawing& drawing) {
+    Output& out = drawing.out;
     if (out.PageEmpty()) return;
     page.pageIndex = WrapAdd(page.pageIndex, 1);
     out.EndPage(page.pageIndex);
+    CoordinateState& c = drawing.coordinates;
+    if (c.turn != 0) {  // the next page begins turned
+        c.rotation = (c.rotation + std::exchange(c.turn, 0)) % 360;
+        out.Turn(0, {});
+    }
     out.SetColor(0);
-    lines.Reset(out);
+    drawing.lines.Reset(out);
 }
 
 namespace {
@@ -54,9 +62,12 @@ bool SkipCommaAndNumber(InputReader& input) {
 // are given again.
 void AdvancePage(PageState& page, PenState& pens, Drawing& drawing) {
     const bool ends = !drawing.out.PageEmpty();
-    EndCurrentPage(page, drawing.lines, drawing.out);
-    if (ends && drawing.reading.pensOutlastPages) {
+    EndCurrentPage(page, drawing);
+    if (!ends || !drawing.reading.pensOutlastPages) return;
+    if (pens.selected) {
         pens.Select(pens.CurrentPen, drawing.lines, drawing.out);
+    } else {
+        drawing.lines.SendWidth(ClampWidth(pens.Get(pens.CurrentPen).width), drawing.out);
     }
 }
 
@@ -79,19 +90,20 @@ void RestoreDefaults(Drawing& drawing, LabelState& label, FillState& fill, const
     label.grid.size = reading.sheet.characterSize;
 }
 
-// IN; the turn of a page that already shows something stays, because the page has only one.
+// IN.
 void BeginAnew(const PageState& page, Drawing& drawing, LabelState& label, FillState& fill,
                PenState& pens, const Reading& reading) {
     CoordinateState& c = drawing.coordinates;
     RestoreDefaults(drawing, label, fill, reading);
     drawing.lines.Reset(drawing.out);
-    if (drawing.out.PageEmpty()) c.rotation = 0;
+    TurnCoordinates(0, page, drawing);
     drawing.motion = {};
     MovePoints(DefaultPoints(reading.sheet, page, c), c, drawing.motion);
     pens.WidthUnitRelative = false;
     pens.Transparency = true;
-    pens.SetWidths(0.0);
+    pens.SetWidths(pens.DefaultWidth(reading, c));
     pens.ResetColours();
+    drawing.lines.SendWidth(ClampWidth(pens.Get(pens.CurrentPen).width), drawing.out);
 }
 
 }  // namespace
@@ -101,12 +113,14 @@ namespace handlers {
 // DF; also run once before the first byte. P1, P2, scaling, window, rotation and the pen position
 // stay.
 // Quirk: fill type, sizes and directions stay too; a plotter gives them back.
-void DefaultValues(const Reading& reading, Drawing& drawing, LabelState& label, FillState& fill) {
+void DefaultValues(const Reading& reading, const PenState& pens, Drawing& drawing,
+                   LabelState& label, FillState& fill) {
     if (reading.initializes) RestoreDefaults(drawing, label, fill, reading);
     LineState& lines = drawing.lines;
     Output& out = drawing.out;
     if (!reading.labelsOnGrid) label.StrokeWeight = 0;
     lines.Reset(out);
+    if (reading.initializes) lines.SendWidth(ClampWidth(pens.Get(pens.CurrentPen).width), out);
     label.StandardCharSet = 0;
     label.CurrentCharSet = 0;
     fill.ShadingLevel = 100;

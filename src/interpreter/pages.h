@@ -8,8 +8,7 @@
 
 namespace qm {
 
-class Output;
-struct LineState;
+struct Drawing;
 
 struct PageState {
     std::int32_t pageIndex = 0;   // pages completed; whether one is empty, the Output knows
@@ -24,6 +23,6 @@ struct PageState {
 
 // Ends the page when something was drawn on it and resets the attributes that each page starts
 // with.
-void EndCurrentPage(PageState& page, LineState& lines, Output& out);
+void EndCurrentPage(PageState& page, Drawing& drawing);
 
 }  // namespace qm

@@ -25,11 +25,16 @@ void Drawing::DrawTo(PointD target) {
 
 void Drawing::EmitSegment(PointI from, PointI to) {
     if (coordinates.windowOn && !ClipSegment(coordinates.window, from, to)) return;
+    if (lines.dashes.adaptive) {
+        const PointD run{static_cast<double>(to.x) - from.x, static_cast<double>(to.y) - from.y};
+        FitDashes(Length(run.x, run.y), lines, out);
+    }
     out.Line(from, to);
 }
 
 void Drawing::EmitPolyline(std::size_t count, PointI* points) {
-    if (!coordinates.windowOn) return out.Polyline(static_cast<std::int32_t>(count), points);
+    const bool whole = !coordinates.windowOn && !lines.dashes.adaptive;
+    if (whole) return out.Polyline(static_cast<std::int32_t>(count), points);
     for (std::size_t i = 1; i < count; ++i) EmitSegment(points[i - 1], points[i]);
 }
 

@@ -23,6 +23,7 @@ struct PenMotion {
     PointD penPos;          // current units
     bool penDown = false;   // PD, cleared by PU; arcs, circles and curves draw whatever it says
     bool relative = false;  // PR, cleared by PA
+    bool chordByDeviation = false;  // CT1: what arcs are cut by is no angle but a distance
 };
 
 // The parts of the plotter that vectors pass.

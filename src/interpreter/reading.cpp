@@ -8,6 +8,7 @@ Reading Reading::Plotter(const Sheet& sheet) {
     reading.initializes = true;
     reading.scalesFromSheet = true;
     reading.needsWholeWindow = true;
+    reading.turnsWithinPages = true;
     reading.labelsOnGrid = true;
     reading.sizesGoBack = true;
     reading.waitsForSelect = true;
@@ -17,11 +18,15 @@ Reading Reading::Plotter(const Sheet& sheet) {
     reading.dashesByLength = true;
     reading.percentWidths = true;
     reading.pensOutlastPages = true;
+    reading.pensHaveWidth = true;
+    reading.cutsByChord = true;
     reading.drawsPenDown = true;
     reading.joinsRuns = true;
     reading.clipsCircles = true;
     reading.endsPictures = true;
     reading.invertsPictures = true;
+    reading.knowsPalettes = true;
+    reading.placesOnSheet = true;
     reading.drawsPrintJobs = true;
     reading.sheet = sheet;
     return reading;

@@ -27,6 +27,7 @@ struct Reading {
     bool initializes = false;       // IN and DF reset what the guides list
     bool scalesFromSheet = false;   // IP, IR and SC start from the sheet and leave the pen in place
     bool needsWholeWindow = false;  // an IW of less than four numbers does nothing
+    bool turnsWithinPages = false;  // RO turns what follows it, not what the page shows already
 
     // --- Labels ---------------------------------------------------------------------------------
     bool labelsOnGrid = false;    // labels, LO, DV and CP go by character cells, whatever SC says
@@ -42,8 +43,10 @@ struct Reading {
     bool dashesByLength = false;    // line types have lengths; LT99 brings the last one back
     bool percentWidths = false;     // WU1: a width of 1 is one hundredth of the distance
     bool pensOutlastPages = false;  // a new page knows pen, width and line type
+    bool pensHaveWidth = false;     // 0.35 mm until PW, and behind PW alone, WU and IN
 
     // --- Arcs and curves ------------------------------------------------------------------------
+    bool cutsByChord = false;   // arcs with a chord angle, or by CT1 a deviation, are polygons
     bool drawsPenDown = false;  // arcs and curves draw with the pen down only, as far as told
     bool joinsRuns = false;     // long curves and PE commands have no gaps
     bool clipsCircles = false;  // the window clips CI too
@@ -51,6 +54,8 @@ struct Reading {
     // --- Pictures -------------------------------------------------------------------------------
     bool endsPictures = false;     // ESC E, ESC*rB and ESC*rC finish an open picture
     bool invertsPictures = false;  // raster operation 51 shows the negative
+    bool knowsPalettes = false;    // ESC*r1U, ESC*r3U and the fourth of four planes count
+    bool placesOnSheet = false;    // rows run across the sheet, as wide as the widest of them
     bool drawsPrintJobs = false;   // ESC E enters the raster language, PCL jobs have pictures
 
     Sheet sheet;

@@ -14,6 +14,36 @@ namespace qm {
 
 namespace {
 
+// P1 and P2 of the sheet while `rotation` is in force.
+Box<double> PointsTurnedBy(std::int32_t rotation, const Sheet& sheet, const PageState& page) {
+    Box<double> points{sheet.p1, sheet.p2};
+    if (page.plotSizeGiven && page.plotLength > 0 && page.plotWidth > 0) {
+        points = {{0.0, 0.0},
+                  {static_cast<double>(std::max(page.plotLength, page.plotWidth)),
+                   static_cast<double>(std::min(page.plotLength, page.plotWidth))}};
+    }
+    if (rotation % 180 != 0) {
+        std::swap(points.a.x, points.a.y);
+        std::swap(points.b.x, points.b.y);
+    }
+    return points;
+}
+
+// `p` on a sheet of `size` whose coordinates turn by `degrees` clockwise: where the same place of
+// the paper is then.
+PointD TurnedBack(PointD p, std::int32_t degrees, PointD size) {
+    switch (degrees) {
+        case 90:
+            return {p.y, size.x - p.x};
+        case 180:
+            return {size.x - p.x, size.y - p.y};
+        case 270:
+            return {size.y - p.y, p.x};
+        default:
+            return p;
+    }
+}
+
 // Type 1: equal units in x and y; what the range leaves of one side is shared out.
 void MakeIsotropic(CoordinateState& c) {
     const double factor = std::min(std::fabs(c.scaleX), std::fabs(c.scaleY));
@@ -45,17 +75,7 @@ bool ApplyScale(CoordinateState& c) {
 }  // namespace
 
 Box<double> DefaultPoints(const Sheet& sheet, const PageState& page, const CoordinateState& c) {
-    Box<double> points{sheet.p1, sheet.p2};
-    if (page.plotSizeGiven && page.plotLength > 0 && page.plotWidth > 0) {
-        points = {{0.0, 0.0},
-                  {static_cast<double>(std::max(page.plotLength, page.plotWidth)),
-                   static_cast<double>(std::min(page.plotLength, page.plotWidth))}};
-    }
-    if (c.rotation % 180 != 0) {
-        std::swap(points.a.x, points.a.y);
-        std::swap(points.b.x, points.b.y);
-    }
-    return points;
+    return PointsTurnedBy(c.rotation + c.turn, sheet, page);
 }
 
 void MovePoints(const Box<double>& points, CoordinateState& c, PenMotion& motion) {
@@ -86,6 +106,26 @@ void PlacePointsInPercent(const Parameters& in, int given, const Sheet& sheet,
     };
     const PointD p1 = at(in.PointAt(0));
     MovePoints({p1, given == 4 ? at(in.PointAt(2)) : p1 + (c.p2 - c.p1)}, c, motion);
+}
+
+void TurnCoordinates(std::int32_t angle, const PageState& page, Drawing& drawing) {
+    if (angle % 90 != 0) return;
+    const auto positive = [](std::int32_t degrees) { return (degrees % 360 + 360) % 360; };
+    CoordinateState& c = drawing.coordinates;
+    if (drawing.out.PageEmpty()) {
+        c.rotation = positive(angle);
+        return;
+    }
+    // Where the pen is on the sheet as the page began, then on the sheet as it is from now on. P1
+    // and P2 lie as far from their edges of the sheet as from the opposite ones.
+    const Box<double> points = PointsTurnedBy(c.rotation, drawing.reading.sheet, page);
+    const PointD size = points.a + points.b;
+    const PointD turnedSize = c.turn % 180 == 0 ? size : PointD{size.y, size.x};
+    const PointD place =
+        TurnedBack(c.ToPlotterReal(drawing.motion.penPos), positive(-c.turn), turnedSize);
+    c.turn = positive(angle - c.rotation);
+    drawing.motion.penPos = c.FromPlotter(TurnedBack(place, c.turn, size));
+    drawing.out.Turn(c.turn, {TruncateToInt32(size.x), TruncateToInt32(size.y)});
 }
 
 void ScaleFromPoints(Parameters& in, CoordinateState& c, PenMotion& motion) {

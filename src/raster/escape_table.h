@@ -54,7 +54,7 @@ void CompressionMethod(EscapeValue value, RasterState& raster);
 void MoveDownRows(EscapeValue value, RasterState& raster);
 void SkipData(EscapeValue value, InputReader& input);
 void TransferPlane(EscapeValue value, InputReader& input, RasterState& raster,
-                   const PageState& page);
+                   const PageState& page, const Drawing& drawing);
 void TransferRow(EscapeValue value, InputReader& input, RasterState& raster, const JobState& job,
                  const PageState& page, Drawing& drawing);
 
@@ -66,7 +66,7 @@ void ColourRed(EscapeValue value, RasterState& raster);
 void ConfigureImageData(EscapeValue value, InputReader& input, RasterState& raster);
 void ForegroundColour(EscapeValue value, RasterState& raster);
 void PushPopPalette(EscapeValue value, RasterState& raster);
-void SimpleColour(EscapeValue value, RasterState& raster);
+void SimpleColour(EscapeValue value, const Reading& reading, RasterState& raster);
 
 // page_escapes.cpp
 void CursorX(EscapeValue value, RasterState& raster);
@@ -82,7 +82,8 @@ void SourceHeight(EscapeValue value, RasterState& raster);
 void SourceWidth(EscapeValue value, RasterState& raster);
 // ESC E takes no value and stands in no table.
 void EndPicture(const JobState& job, const PageState& page, RasterState& raster, Drawing& drawing);
-void PrinterReset(const JobState& job, PageState& page, RasterState& raster, Drawing& drawing);
+void PrinterReset(const JobState& job, PageState& page, RasterState& raster, Drawing& drawing,
+                  LabelState& label, FillState& fill, PenState& pens);
 
 }  // namespace escapes
 }  // namespace qm

@@ -2,6 +2,7 @@
 // escape_table.h.
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/handlers.h"
 #include "interpreter/reading.h"
 #include "raster/escape_table.h"
 #include "raster/picture.h"
@@ -93,12 +94,15 @@ void EndPicture(const JobState& job, const PageState& page, RasterState& raster,
     if (drawing.reading.endsPictures) FinishPicture(raster, job, page, drawing);
 }
 
-// ESC E: ends the page when something was drawn on it.
-// Quirk: an open picture stays open. It is finished later, on the next page and at the resolution
-// and the position that this command sets; rows that still come overwrite it from its first row on.
-void PrinterReset(const JobState& job, PageState& page, RasterState& raster, Drawing& drawing) {
+// ESC E: ends the page when something was drawn on it, and begins the plot language anew as IN
+// does. Quirk: an open picture stays open. It is finished later, on the next page and at the
+// resolution and the position that this command sets; rows that still come overwrite it from its
+// first row on.
+void PrinterReset(const JobState& job, PageState& page, RasterState& raster, Drawing& drawing,
+                  LabelState& label, FillState& fill, PenState& pens) {
     if (drawing.reading.endsPictures) FinishPicture(raster, job, page, drawing);
-    EndCurrentPage(page, drawing.lines, drawing.out);
+    EndCurrentPage(page, drawing);
+    handlers::Initialize(drawing.reading, page, drawing, label, fill, pens);
     raster.frame.resolution = 300;
     raster.frame.destinationWidth = 0;
     raster.frame.destinationHeight = 0;

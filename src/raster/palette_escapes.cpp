@@ -1,6 +1,7 @@
 // Escapes that choose the pixel format and make the palette; see escape_table.h.
 #include <algorithm>
 
+#include "interpreter/reading.h"
 #include "raster/escape_table.h"
 
 namespace qm {
@@ -55,14 +56,18 @@ void ConfigureImageData(EscapeValue value, InputReader& input, RasterState& rast
     raster.pixelFormat = PixelFormatOf(head[1], head[2]);
 }
 
-// ESC*r#U: only the two plane formats have an effect.
-void SimpleColour(EscapeValue value, RasterState& raster) {
+// ESC*r#U: -3 and -4 planes of ink, 3 planes of light, 1 black and white.
+// Quirk: 1 and 3 have no effect.
+void SimpleColour(EscapeValue value, const Reading& reading, RasterState& raster) {
     if (value.number == -3) {
         raster.pixelFormat = kPlanesOfThree;
         SetThreePlanePalette(raster.palette);
     } else if (value.number == -4) {
         raster.pixelFormat = kPlanesOfFour;
         SetFourPlanePalette(raster.palette);
+    } else if (reading.knowsPalettes && (value.number == 1 || value.number == 3)) {
+        raster.pixelFormat = value.number;
+        SetDevicePalette(raster.palette, value.number);
     }
 }
 

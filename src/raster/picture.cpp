@@ -6,11 +6,14 @@
 
 #include "common/numbers.h"
 #include "common/units.h"
+#include "interpreter/coordinates.h"
 #include "interpreter/envelopes.h"
 #include "interpreter/pages.h"
 #include "interpreter/pen_motion.h"
 #include "interpreter/reading.h"
+#include "raster/bitmap_changes.h"
 #include "raster/rows/raster_state.h"
+#include "raster/sheet_frame.h"
 
 namespace qm {
 
@@ -27,9 +30,11 @@ struct PictureFormat {
 // Quirk: four and eight planes are recognised only when the picture begins with a plane transfer;
 // beginning with a row its pixels are 4 and 8 bits side by side, which is how pictures of packed
 // pixels come.
-PictureFormat FormatOf(std::int32_t pixelFormat, bool byPlane) {
+PictureFormat FormatOf(std::int32_t pixelFormat, bool byPlane, const Reading& reading) {
     if (pixelFormat == kPlanesOfThree) return {8, kThreePlanes};
-    if (byPlane && pixelFormat == kPlanesOfFour) return {8, kFourPlanes};
+    if (byPlane && pixelFormat == kPlanesOfFour) {
+        return {8, reading.knowsPalettes ? kAllFourPlanes : kFourPlanes};
+    }
     if (byPlane && pixelFormat == kEightBits) return {8, kEightPlanes};
     return {pixelFormat, kNoPlanes};
 }
@@ -48,46 +53,69 @@ bool LeavesNoMark(std::int32_t rasterOperation, const Reading& reading) {
            (rasterOperation == kNotSource && !reading.invertsPictures);
 }
 
-// The negative of a bitmap: its colour table, or without one its pixels.
-void Invert(const GlobalBlock& block) {
-    const GlobalView view(block.Get());
-    const auto bitmap = PackedBitmapView::Parse(view.Data(), view.Size());
-    if (!bitmap) return;
-    const auto pixels = static_cast<std::size_t>(bitmap->Pixels() - view.Data());
-    const bool table = bitmap->Bits() <= 8;
-    const std::size_t from = table ? pixels - sizeof(PaletteEntry) * bitmap->ColourCount() : pixels;
-    const std::size_t to = table ? pixels : pixels + bitmap->PixelBytes();
-    for (std::size_t i = from; i < to; ++i) {
-        const bool reserved = table && (i - from) % 4 == 3;
-        if (!reserved) view.Data()[i] = static_cast<std::uint8_t>(~view.Data()[i]);
-    }
+// Turned exactly, other than by MakeBitmap: half a turn is made of the finished bitmap.
+GlobalBlock MakeTurnedBitmap(CRTLRaster& picture, int angle) {
+    GlobalBlock bitmap = picture.MakeBitmap(angle % 180);
+    if (bitmap && angle >= 180) TurnOver(bitmap);
+    return bitmap;
 }
 
 void SendBitmap(const RasterState& raster, CRTLRaster& picture, const Placement& place,
-                std::int32_t rasterOperation, Output& out) {
+                std::int32_t rasterOperation, Drawing& drawing) {
     picture.SetColours(PictureColours(raster.palette, picture.BitsPerPixel()));
-    GlobalBlock bitmap = picture.MakeBitmap(place.angle);
+    GlobalBlock bitmap = drawing.reading.placesOnSheet ? MakeTurnedBitmap(picture, place.angle)
+                                                       : picture.MakeBitmap(place.angle);
     if (!bitmap) return;
     if (rasterOperation == kNotSource) {
         Invert(bitmap);
         rasterOperation = kSourceCopy;
     }
-    out.Raster(place.box, bitmap.Detach(), rasterOperation);
+    drawing.out.Raster(place.box, bitmap.Detach(), rasterOperation);
+}
+
+// As wide as the sheet: the picture shows as much of it as its widest row takes.
+std::unique_ptr<CRTLRaster> MeasuredPicture(RasterState& raster, PictureFormat format,
+                                            double sheetUnits) {
+    const double dots = sheetUnits / kUnitsPerInch * raster.frame.resolution;
+    auto picture = std::make_unique<CRTLRaster>(RoundToInt32(dots), raster.frame.sourceHeight,
+                                                format.bits, format.planes, &raster.budget);
+    picture->MeasureRows();
+    return picture;
+}
+
+Placement Place(const RasterState& raster, const CRTLRaster& picture, const JobState& job,
+                const PageState& page, const Drawing& drawing) {
+    const CoordinateState& c = drawing.coordinates;
+    if (drawing.reading.placesOnSheet) {
+        PictureFrame frame = raster.frame;
+        frame.sourceWidth = picture.ShownWidth();
+        return PlaceOnSheet(frame, picture.RowCount(), raster.cursor,
+                            SheetFrame(drawing.reading, page, c));
+    }
+    return PlacePicture(raster.frame, picture.RowCount(), raster.cursor,
+                        {c.rotation, page.plotLandscape, job.jobLanguageHPGL, raster.turn});
 }
 
 }  // namespace
 
-CRTLRaster* OpenPicture(RasterState& raster, const PageState& page, bool byPlane) {
+CRTLRaster* OpenPicture(RasterState& raster, const PageState& page, const Drawing& drawing,
+                        bool byPlane) {
     if (raster.picture || !raster.documentMode) return raster.picture.get();
     PictureFrame& frame = raster.frame;
+    const PictureFormat format = FormatOf(raster.pixelFormat, byPlane, drawing.reading);
+    raster.planeIndex = 0;
+    if (frame.sourceWidth == 0 && drawing.reading.placesOnSheet) {
+        const SheetFrame sheet(drawing.reading, page, drawing.coordinates);
+        raster.picture = MeasuredPicture(raster, format, sheet.LongSide());
+        return raster.picture.get();
+    }
+    // Quirk: a width that the job does not give is that of the plot size, and none without one.
     if (frame.sourceWidth == 0) {
         const double inches = page.plotWidth / kUnitsPerInch;
         frame.sourceWidth = RoundToInt32(inches * frame.resolution);
     }
-    const PictureFormat format = FormatOf(raster.pixelFormat, byPlane);
     raster.picture = std::make_unique<CRTLRaster>(frame.sourceWidth, frame.sourceHeight,
                                                   format.bits, format.planes, &raster.budget);
-    raster.planeIndex = 0;
     return raster.picture.get();
 }
 
@@ -99,12 +127,10 @@ void FinishPicture(RasterState& raster, const JobState& job, const PageState& pa
     raster.planeIndex = 0;
     raster.rowBuffer = {};
     if (!picture || !picture->HasRows() || PicturesAreOff(job, drawing.reading)) return;
-    const Placement place = PlacePicture(
-        raster.frame, picture->RowCount(), raster.cursor,
-        {drawing.coordinates.rotation, page.plotLandscape, job.jobLanguageHPGL, raster.turn});
+    const Placement place = Place(raster, *picture, job, page, drawing);
     const std::int32_t operation = drawing.lines.MergeOpcode;
     if (place.visible && !LeavesNoMark(operation, drawing.reading)) {
-        SendBitmap(raster, *picture, place, operation, drawing.out);
+        SendBitmap(raster, *picture, place, operation, drawing);
     }
     raster.cursor = place.cursor;
 }

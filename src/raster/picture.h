@@ -13,7 +13,8 @@ struct RasterState;
 
 // The open picture; the first transfer of a picture opens it, in document mode only. Null outside
 // document mode. `byPlane`: the transfer is one plane (ESC*b#V).
-CRTLRaster* OpenPicture(RasterState& raster, const PageState& page, bool byPlane);
+CRTLRaster* OpenPicture(RasterState& raster, const PageState& page, const Drawing& drawing,
+                        bool byPlane);
 
 // Closes the open picture, if there is one, hands its bitmap to the Raster operation and moves the
 // raster position past it. Nothing is handed over for pictures without rows, those that leave no

@@ -9,6 +9,7 @@
 #include "common/units.h"
 #include "raster/escape_table.h"
 #include "raster/picture.h"
+#include "raster/sheet_frame.h"
 
 namespace qm {
 
@@ -28,6 +29,14 @@ void TakePensAsPalette(RasterState& raster, PenState& pens) {
     for (std::size_t i = 0; i < colours.size(); ++i) colours[i] = pens.PenTable[i].colour;
     LoadFromPens(raster.palette, colours.data(), colours.size());
     pens.PaletteChanged = false;
+}
+
+// The same on the sheet.
+void TakePenPlace(RasterState& raster, const SheetFrame& sheet, PointD pen) {
+    const PointD place = sheet.FromPage(pen);
+    const std::int32_t resolution = raster.frame.resolution;
+    raster.cursor.across = RoundToInt32(place.x * resolution / kUnitsPerInch);
+    raster.cursor.down = RoundToInt32(place.y * resolution / kUnitsPerInch);
 }
 
 // The raster position from the pen's: the inverse of what ESC % 1 B does.
@@ -51,6 +60,10 @@ void TakePlotSize(RasterState& raster, PageState& page, std::int32_t rotation) {
     page.plotSizeGiven = false;
 }
 
+SheetFrame FrameOf(const Plotter& plotter) {
+    return {plotter.reading, plotter.page, plotter.drawing.coordinates};
+}
+
 void Enter(Plotter& plotter, bool startAtPen) {
     RasterState& raster = plotter.raster;
     const CoordinateState& coordinates = plotter.drawing.coordinates;
@@ -61,9 +74,12 @@ void Enter(Plotter& plotter, bool startAtPen) {
     TakePensAsPalette(raster, plotter.pens);
     raster.entered = true;
     raster.turn = plotter.page.plotLandscape && coordinates.rotation == 0;
-    if (startAtPen) {
-        TakePenPosition(raster, coordinates, plotter.drawing.motion.penPos);
-    } else {
+    const PointD pen = plotter.drawing.motion.penPos;
+    if (startAtPen && plotter.reading.placesOnSheet) {
+        TakePenPlace(raster, FrameOf(plotter), coordinates.ToPlotterReal(pen));
+    } else if (startAtPen) {
+        TakePenPosition(raster, coordinates, pen);
+    } else if (!plotter.reading.placesOnSheet) {
         TakePlotSize(raster, plotter.page, coordinates.rotation);
     }
 }
@@ -166,6 +182,13 @@ PointD PenPosition(const RasterState& raster, const CoordinateState& coordinates
          std::floor(-(raster.cursor.across * kUnitsPerInch / resolution) + 0.5)});
 }
 
+// The same on the sheet.
+PointD PenPlace(const RasterState& raster, const SheetFrame& sheet, const CoordinateState& c) {
+    const double unitsPerDot = kUnitsPerInch / raster.frame.resolution;
+    return c.FromPlotter(
+        sheet.ToPage({raster.cursor.across * unitsPerDot, raster.cursor.down * unitsPerDot}));
+}
+
 // Unlike MC, raster mode takes 160 for a mask too.
 std::int32_t DrawModeOf(std::int32_t merge) {
     return merge == 160 || merge == kMergeMaskPen ? kMaskPenMode : kCopyPenMode;
@@ -182,7 +205,10 @@ void RunRasterMode(Plotter& plotter, bool startAtPen) {
     while (leave == Leave::kNo && !input.Over()) leave = RunEscape(plotter, FindEscape(input));
     FinishPicture(plotter.raster, plotter.job, plotter.page, drawing);
     if (leave == Leave::kYesWithPosition) {
-        drawing.motion.penPos = PenPosition(plotter.raster, drawing.coordinates);
+        drawing.motion.penPos =
+            drawing.reading.placesOnSheet
+                ? PenPlace(plotter.raster, FrameOf(plotter), drawing.coordinates)
+                : PenPosition(plotter.raster, drawing.coordinates);
     }
     // Detection draws nothing, so nothing is told about drawing either.
     const std::int32_t merge = drawing.lines.MergeOpcode;

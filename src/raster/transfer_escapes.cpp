@@ -93,8 +93,8 @@ void SkipData(EscapeValue value, InputReader& input) { input.SkipRaw(DataBytes(v
 
 // ESC*b#V: one plane; the row goes on.
 void TransferPlane(EscapeValue value, InputReader& input, RasterState& raster,
-                   const PageState& page) {
-    CRTLRaster* picture = OpenPicture(raster, page, true);
+                   const PageState& page, const Drawing& drawing) {
+    CRTLRaster* picture = OpenPicture(raster, page, drawing, true);
     if (picture == nullptr) return SkipData(value, input);
     const RowShare share = ShareOf(raster);
     const ByteSpan data = ReadData(value, input, raster.rowBuffer);
@@ -105,7 +105,7 @@ void TransferPlane(EscapeValue value, InputReader& input, RasterState& raster,
 // ESC*b#W: a row or its last plane, or a block of rows.
 void TransferRow(EscapeValue value, InputReader& input, RasterState& raster, const JobState& job,
                  const PageState& page, Drawing& drawing) {
-    CRTLRaster* picture = OpenPicture(raster, page, false);
+    CRTLRaster* picture = OpenPicture(raster, page, drawing, false);
     if (picture == nullptr) return SkipData(value, input);
     if (raster.method == kPlainBlock) {
         AddPlainRows(value.number, input, raster);

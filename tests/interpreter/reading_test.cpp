@@ -65,6 +65,15 @@ TEST(Reading, Coordinates) {
          {"Line 10 10 18 18"}, {"Line 5 5 7 7"}},
         {"DF ends scale and window", "SC0,2,0,2,2;IW0,0,1,1;DF;PU5,5;PD7,7;",
          {}, {"Line 5 5 7 7"}},
+        {"RO within a page", "PS400,200;PD10,20;RO90;PU0,0;PD10,20;RO270;PU0,0;PD10,20;",
+         {"Line 0 0 10 20", "Line 0 0 10 20", "Line 0 0 10 20"},
+         {"Line 0 0 10 20", "Line 400 0 380 10", "Line 0 200 20 190"}},
+        {"RO leaves the pen on its place; the next page is turned", "PS400,200;PD10,20;RO180;PD0,0;PG;PU0,0;PD1,1;",
+         {"Line 0 0 10 20", "Line 10 20 0 0", "Line 0 0 1 1"},
+         {"Line 0 0 10 20", "Line 10 20 400 200", "Line 0 0 1 1"}},
+        {"IN ends RO within a page", "PS400,200;RO90;PD10,20;IN;PU0,0;PD10,20;",
+         {"Line 0 0 10 20", "Line 0 0 10 20"},
+         {"Line 0 0 10 20", "Line 0 400 20 390"}},
         {"a short IW", "PU1,2,3,4;IW0,0,1;PD5,5;",
          {}, {"Line 3 4 5 5"}},
     });
@@ -92,6 +101,12 @@ TEST(Reading, Labels) {
          {"Line 20 60 100 60", "Line 200 -180 280 -180"}},
         {"a backspace overprints", size + "LB-\b-\3",
          {"Line 20 60 100 60", "Line 356 60 436 60"}, {"Line 20 60 100 60", "Line 20 60 100 60"}},
+        {"tabs count from the carriage-return point", size + "LB-\3LB\t-\3",
+         {"Line 20 60 100 60", "Line 356 60 436 60"},
+         {"Line 20 60 100 60", "Line 1460 60 1540 60"}},
+        {"a vertical tab goes up", size + "LB-\v-\3",
+         {"Line 20 60 100 60", "Line 356 60 436 60"},
+         {"Line 20 60 100 60", "Line 200 300 280 300"}},
         {"DV1 goes down", size + "DV1;LB--\3",
          {"Line 20 60 100 60", "Line -148 60 -67 60"},
          {"Line 20 60 100 60", "Line 20 -180 100 -180"}},
@@ -154,6 +169,20 @@ TEST(Reading, Areas) {
         {"WG hatched", "FT3,4,0;WG10,0,90;",
          {"FilledPolygon 26 : 0,0 10,0 9,0 9,1 9,2 9,2 9,3 9,4 8,4 8,5 8,5 7,6 7,6 6,7 6,7 5,8 5,8 4,8 3,9 3,9 2,9 1,9 1,9 0,9 0,10 0,0"},
          {"Line 0 0 9 0", "Line 0 4 8 4", "Line 0 8 4 8"}},
+        {"WG by its chord", "WG100,0,90,90;",
+         {"FilledPolygon 26 : 0,0 100,0 99,6 99,13 97,20 96,27 93,34 91,40 88,46 84,52 80,58 76,64 71,69 66,74 61,78 55,82 50,86 43,89 37,92 30,95 24,97 17,98 10,99 3,99 0,100 0,0"},
+         {"FilledPolygon 4 : 0,0 100,0 0,100 0,0"}},
+        {"PE's rectangles hatched", "FT3,4,0;PE9\xBF\xBF\xD3\xD3;",
+         {"FilledRectangle 0 0 10 10"},
+         {"Line 0 0 10 0", "Line 0 4 10 4", "Line 0 8 10 8"}},
+        {"FP1 fills what is wound around twice", "PM0;PD0,9,9,9,9,0;PM1;PU3,3;PD3,6,6,6,6,3;PM2;FP1;FP;",
+         {"FilledPolyPolygon 2 5 4 : 0,0 0,9 9,9 9,0 0,0 3,3 3,6 6,6 6,3",
+          "FilledPolyPolygon 2 5 4 : 0,0 0,9 9,9 9,0 0,0 3,3 3,6 6,6 6,3"},
+         {"FilledPolygon 5 : 9,9 0,9 0,0 9,0 9,9",
+          "FilledPolyPolygon 2 5 5 : 0,0 0,9 9,9 9,0 0,0 3,3 3,6 6,6 6,3 3,3"}},
+        {"FP1 hatches by its rule, too", "FT3,4,0;AC1,1;PM0;PD0,9,9,9,9,0;PM1;PU3,3;PD3,6,6,6,6,3;PM2;FP1;",
+         {"Line 0 4 3 4", "Line 6 4 9 4", "Line 0 8 9 8"},
+         {"Line 0 1 9 1", "Line 0 5 9 5"}},
         {"EW", "EW10,0,4;",
          {},
          {"Polyline 5 : 0,0 10,0 9,0 9,0 0,0"}},
@@ -174,6 +203,13 @@ TEST(Reading, LinesAndPens) {
         {"percent of the distance", "IP0,0,3000,4000;LT3,2;LT;LT99;",
          {"SetLineStyle 1", "SetLineStyle 0", "SetLineStyle -32768"},
          {"SetLineType 2 : 70 30", "SetLineStyle 0", "SetLineType 2 : 70 30"}},
+        {"negative types fit each segment", "LT-2,10,1;PD1000,0;PU0,0;PD1000,0;PD1000,300;",
+         {"SetLineStyle 1"},
+         {"SetLineType 2 : 200 200", "SetLineType 2 : 167 166", "SetLineType 2 : 150 150"}},
+        {"LT99 brings adaptive types back", "LT-2,10,1;LT;LT99;PD300,0;",
+         {"SetLineStyle 1", "SetLineStyle 0", "SetLineStyle -32768"},
+         {"SetLineType 2 : 200 200", "SetLineStyle 0", "SetLineType 2 : 200 200",
+          "SetLineType 2 : 150 150"}},
         {"UL", "UL2,30,10;LT2,4,1;",
          {"SetLineType 2 : 120 40"},
          {"SetLineType 2 : 120 40"}},
@@ -182,13 +218,21 @@ TEST(Reading, LinesAndPens) {
          {"SetLineType 2 : 200 200", "SetLineStyle 0", "SetLineType 2 : 200 200"}},
     });
     ExpectReadings("SetLineWidth", {
-        {"relative widths", "IP0,0,3000,4000;WU1;PW2;", {"SetLineWidth 10"}, {"SetLineWidth 100"}},
+        {"relative widths", "IP0,0,3000,4000;WU1;PW2;", {"SetLineWidth 10"},
+         {"SetLineWidth 14", "SetLineWidth 5", "SetLineWidth 100"}},
+        {"pens are 0.35 mm wide", "PW1;PW;PW1;WU0;PW1;IN;", {"SetLineWidth 40", "SetLineWidth 0", "SetLineWidth 40"},
+         {"SetLineWidth 14", "SetLineWidth 40", "SetLineWidth 14", "SetLineWidth 40",
+          "SetLineWidth 14", "SetLineWidth 40", "SetLineWidth 0", "SetLineWidth 14"}},
+        {"DF leaves the width", "PW1;DF;", {"SetLineWidth 40", "SetLineWidth 0"},
+         {"SetLineWidth 14", "SetLineWidth 40", "SetLineWidth 0", "SetLineWidth 40"}},
+        {"a stroke weight is no width", "SD6,2;LB\3", {"SetLineWidth 2", "SetLineWidth 0"},
+         {"SetLineWidth 14", "SetLineWidth 14"}},
     });
     ExpectReadings("EndPage SetPen SetColor SetLineWidth SetLineType", {
         {"behind a page", "SP2;PW1;LT2,10,1;PD9,9;PG;",
          {"SetColor 0x0000FF", "SetLineWidth 0", "SetPen 2", "SetLineWidth 40", "EndPage 1",
           "SetColor 0x000000", "SetLineWidth 0"},
-         {"SetColor 0x0000FF", "SetLineWidth 0", "SetPen 2", "SetLineWidth 40",
+         {"SetLineWidth 14", "SetColor 0x0000FF", "SetLineWidth 14", "SetPen 2", "SetLineWidth 40",
           "SetLineType 2 : 200 200", "EndPage 1", "SetColor 0x000000", "SetLineWidth 0",
           "SetLineWidth 40", "SetColor 0x0000FF", "SetLineType 2 : 200 200", "SetLineWidth 40",
           "SetPen 2"}},
@@ -213,6 +257,22 @@ TEST(Reading, ArcsAndCurves) {
           "Line 0 10 0 0"},
          {"Line 10 0 10 0", "Line 10 0 10 0", "Arc 0 0 10 0.0 6.2831853", "Line 10 0 10 0",
           "Line 10 0 0 0"}},
+        {"chord angles", "CI100,90;CI100,100;CI100,5;PD100,0;AA0,0,90,45;",
+         {"Circle 0 0 100", "Circle 0 0 100", "Circle 0 0 100", "Line 0 0 100 0",
+          "Line 100 0 100 0", "Arc 0 0 100 0.0 1.57079632", "Line 0 100 0 100"},
+         {"Polyline 5 : 100,0 0,100 -100,0 0,-100 100,0",
+          "Polyline 5 : 100,0 0,100 -100,0 0,-100 100,0", "Circle 0 0 100", "Line 0 0 100 0",
+          "Line 100 0 100 0", "Polyline 3 : 100,0 70,70 0,100", "Line 0 100 0 100"}},
+        {"CT1: the chord's middle lies 100 off the arc", "CT1;CI100,100;CT;CI100,180;CI100,100;",
+         {"Circle 0 0 100", "Circle 0 0 100", "Circle 0 0 100"},
+         {"Polyline 3 : 100,0 -100,0 100,0", "Polyline 3 : 100,0 -100,0 100,0",
+          "Polyline 5 : 100,0 0,100 -100,0 0,-100 100,0"}},
+        {"three points by chords", "PD;RT100,100,200,0,90;",
+         {"Line 0 0 0 0", "Arc 100 0 100 3.14159265 -3.14159265", "Line 200 0 200 0"},
+         {"Line 0 0 0 0", "Polyline 3 : 0,0 100,100 200,0", "Line 200 0 200 0"}},
+        {"an adaptive type goes along chords", "LT-2,10,1;CI100,90;",
+         {"Circle 0 0 100"},
+         {"Line 100 0 0 100", "Line 0 100 -100 0", "Line -100 0 0 -100", "Line 0 -100 100 0"}},
         {"a curve with the pen up", "BZ0,12,12,12,12,0;PD20,0;",
          {"Polyline 12 : 0,0 0,2 0,4 1,6 3,8 4,8 6,9 7,8 8,8 10,6 11,4 12,0", "Line 12 0 20 0"},
          {"Line 12 0 20 0"}},
@@ -223,6 +283,8 @@ TEST(Reading, ArcsAndCurves) {
         
     });
     // clang-format on
+    EXPECT_EQ(OnlyOf("PM0;CI100,90;PM2;EP;", Reading::Plotter(), "Polyline"),
+              Lines{"Polyline 5 : 100,0 0,100 -100,0 0,-100 100,0"});
     EXPECT_EQ(OnlyOf("IW-9,0,9,1;CI5;", {}, "Circle").size(), 1U);
     EXPECT_EQ(OnlyOf("IW-9,0,9,1;CI5;", Reading::Plotter(), "Circle Line").size(), 18U);
     // Each plot fills a run and more; the second run begins where the first one ends.
@@ -252,24 +314,62 @@ TEST(Reading, Pictures) {
     ExpectReadings("Raster EndPage", {
         {"ESC*rC ends a picture", start + rows + "\033*rC" + rows,
          {"Raster 0 0 9 -5 0 0 8x6x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000,AA000000,0F000000,F0000000"},
-         {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000",
-          "Raster 0 -3 9 -5 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"}},
+         {"Raster 0 11206 8 11203 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000",
+          "Raster 0 11203 8 11200 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"}},
         {"ESC E ends a picture", start + rows + "\033E\033*t1016R" + rows,
          {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"},
-         {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000",
+         {"Raster 0 11206 8 11203 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000",
           "EndPage 1",
-          "Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"}},
+          "Raster 0 11206 8 11203 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"}},
         {"raster operation 51", start + "\033*l51O" + rows,
          {},
-         {"Raster 0 0 9 -2 0 204 8x3x1 colors=000000,FFFFFF rows=AA000000,0F000000,F0000000"}},
+         {"Raster 0 11206 8 11203 0 204 8x3x1 colors=000000,FFFFFF rows=AA000000,0F000000,F0000000"}},
         {"a PCL job", "@PJL ENTER LANGUAGE=PCL\n\033%0A\033*t1016R\033*r8S" + rows,
          {},
-         {"Raster 0 0 -7 4 0 0 8x3x1 colors=FFFFFF,000000 rows=0F000000,F0000000,55000000"}},
+         {"Raster 0 11206 8 11203 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"}},
+        {"along the longer side", "PS40,20;" + start + rows,
+         {"Raster 0 0 4 9 0 0 3x8x1 colors=FFFFFF,000000 rows=A0000000,80000000,A0000000,80000000,60000000,40000000,60000000,40000000"},
+         {"Raster 0 0 3 8 0 0 3x8x1 colors=FFFFFF,000000 rows=A0000000,80000000,A0000000,80000000,60000000,40000000,60000000,40000000"}},
+        {"turned back by RO90", "PS20,40;RO90;" + start + rows,
+         {"Raster 0 0 4 9 0 0 3x8x1 colors=FFFFFF,000000 rows=A0000000,80000000,A0000000,80000000,60000000,40000000,60000000,40000000"},
+         {"Raster 20 40 17 32 0 0 3x8x1 colors=FFFFFF,000000 rows=40000000,C0000000,40000000,C0000000,20000000,A0000000,20000000,A0000000"}},
+        {"turned over by RO180", "PS20,40;RO180;" + start + rows,
+         {"Raster 0 0 9 -2 0 0 8x3x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000"},
+         {"Raster 40 0 32 3 0 0 8x3x1 colors=FFFFFF,000000 rows=0F000000,F0000000,55000000"}},
+        {"behind the pen", "PS900,800;PU254,508;\033%1A\033*t1016R\033*r8S" + rows,
+         {"Raster 254 508 258 517 0 0 3x8x1 colors=FFFFFF,000000 rows=A0000000,80000000,A0000000,80000000,60000000,40000000,60000000,40000000"},
+         {"Raster 254 508 257 516 0 0 3x8x1 colors=FFFFFF,000000 rows=A0000000,80000000,A0000000,80000000,60000000,40000000,60000000,40000000"}},
+        {"as wide as the widest row", "\033*t1016R\033*b2M\033*b3W\x01\xF0\x01\033*b2W\xFD\x0F\033*b0M" + rows,
+         {},
+         {"Raster 0 11206 32 11201 0 0 32x5x1 colors=FFFFFF,000000 rows=AA000000,0F000000,F0000000,0F0F0F0F,F0010000"}},
     });
+    // Pixels of four bits, three a row; planes of red, green and blue; planes of four inks.
+    ExpectReadings("Raster", {
+        {"four bits turned over", "PS20,40;RO180;\033%0A\033*t1016R\033*r3S\033*v6W" + std::string("\0\1\4\4\4\4", 6) + "\033*b2W\x12\x30" + "\033*b2W\x45\x60" + "\033*b2W\x78\x90",
+         {"Raster 0 0 4 -2 0 0 3x3x4 colors=000000,0000FF,00FF00,00FFFF,FF0000,FF00FF,FFFF00,FFFFFF,000000,0000FF,00FF00,00FFFF,FF0000,FF00FF,FFFF00,000000 rows=78900000,45600000,12300000"},
+         {"Raster 40 0 37 3 0 0 3x3x4 colors=000000,0000FF,00FF00,00FFFF,FF0000,FF00FF,FFFF00,FFFFFF,000000,0000FF,00FF00,00FFFF,FF0000,FF00FF,FFFF00,000000 rows=32100000,65400000,98700000"}},
+    });
+    const auto planes = [](const std::string& plot) {
+        const Lines lines = OnlyOf(plot, Reading::Plotter(), "Raster");
+        return lines.empty() ? std::string() : lines[0].substr(lines[0].find("colors=") + 7, 20) + lines[0].substr(lines[0].find(" rows="));
+    };
+    const auto plane = [](const std::string& byte) { return "\033*b1V" + byte; };
+    const std::string light = plane("\xF0") + plane("\x3C") + Row("\x0F");
+    EXPECT_EQ(planes("\033*r3U\033*t1016R\033*r8S\033*r3T" + light + light + light),
+              "000000,0000FF,00FF00 rows=0101030306060404,0101030306060404,0101030306060404");
+    const std::string ink = plane("\x0F") + plane("\xF0") + plane("\xC0") + Row("\xAA");
+    EXPECT_EQ(planes("\033*r-4U\033*t1016R\033*r8S" + ink + ink + ink),
+              "FFFFFF,000000,FFFF00 rows=0E060A0209010901,0E060A0209010901,0E060A0209010901");
+    const std::string mono = "PC0,0,0,255;PC1,255,0,0;\033*r1U\033*t1016R\033*r8S" + rows;
+    EXPECT_EQ(planes(mono), "FFFFFF,000000 rows=A rows=AA000000,0F000000,F0000000");
     ExpectReadings("Line", {
         {"ESC E leads to the raster language", "PD5,5;\033EPD6,6;\033%0BPD7,7;",
          {"Line 0 0 5 5", "Line 5 5 6 6", "Line 6 6 7 7"},
-         {"Line 0 0 5 5", "Line 5 5 7 7"}},
+         {"Line 0 0 5 5", "Line 0 0 7 7"}},
+        {"so do the escapes of fonts", "\033(8UPD6,6;\033%0BPD7,7;",
+         {"Line 0 0 6 6", "Line 6 6 7 7"}, {"Line 0 0 7 7"}},
+        {"the pen stands below the picture", "PS40,20;" + start + rows + "\033%1BPD9,9;",
+         {"Line 3 0 9 9"}, {"Line 3 0 9 9"}},
     });
     // clang-format on
 }

@@ -37,6 +37,12 @@ void ForEachSubPolygon(const std::vector<PolygonVertex>& vertices, Take take) {
     }
 }
 
+// Which area of the buffer is meant.
+struct Area {
+    bool winding = false;  // what the edges wind around, not what an odd number of them encloses
+    bool clipped = false;  // to the window
+};
+
 void AppendGroup(PolygonGroups& area, std::vector<PointI> ring) {
     if (ring.size() < 3) return;
     if (!(ring.front() == ring.back())) ring.push_back(ring.front());
@@ -44,24 +50,35 @@ void AppendGroup(PolygonGroups& area, std::vector<PointI> ring) {
     area.counts.push_back(static_cast<std::int32_t>(ring.size()));
 }
 
-// The buffer's closed sub-polygons in plotter units. Each is clipped for itself: what an even
-// number of them covers stays so.
-PolygonGroups AreaOfBuffer(const Drawing& drawing, bool clipped) {
+// The buffer's sub-polygons in plotter units.
+std::vector<Contour> ContoursOfBuffer(const Drawing& drawing) {
     const CoordinateState& c = drawing.coordinates;
-    PolygonGroups area;
+    std::vector<Contour> contours;
     ForEachSubPolygon(drawing.polygon.vertices, [&](auto begin, auto end) {
-        std::vector<PointI> ring;
-        std::transform(begin, end, std::back_inserter(ring),
+        Contour& contour = contours.emplace_back();
+        std::transform(begin, end, std::back_inserter(contour),
                        [&c](const PolygonVertex& v) { return c.ToPlotter(v.point); });
-        if (!clipped || !c.windowOn || !ReachesOutside(ring, c.window)) {
-            AppendGroup(area, std::move(ring));
-        } else if (ring.size() > 2) {
-            for (Contour& contour : ClipPolygon(ring, c.window)) {
-                AppendGroup(area, std::move(contour));
+    });
+    return contours;
+}
+
+// What is to be filled of the buffer, by the even-odd rule. Each contour is clipped for itself:
+// what an even number of them covers stays so.
+PolygonGroups AreaOfBuffer(const Drawing& drawing, Area area) {
+    const CoordinateState& c = drawing.coordinates;
+    std::vector<Contour> contours = ContoursOfBuffer(drawing);
+    if (area.winding) contours = WoundAround(std::move(contours));
+    PolygonGroups groups;
+    for (Contour& contour : contours) {
+        if (!area.clipped || !c.windowOn || !ReachesOutside(contour, c.window)) {
+            AppendGroup(groups, std::move(contour));
+        } else if (contour.size() > 2) {
+            for (Contour& part : ClipPolygon(contour, c.window)) {
+                AppendGroup(groups, std::move(part));
             }
         }
-    });
-    return area;
+    }
+    return groups;
 }
 
 void SendSolid(Drawing& drawing, PolygonGroups& area) {
@@ -77,9 +94,9 @@ void SendSolid(Drawing& drawing, PolygonGroups& area) {
 }
 
 // Lines through the anchor corner, with the pen's width and line type.
-void HatchBuffer(Drawing& drawing, const FillState& fill, double angle, double spacing,
-                 bool crossed) {
-    const PolygonGroups area = AreaOfBuffer(drawing, false);
+void HatchBuffer(Drawing& drawing, const FillState& fill, bool winding, double angle,
+                 double spacing, bool crossed) {
+    const PolygonGroups area = AreaOfBuffer(drawing, {winding, false});
     if (area.counts.empty()) return;
     const double radians = angle * kRadiansPerDegree;
     const HatchFamily first{radians, spacing, fill.anchor};
@@ -90,11 +107,11 @@ void HatchBuffer(Drawing& drawing, const FillState& fill, double angle, double s
 
 // FT21: horizontal, vertical, two diagonals, crossed, crossed diagonals, 16 dots at 300 dots per
 // inch apart (PCL 5, "Cross-hatch patterns").
-void HatchByNumber(Drawing& drawing, const FillState& fill) {
+void HatchByNumber(Drawing& drawing, const FillState& fill, bool winding) {
     constexpr double kSpacing = 16.0 * kUnitsPerInch / 300.0;
     constexpr double kAngles[] = {0.0, 90.0, 45.0, 135.0, 0.0, 45.0};
     const std::int32_t number = std::clamp(fill.FillPatternIndex, 1, 6);
-    HatchBuffer(drawing, fill, kAngles[number - 1], kSpacing, number > 4);
+    HatchBuffer(drawing, fill, winding, kAngles[number - 1], kSpacing, number > 4);
 }
 
 // `level` percent of the colour, the rest paper.
@@ -106,11 +123,11 @@ std::uint32_t Shade(std::uint32_t colour, std::int32_t level) {
     return Colour{mixed(red), mixed(green), mixed(blue)}.ToBgr();
 }
 
-void FillShadedBuffer(Drawing& drawing, const PenState& pens, std::int32_t level) {
+void FillShadedBuffer(Drawing& drawing, const PenState& pens, std::int32_t level, bool winding) {
     level = std::clamp(level, 0, 100);
     if (level == 0 && pens.Transparency) return;
     const std::uint32_t colour = pens.Get(pens.CurrentPen).colour;
-    PolygonGroups area = AreaOfBuffer(drawing, true);
+    PolygonGroups area = AreaOfBuffer(drawing, {winding, true});
     drawing.out.SetColor(Shade(colour, level));
     SendSolid(drawing, area);
     drawing.out.SetColor(colour);
@@ -146,18 +163,18 @@ void TakeFillOptions(Parameters& in, const CoordinateState& c, FillState& fill) 
     }
 }
 
-void FillBuffer(Drawing& drawing, const PenState& pens, const FillState& fill) {
+void FillBuffer(Drawing& drawing, const PenState& pens, const FillState& fill, bool winding) {
     if (pens.WhitePenSuppressed) return;
     const std::int32_t type = fill.FillType;
     if (type == kHatched || type == kCrossHatched) {
         constexpr double kDefaultSpacing = 0.01;  // of the distance of P1 and P2
         const double spacing =
             fill.spacing > 0.0 ? fill.spacing : kDefaultSpacing * drawing.coordinates.p1p2Distance;
-        return HatchBuffer(drawing, fill, fill.angle, spacing, type == kCrossHatched);
+        return HatchBuffer(drawing, fill, winding, fill.angle, spacing, type == kCrossHatched);
     }
-    if (type == kLinePattern) return HatchByNumber(drawing, fill);
-    if (type == kShaded) return FillShadedBuffer(drawing, pens, fill.ShadingLevel);
-    PolygonGroups area = AreaOfBuffer(drawing, true);
+    if (type == kLinePattern) return HatchByNumber(drawing, fill, winding);
+    if (type == kShaded) return FillShadedBuffer(drawing, pens, fill.ShadingLevel, winding);
+    PolygonGroups area = AreaOfBuffer(drawing, {winding, true});
     if (type == kUserPattern) drawing.out.SetFillType(3, fill.FillPatternIndex);
     SendSolid(drawing, area);
     if (type == kUserPattern) drawing.out.SetFillType(0, 0);
@@ -181,8 +198,7 @@ bool BufferRectangle(Drawing& drawing, PointD corner) {
     return true;
 }
 
-bool BufferWedge(Drawing& drawing, double radius, double start, double sweep) {
-    const ArcSteps arc = CutArc(start, sweep);
+bool BufferWedge(Drawing& drawing, double radius, const ArcSteps& arc) {
     if (drawing.polygon.mode || arc.count < 0) return false;
     const PointD centre = drawing.motion.penPos;
     std::vector<PointD> ring;

@@ -45,7 +45,9 @@ void SetFontAttribute(Parameters& in, std::int16_t kind, const Reading& reading,
             label.CurrentCharSet = set;
             break;
         case 6:
-            label.StrokeWeight = std::max<std::int16_t>(in.GetShortParam(), 0);
+            // A weight is no width of a stroke: those of the grid are as wide as the pen.
+            set = in.GetShortParam();
+            if (!reading.labelsOnGrid) label.StrokeWeight = std::max<std::int16_t>(set, 0);
             break;
         case 2:  // spacing, pitch, height, posture, typeface: the stroke font has one of each
         case 3:

@@ -1,6 +1,9 @@
 // Line types as a plotter draws them; see lines.h.
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <numeric>
 
 #include "common/numbers.h"
 #include "common/units.h"
@@ -35,11 +38,18 @@ const UserLineType* FindType(const LineState& lines, std::int32_t number) {
     return user.defined && user.total > 0 ? &user : &kTypes[number];
 }
 
-Dashes Stretched(const UserLineType& type, double length) {
+// The first `count` values, whose sum is `total`, stretched to `length`; rounded so that the sum
+// stays within half a unit of it.
+Dashes Stretched(std::int32_t count, const std::array<std::int32_t, 20>& values, double total,
+                 double length) {
     Dashes dashes;
-    dashes.count = type.count;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(type.count); ++i) {
-        dashes.lengths[i] = TruncateToInt32(type.values[i] * length / type.total + 0.5);
+    dashes.count = count;
+    double sum = 0.0;
+    std::int32_t sent = 0;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+        sum += values[i];
+        dashes.lengths[i] = WrapSubtract(RoundToInt32(sum * length / total), sent);
+        sent = WrapAdd(sent, dashes.lengths[i]);
     }
     return dashes;
 }
@@ -56,6 +66,7 @@ void SelectDashes(Parameters& in, const CoordinateState& c, LineState& lines, Ou
     }
     if (type == kRestore) {
         lines.dashes = lines.savedDashes;
+        lines.fittedDashes = lines.dashes;
         return SendDashes(lines.dashes, out);
     }
     lines.savedDashes = lines.dashes;
@@ -64,9 +75,23 @@ void SelectDashes(Parameters& in, const CoordinateState& c, LineState& lines, Ou
         type == kAbsentShort ? nullptr : FindType(lines, std::abs(type));
     if (found != nullptr) {
         const double unit = lines.dashMillimetres ? kUnitsPerMillimetre : c.p1p2Distance / 100.0;
-        lines.dashes = Stretched(*found, type == 0 ? kLongestDot : lines.dashLength * unit);
+        lines.dashes = Stretched(found->count, found->values, found->total,
+                                 type == 0 ? kLongestDot : lines.dashLength * unit);
+        lines.dashes.adaptive = type < 0;
     }
+    lines.fittedDashes = lines.dashes;
     SendDashes(lines.dashes, out);
+}
+
+void FitDashes(double length, LineState& lines, Output& out) {
+    const Dashes& dashes = lines.dashes;
+    const double pattern = std::accumulate(dashes.lengths.begin(), dashes.lengths.end(), 0.0);
+    if (length <= 0.0 || pattern <= 0.0) return;
+    const double patterns = std::max(std::round(length / pattern), 1.0);
+    const Dashes fitted = Stretched(dashes.count, dashes.lengths, pattern, length / patterns);
+    if (fitted.lengths == lines.fittedDashes.lengths) return;
+    lines.fittedDashes = fitted;
+    SendDashes(fitted, out);
 }
 
 void SendDashes(const Dashes& dashes, Output& out) {

@@ -139,11 +139,14 @@ void EdgePolygon(Drawing& drawing) {
     }
 }
 
-// FP; its fill rule is not read, and nothing is sent for a white pen with transparency.
-void FillPolygon(Drawing& drawing, const PenState& pens, const FillState& fill) {
+// FP [rule]: 0 even-odd, 1 non-zero winding; nothing is sent for a white pen with transparency.
+// Quirk: the rule is not read.
+void FillPolygon(Parameters& in, Drawing& drawing, const PenState& pens, const FillState& fill) {
     PolygonBuffer& polygon = drawing.polygon;
     if (polygon.mode) polygon.Close(drawing.motion.penDown, drawing.reading);
-    if (drawing.reading.fillsByType) return FillBuffer(drawing, pens, fill);
+    if (drawing.reading.fillsByType) {
+        return FillBuffer(drawing, pens, fill, in.GetShortOr(0) == 1);
+    }
     if (polygon.vertices.empty() || pens.WhitePenSuppressed) return;
     drawing.out.SetLineWidth(0);
     PolygonGroups area = GroupVertices(polygon.vertices, drawing.coordinates);

@@ -12,6 +12,7 @@
 
 namespace qm {
 
+struct ArcSteps;
 struct CoordinateState;
 struct Drawing;
 struct Parameters;
@@ -45,8 +46,9 @@ struct FillState {
 // pattern. One that is missing is as the type was last given.
 void TakeFillOptions(Parameters& in, const CoordinateState& c, FillState& fill);
 
-// Fills what the polygon buffer holds. Nothing for a white pen with transparency.
-void FillBuffer(Drawing& drawing, const PenState& pens, const FillState& fill);
+// Fills what the polygon buffer holds: what its edges wind around, or (not `winding`) what an odd
+// number of them encloses. Nothing for a white pen with transparency.
+void FillBuffer(Drawing& drawing, const PenState& pens, const FillState& fill, bool winding);
 
 // Draws the edges of the polygon buffer that lie between pen-down points.
 void EdgeBuffer(Drawing& drawing);
@@ -55,8 +57,8 @@ void EdgeBuffer(Drawing& drawing);
 // nothing done, while a polygon is recorded.
 bool BufferRectangle(Drawing& drawing, PointD corner);
 
-// Puts a sector about the pen into the polygon buffer, of a whole turn or more the circle; angles
-// in radians. False, and nothing done, while a polygon is recorded or when an angle is no number.
-bool BufferWedge(Drawing& drawing, double radius, double start, double sweep);
+// Puts a sector about the pen into the polygon buffer, of a whole turn the circle. False, and
+// nothing done, while a polygon is recorded or when an angle of the arc was no number.
+bool BufferWedge(Drawing& drawing, double radius, const ArcSteps& arc);
 
 }  // namespace qm

@@ -26,6 +26,7 @@ constexpr double kWidthOfHeight = 0.285 / 0.375;
 constexpr int kTabColumns = 8;
 
 constexpr char kTab = 9;
+constexpr char kVerticalTab = 11;
 constexpr char kShiftOut = 14;
 constexpr char kShiftIn = 15;
 
@@ -113,11 +114,14 @@ class Cells {
 class PlainPaper {
   public:
     explicit PlainPaper(Drawing& drawing)
-        : drawing_(drawing), scaled_(std::exchange(drawing.coordinates.scaleOn, false)) {
-        if (drawing.lines.dashes.count > 0) SendDashes({}, drawing.out);
+        : drawing_(drawing),
+          scaled_(std::exchange(drawing.coordinates.scaleOn, false)),
+          dashes_(std::exchange(drawing.lines.dashes, {})) {
+        if (dashes_.count > 0) SendDashes({}, drawing.out);
     }
     ~PlainPaper() {
-        if (drawing_.lines.dashes.count > 0) SendDashes(drawing_.lines.dashes, drawing_.out);
+        if (dashes_.count > 0) SendDashes(dashes_, drawing_.out);
+        drawing_.lines.fittedDashes = drawing_.lines.dashes = dashes_;
         drawing_.coordinates.scaleOn = scaled_;
     }
     PlainPaper(const PlainPaper&) = delete;
@@ -126,6 +130,7 @@ class PlainPaper {
   private:
     Drawing& drawing_;
     bool scaled_;
+    Dashes dashes_;
 };
 
 void DrawGlyphAt(Drawing& drawing, const GlyphTransform& transform, const unsigned char* glyph,
@@ -155,15 +160,16 @@ class GridWriter {
     // Draws the lines between `text` and `end`; returns where the pen ends.
     PointD Write(char* text, char* end) {
         while (text < end) {
-            char* const lineEnd = std::find_if(
-                text, end, [this](char c) { return IsControl(c) && (c == '\r' || c == '\n'); });
+            char* const lineEnd =
+                std::find_if(text, end, [this](char c) { return IsControl(c) && EndsLine(c); });
             WriteLine(text, lineEnd);
             if (lineEnd == end) break;
-            if (*lineEnd == '\n') {
-                pen_ = pen_ + cells_.LineFeed();
-                label_.grid.lineStart = label_.grid.lineStart + cells_.LineFeed();
-            } else {
+            if (*lineEnd == '\r') {
                 pen_ = label_.grid.lineStart;
+            } else {
+                const PointD feed = Times(cells_.LineFeed(), *lineEnd == '\n' ? 1.0 : -1.0);
+                pen_ = pen_ + feed;
+                label_.grid.lineStart = label_.grid.lineStart + feed;
             }
             text = lineEnd + 1;
         }
@@ -175,10 +181,24 @@ class GridWriter {
         return sized_.TransparentData == 0 && static_cast<unsigned char>(c) < ' ';
     }
 
+    // A vertical tab is a line feed upwards.
+    static bool EndsLine(char c) { return c == '\r' || c == '\n' || c == kVerticalTab; }
+
+    // How many columns the pen stands behind the carriage-return point, from which tabs count.
+    int StartColumn() const {
+        const PointD step = cells_.Step();
+        const PointD run = pen_ - label_.grid.lineStart;
+        const double square = step.x * step.x + step.y * step.y;
+        if (!(square > 0.0)) return 0;
+        constexpr double kMost = 1e6;
+        const double columns = (run.x * step.x + run.y * step.y) / square;
+        return RoundToInt32(std::clamp(columns, 0.0, kMost));
+    }
+
     // Where control character `c` puts a line that stands at `column`.
-    static int ColumnBehind(int column, char c) {
+    int ColumnBehind(int column, char c) const {
         if (c == static_cast<char>(kBackspace)) return column - 1;
-        if (c == kTab) return column + kTabColumns - column % kTabColumns;
+        if (c == kTab) return column + kTabColumns - (startColumn_ + column) % kTabColumns;
         return column;
     }
 
@@ -194,6 +214,7 @@ class GridWriter {
     }
 
     void WriteLine(char* text, char* end) {
+        startColumn_ = StartColumn();
         const PointD origin = pen_ + cells_.OriginOffset(Width(text, end));
         int column = 0;
         while (text < end) {
@@ -230,6 +251,7 @@ class GridWriter {
     Cells cells_;
     GlyphTransform transform_;
     PointD pen_;
+    int startColumn_ = 0;  // of the line being written
 };
 
 // The pen on the paper; a label that does not stand where the last one ended begins lines anew.

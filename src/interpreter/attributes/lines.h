@@ -45,6 +45,7 @@ struct UserLineType {
 struct Dashes {
     std::int32_t count = 0;
     std::array<std::int32_t, 20> lengths{};
+    bool adaptive = false;  // stretched so that a whole number of patterns fits each segment
 };
 
 struct LineState {
@@ -60,6 +61,7 @@ struct LineState {
 
     Dashes dashes;            // in force
     Dashes savedDashes;       // what LT99 brings back
+    Dashes fittedDashes;      // of an adaptive type, as last sent
     double dashLength = 4.0;  // of a pattern, percent of the distance of P1 and P2 or millimetres
     bool dashMillimetres = false;
 
@@ -94,10 +96,14 @@ inline std::int32_t ClampWidth(double width) { return ClampTruncated(width, 0); 
 // LT [type [, length [, mode]]]: the pattern of a user-defined or predefined type, `length` long:
 // in percent of the distance of P1 and P2 (mode 0) or millimetres (mode 1); as last given or 4
 // percent when it is missing. Without a type solid; 99 brings back what was in force before.
-// Adaptive types (negative) are drawn as fixed ones.
+// Negative types are adaptive: FitDashes sends them.
 void SelectDashes(Parameters& in, const CoordinateState& c, LineState& lines, Output& out);
 
 // Sends dashes; solid for none.
 void SendDashes(const Dashes& dashes, Output& out);
+
+// Sends the adaptive type in force for a segment of `length` plotter units, when it differs from
+// what was sent last.
+void FitDashes(double length, LineState& lines, Output& out);
 
 }  // namespace qm

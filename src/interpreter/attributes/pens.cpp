@@ -26,6 +26,14 @@ void PenState::SetWidths(double width) {
     for (Pen& pen : PenTable) pen.width = width;
 }
 
+double PenState::DefaultWidth(const Reading& reading, const CoordinateState& coordinates) const {
+    constexpr double kMillimetres = 0.35;
+    constexpr double kPercent = 0.1;  // of the distance of P1 and P2
+    if (!reading.pensHaveWidth) return 0.0;
+    return WidthUnitRelative ? kPercent / 100.0 * coordinates.p1p2Distance
+                             : kMillimetres * kUnitsPerMillimetre;
+}
+
 void PenState::UpdateWhitePen() {
     WhitePenSuppressed = Transparency && Get(CurrentPen).colour == kWhite;
 }
@@ -38,6 +46,7 @@ void PenState::Select(std::int32_t pen, LineState& lines, Output& out) {
     if (pen == kAbsentShort) pen = 0;
     if (pen >= kPenCount) pen = (pen - 1) % 255 + 1;
     CurrentPen = pen;
+    selected = true;
     const Pen entry = Get(pen);
     lines.SendWidth(ClampWidth(entry.width), out);
     out.SetColor(entry.colour);
@@ -103,18 +112,22 @@ void PenWidth(Parameters& in, const Reading& reading, const CoordinateState& coo
             pens.PenTable[static_cast<std::size_t>(pen)].width = width;
         }
     } else {
-        pens.SetWidths(0.0);
+        pens.SetWidths(pens.DefaultWidth(reading, coordinates));
     }
     lines.SendWidth(ClampWidth(pens.Get(pens.CurrentPen).width), out);
 }
 
 // WU [mode]: 0 millimetres, 1 relative. Quirk: only WU without a mode clears the widths; none is
 // sent.
-void PenWidthUnit(Parameters& in, PenState& pens) {
+void PenWidthUnit(Parameters& in, const Reading& reading, const CoordinateState& coordinates,
+                  PenState& pens, LineState& lines, Output& out) {
     const std::int16_t mode = in.GetShortParam();
     if (mode == kAbsentShort) pens.SetWidths(0.0);
     if (mode == kAbsentShort || mode == 0) pens.WidthUnitRelative = false;
     if (mode == 1) pens.WidthUnitRelative = true;
+    if (!reading.pensHaveWidth) return;
+    pens.SetWidths(pens.DefaultWidth(reading, coordinates));
+    lines.SendWidth(ClampWidth(pens.Get(pens.CurrentPen).width), out);
 }
 
 // PC [pen [, red, green, blue]]; without components the pen's default colour, without a pen all

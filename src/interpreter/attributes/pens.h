@@ -12,7 +12,9 @@
 namespace qm {
 
 class Output;
+struct CoordinateState;
 struct LineState;
+struct Reading;
 
 inline constexpr std::int32_t kPenCount = 256;
 inline constexpr std::uint32_t kWhite = kWhiteColour.ToBgr();
@@ -50,6 +52,9 @@ struct PenState {
     // All pens: the default colour, one width.
     void ResetColours();
     void SetWidths(double width);
+    // What PW alone, WU and IN give every pen: 0, the thinnest line.
+    // Quirk: pens have no width of their own.
+    double DefaultWidth(const Reading& reading, const CoordinateState& coordinates) const;
     // Makes WhitePenSuppressed follow the current pen's colour and Transparency.
     void UpdateWhitePen();
     // The pen's entry; pens outside the table (negative ones) are thin and black.
@@ -57,6 +62,7 @@ struct PenState {
 
     std::array<Pen, kPenCount> PenTable;
     std::int32_t CurrentPen = 0;  // can be negative
+    bool selected = false;        // Select was called; until then lines are black
     bool WidthUnitRelative =
         false;                 // WU: widths in thousandths of the P1-P2 distance, else millimetres
     bool Transparency = true;  // white is transparent

@@ -67,6 +67,10 @@ bool ReachesOutside(const Contour& polygon, const ClipWindow& window);
 // even-odd area instead, because the clipper's time and memory grow with each meeting.
 std::vector<Contour> ClipPolygon(const Contour& polygon, const ClipWindow& window);
 
+// Contours that enclose by the even-odd rule what `contours` together wind around (non-zero rule).
+// Contours whose edges meet each other too often stay as they are.
+std::vector<Contour> WoundAround(std::vector<Contour> contours);
+
 inline constexpr std::int64_t kMaxEdgeMeetings = 65536;
 
 }  // namespace qm

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <utility>
 
+#include "clipping/winding.h"
 #include "common/numbers.h"
 
 extern "C" {
@@ -102,18 +103,24 @@ bool Meet(const Edge& l, const Edge& r) {
            !(Side(l, r.a) * Side(l, r.b) > 0.0) && !(Side(r, l.a) * Side(r, l.b) > 0.0);
 }
 
-// Whether more than kMaxEdgeMeetings pairs of edges touch or cross; neighbours count. Few vertices
-// cannot reach the limit; 14999 cost at most a tenth of a second.
-bool MeetsItselfTooOften(const Vertices& polygon) {
-    const auto count = static_cast<std::int64_t>(polygon.size());
-    if (count * (count - 1) / 2 <= kMaxEdgeMeetings) return false;
-    std::vector<Edge> edges;
-    edges.reserve(polygon.size());
+void AddEdges(const Vertices& polygon, std::vector<Edge>& edges) {
+    if (polygon.empty()) return;
     gpc_vertex previous = polygon.back();
     for (const gpc_vertex v : polygon) {
         edges.push_back({previous, v, std::min(previous.x, v.x), std::max(previous.x, v.x)});
         previous = v;
     }
+}
+
+// Whether more than kMaxEdgeMeetings pairs of edges touch or cross; neighbours count. Few vertices
+// cannot reach the limit; 14999 cost at most a tenth of a second.
+bool MeetTooOften(const std::vector<Vertices>& polygons) {
+    std::int64_t count = 0;
+    for (const Vertices& polygon : polygons) count += static_cast<std::int64_t>(polygon.size());
+    if (count * (count - 1) / 2 <= kMaxEdgeMeetings) return false;
+    std::vector<Edge> edges;
+    edges.reserve(static_cast<std::size_t>(count));
+    for (const Vertices& polygon : polygons) AddEdges(polygon, edges);
     std::sort(edges.begin(), edges.end(),
               [](const Edge& l, const Edge& r) { return l.xMin < r.xMin; });
     std::int64_t meetings = 0;
@@ -176,9 +183,18 @@ bool ReachesOutside(const Contour& polygon, const ClipWindow& window) {
 }
 
 std::vector<Contour> ClipPolygon(const Contour& polygon, const ClipWindow& window) {
-    Vertices vertices = ToVertices(polygon);
-    if (MeetsItselfTooOften(vertices)) return ClipJoined(std::move(vertices), window);
-    return ClipExactly(std::move(vertices), window);
+    std::vector<Vertices> polygons{ToVertices(polygon)};
+    const bool joined = MeetTooOften(polygons);
+    Vertices& vertices = polygons.front();
+    return joined ? ClipJoined(std::move(vertices), window)
+                  : ClipExactly(std::move(vertices), window);
+}
+
+std::vector<Contour> WoundAround(std::vector<Contour> contours) {
+    std::vector<Vertices> polygons;
+    std::transform(contours.begin(), contours.end(), std::back_inserter(polygons), ToVertices);
+    if (!MeetTooOften(polygons)) ResolveWinding(contours);
+    return contours;
 }
 
 }  // namespace qm

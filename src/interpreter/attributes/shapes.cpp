@@ -56,16 +56,20 @@ class FillPattern {
 void FillRectangleByType(Drawing& drawing, PointD corner, const PenState& pens,
                          const FillState& fill) {
     if (drawing.lines.MergeOpcode == kMergeNoRectangles) return;
-    if (BufferRectangle(drawing, corner)) FillBuffer(drawing, pens, fill);
+    if (BufferRectangle(drawing, corner)) FillBuffer(drawing, pens, fill, false);
 }
 void EdgeRectangle(Drawing& drawing, PointD corner) {
     if (BufferRectangle(drawing, corner)) EdgeBuffer(drawing);
 }
 
 // The sector of WG and EW, whose numbers stand in the slots.
-bool BufferWedgeOf(const Parameters& in, Drawing& drawing) {
-    return BufferWedge(drawing, in.slots[0], in.slots[1] * kRadiansPerDegree,
-                       in.slots[2] * kRadiansPerDegree);
+bool BufferWedgeOf(Parameters& in, Drawing& drawing) {
+    const double radius = in.slots[0];
+    double chord = 0.0;
+    if (drawing.reading.cutsByChord) in.GetRealParam(chord);
+    const ArcSteps arc = CutArc(in.slots[1] * kRadiansPerDegree, in.slots[2] * kRadiansPerDegree,
+                                ChordOf(drawing.motion, chord, radius));
+    return BufferWedge(drawing, radius, arc);
 }
 
 }  // namespace
@@ -120,7 +124,7 @@ void EdgeRectangleRelative(Parameters& in, Drawing& drawing) {
 void FillWedge(Parameters& in, Drawing& drawing, const PenState& pens, const FillState& fill) {
     if (in.GetParams(3) < 3) return;
     if (drawing.reading.fillsByType) {
-        if (BufferWedgeOf(in, drawing)) FillBuffer(drawing, pens, fill);
+        if (BufferWedgeOf(in, drawing)) FillBuffer(drawing, pens, fill, false);
         return;
     }
     const double radius = in.slots[0];

@@ -245,7 +245,7 @@ std::int64_t PlaneBytes(std::int32_t width) { return (std::max<std::int64_t>(wid
 void MergePlaneRow(const std::uint8_t* planes, std::uint8_t* row, std::int32_t width, int kind) {
     static const std::array<std::uint64_t, 256> kSpread = MakeSpreadTable();
     // Quirk: of four planes only three are merged, so their indexes stay below 8.
-    const unsigned count = kind == kEightPlanes ? 8 : 3;
+    const unsigned count = kind == kEightPlanes ? 8 : kind == kAllFourPlanes ? 4 : 3;
     const auto planeBytes = static_cast<std::size_t>(PlaneBytes(width));
     const auto pixels = static_cast<std::size_t>(width);
     for (std::size_t i = 0; i < planeBytes; ++i) {

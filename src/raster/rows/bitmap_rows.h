@@ -91,7 +91,13 @@ void CopyUpright(const BitmapTarget& target, const RowBand& band);
 int RotateRows(const BitmapTarget& target, const RowBand& band, int angle);
 
 // Which planes of a row are merged: the kinds of picture by their plane formats.
-enum PlaneKind : int { kNoPlanes = 0, kEightPlanes = 1, kThreePlanes = 3, kFourPlanes = 4 };
+enum PlaneKind : int {
+    kNoPlanes = 0,
+    kEightPlanes = 1,
+    kAllFourPlanes = 2,
+    kThreePlanes = 3,
+    kFourPlanes = 4  // of which three are merged
+};
 
 // Bytes of one plane of a row.
 std::int64_t PlaneBytes(std::int32_t width);

@@ -76,6 +76,15 @@ void SetFourPlanePalette(RasterPalette& palette) {
     }
 }
 
+void SetDevicePalette(RasterPalette& palette, std::int32_t planes) {
+    if (planes == 3) {
+        std::copy(std::begin(kConfigured), std::end(kConfigured), palette.entries.begin());
+    } else if (planes == 1) {
+        palette.entries[0] = kWhite;
+        palette.entries[1] = kBlack;
+    }
+}
+
 void ApplyConfigureDefaults(RasterPalette& palette, int bitsPerIndex) {
     if (bitsPerIndex > 1) {
         for (std::size_t i = 0; i < 8; ++i) {

@@ -39,6 +39,10 @@ void SetForeground(RasterPalette& palette, std::int32_t index);
 void SetThreePlanePalette(RasterPalette& palette);
 void SetFourPlanePalette(RasterPalette& palette);
 
+// ESC*r1U: white and black; ESC*r3U: the eight colours of red, green and blue light. Nothing for
+// other numbers of planes; entries beyond stay as they were, marks too.
+void SetDevicePalette(RasterPalette& palette, std::int32_t planes);
+
 // ESC*v#W: with more than one bit per index the entries 0 to 7 that the plot did not define get
 // their default colours; with one bit, and no entry ever defined, white and black.
 void ApplyConfigureDefaults(RasterPalette& palette, int bitsPerIndex);

@@ -36,13 +36,10 @@ Turn TurnOf(const PageTurn& page) {
     return turn;
 }
 
-struct PictureSize {
-    double width;
-    double height;
-};
+}  // namespace
 
-// Size of the picture before its turn, in plotter units.
-PictureSize SizeOf(const PictureFrame& frame, std::int32_t rows, double unitsPerDot) {
+PointD PictureSize(const PictureFrame& frame, std::int32_t rows) {
+    const double unitsPerDot = kUnitsPerInch / frame.resolution;
     if (frame.destinationWidth == 0) {
         return {unitsPerDot * frame.sourceWidth, unitsPerDot * rows};
     }
@@ -54,16 +51,14 @@ PictureSize SizeOf(const PictureFrame& frame, std::int32_t rows, double unitsPer
     return {kUnitsPerDecipoint * frame.destinationWidth, height};
 }
 
-}  // namespace
-
 Placement PlacePicture(const PictureFrame& frame, std::int32_t rows, RasterCursor cursor,
                        const PageTurn& page) {
     const double unitsPerDot = kUnitsPerInch / frame.resolution;
     const Turn turn = TurnOf(page);
-    PictureSize extent = SizeOf(frame, rows, unitsPerDot);
-    if (IsQuarterTurn(turn.angle)) std::swap(extent.width, extent.height);
-    const double horizontal = extent.width * turn.horizontalSign;
-    const double vertical = extent.height * turn.verticalSign;
+    PointD extent = PictureSize(frame, rows);
+    if (IsQuarterTurn(turn.angle)) std::swap(extent.x, extent.y);
+    const double horizontal = extent.x * turn.horizontalSign;
+    const double vertical = extent.y * turn.verticalSign;
 
     const double down = cursor.down;
     const double across = cursor.across;

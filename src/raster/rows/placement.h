@@ -49,6 +49,9 @@ struct Placement {
     RasterCursor cursor;
 };
 
+// The size of a picture of `rows` rows before its turn, plotter units.
+PointD PictureSize(const PictureFrame& frame, std::int32_t rows);
+
 // Places a picture of `rows` rows that starts at `cursor`. A resolution of 0 gives coordinates of
 // -2147483648 as every conversion out of range does.
 Placement PlacePicture(const PictureFrame& frame, std::int32_t rows, RasterCursor cursor,

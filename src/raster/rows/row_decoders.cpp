@@ -96,4 +96,56 @@ void DecodeDeltaRow(ByteSpan data, const std::uint8_t* seed, const RowTarget& ta
     }
 }
 
+namespace {
+
+std::size_t RunLengthSize(ByteSpan data) {
+    std::size_t size = 0;
+    for (std::size_t i = 0; i + 1 < data.size; i += 2) size += std::size_t{data.data[i]} + 1;
+    return size;
+}
+
+std::size_t PackBitsSize(ByteSpan data) {
+    std::size_t size = 0;
+    for (std::size_t i = 0; i < data.size;) {
+        const std::size_t control = data.data[i];
+        if (control < 128) size += std::min(control + 1, data.size - i - 1);
+        if (control > 128 && i + 1 < data.size) size += 257 - control;
+        i += control < 128 ? control + 2 : control > 128 ? 2 : 1;
+    }
+    return size;
+}
+
+std::size_t DeltaSize(ByteSpan data) {
+    std::size_t size = 0;
+    for (std::size_t i = 0; i < data.size;) {
+        const std::size_t command = data.data[i++];
+        std::size_t offset = command & 31;
+        for (std::size_t more = 255; offset >= 31 && more == 255 && i < data.size; ++i) {
+            more = data.data[i];
+            offset += more;
+        }
+        const std::size_t bytes = std::min((command >> 5) + 1, data.size - i);
+        if (bytes > 0) size += offset + bytes;
+        i += bytes;
+    }
+    return size;
+}
+
+}  // namespace
+
+std::size_t DecodedSize(ByteSpan data, int method) {
+    switch (method) {
+        case 0:
+            return data.size;
+        case 1:
+            return RunLengthSize(data);
+        case 2:
+            return PackBitsSize(data);
+        case 3:
+            return DeltaSize(data);
+        default:
+            return SIZE_MAX;
+    }
+}
+
 }  // namespace qm

@@ -51,4 +51,8 @@ void DecodeDeltaRow(ByteSpan data, const std::uint8_t* seed, const RowTarget& ta
 // left and right of the row count as zeros. A colour cut off by the end of the data ends the row.
 void DecodeReplacementDeltaRow(ByteSpan data, const std::uint8_t* seed, const RowTarget& target);
 
+// How many bytes of a row, or of a plane, the data of methods 0 to 3 reaches over; SIZE_MAX for
+// other methods.
+std::size_t DecodedSize(ByteSpan data, int method);
+
 }  // namespace qm

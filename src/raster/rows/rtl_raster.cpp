@@ -17,6 +17,7 @@ constexpr int kReplacementDelta = 10;
 std::int64_t StoredRowBytes(std::int32_t width, int bits, PlaneKind kind) {
     std::int64_t planes = 0;
     if (kind == kThreePlanes || kind == kFourPlanes) planes = kind;
+    if (kind == kAllFourPlanes) planes = 4;
     if (kind == kEightPlanes) planes = 8;
     // Eight planes of 1, 9, 17 or 25 pixels, say, are longer than the padded eight-bit row.
     return std::max(PackedStride(width, bits), planes * PlaneBytes(width));
@@ -74,6 +75,7 @@ int CRTLRaster::AddRow(std::int32_t row, ByteSpan data, int method, std::size_t 
     if (target == nullptr) return 0;
     hasRows_ = true;
     rowCount_ = std::max(rowCount_, row + 1);
+    if (measuring_) widestRow_ = std::max(widestRow_, DecodedSize(data, method));
     Decode(method, data, Seed(), {target, rowBytes, offset, count == 0 ? rowBytes : count});
     if (advanceSeed) seedRow_ = row;
     return 1;
@@ -114,6 +116,16 @@ void CRTLRaster::AddSeedCopies(std::int32_t row, std::int32_t count) {
     seedRow_ = last;
 }
 
+std::int32_t CRTLRaster::ShownWidth() const {
+    if (!measuring_) return width_;
+    const std::size_t pixelBits =
+        planeKind_ == kNoPlanes ? static_cast<std::size_t>(std::max(bitsPerPixel_, 1)) : 1;
+    // A row of more bytes than the widest can be needs no exact count.
+    const std::size_t bytes = std::min(widestRow_, RowBytes());
+    return static_cast<std::int32_t>(
+        std::min<std::size_t>(bytes * 8 / pixelBits, static_cast<std::size_t>(width_)));
+}
+
 // Planes of other depths cannot be merged; their rows go into the bitmap as they are.
 void CRTLRaster::MergePlanes() {
     if (bitsPerPixel_ != 8) return;
@@ -133,6 +145,7 @@ std::optional<std::size_t> CRTLRaster::PrepareBitmap(int angle) {
     bitmapRows_ = rowCount_++;
     if (!hasRows_) return std::nullopt;
     if (planeKind_ != kNoPlanes) MergePlanes();
+    width_ = ShownWidth();
     return IsQuarterTurn(angle) ? PackedBitmapSize(bitmapRows_, width_, bitsPerPixel_)
                                 : PackedBitmapSize(width_, bitmapRows_, bitsPerPixel_);
 }

@@ -82,6 +82,11 @@ class CRTLRaster {
     void AddEmptyRows(std::int32_t row, std::int32_t count);
     void AddSeedCopies(std::int32_t row, std::int32_t count);
 
+    // From now on the picture shows as many pixels of its rows as the widest one brings.
+    void MeasureRows() { measuring_ = true; }
+    // The pixels per row that the bitmap shows.
+    std::int32_t ShownWidth() const;
+
     // The colour table of the bitmap; black until set.
     void SetColours(const std::array<PaletteEntry, kPaletteEntries>& colours) {
         colours_ = colours;
@@ -118,6 +123,8 @@ class CRTLRaster {
     std::int32_t rowCount_ = 0;
     std::int32_t bitmapRows_ = 0;  // of the bitmap being made
     bool hasRows_ = false;
+    bool measuring_ = false;
+    std::size_t widestRow_ = 0;  // bytes of a row or of a plane
     std::array<PaletteEntry, kPaletteEntries> colours_{};
 };
 

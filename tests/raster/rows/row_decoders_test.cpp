@@ -149,5 +149,17 @@ TEST(RowDecoders, RandomDataStaysInsideTheRow) {
     }
 }
 
+// What a row takes that is not told how wide it is.
+TEST(RowDecoders, DecodedSize) {
+    const auto size = [](int method, const Bytes& data) {
+        return DecodedSize({data.data(), data.size()}, method);
+    };
+    EXPECT_EQ(size(0, {1, 2, 3}), 3U);
+    EXPECT_EQ(size(1, {4, 7, 0, 7, 9}), 6U);                  // an odd byte is dropped
+    EXPECT_EQ(size(2, {1, 5, 6, 254, 7, 128, 3, 8, 9}), 7U);  // the last literal lacks two bytes
+    EXPECT_EQ(size(3, {0x22, 5, 6, 0x1F, 1, 7, 0x03}), 37U);  // an offset without data adds nothing
+    EXPECT_EQ(size(10, {1}), SIZE_MAX);
+}
+
 }  // namespace
 }  // namespace qm
