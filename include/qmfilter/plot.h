@@ -184,14 +184,22 @@ using Progress = std::function<bool(int percent)>;
 // plotter draws.
 enum class Reading { kEngine, kPlotter };
 
+// What is in the plotter of Reading::kPlotter when a plot gives no size of its own: millimetres, 10
+// to 10000, either side first. Without them (and for other sizes) A4 with the margins of a desktop
+// plotter.
+struct Sheet {
+    double width = 0.0;
+    double height = 0.0;
+};
+
 class Plot {
   public:
     // Reads the whole plot at `path` (also a zip archive that holds a plan.prn). Throws PlotError.
     static Plot Open(const std::string& path, const Progress& progress = {},
-                     Reading reading = Reading::kEngine);
+                     Reading reading = Reading::kEngine, const Sheet& sheet = {});
     // The same for bytes in memory, which are copied; no archives. Throws PlotError.
     static Plot FromBytes(std::string_view bytes, const Progress& progress = {},
-                          Reading reading = Reading::kEngine);
+                          Reading reading = Reading::kEngine, const Sheet& sheet = {});
 
     // "HPGL/2" or "Nemetschek Allplan".
     const std::string& Format() const noexcept { return format_; }

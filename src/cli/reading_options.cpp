@@ -15,29 +15,15 @@ namespace qm::cli {
 namespace {
 
 // Whole sheets have P1 and P2 in their corners; on A4, A3 and their American likes a 7475A keeps
-// its margins (7475A programming, "Default P1 and P2"). Characters are 0.75 and 1.5 percent of the
-// distance, but no larger than HP-GL/2's.
-Sheet SheetBetween(PointD p1, PointD p2) {
-    constexpr PointD kCharacter{114.0, 150.0};
-    return {p1,
-            p2,
-            {std::min((p2.x - p1.x) * 0.0075, kCharacter.x),
-             std::min((p2.y - p1.y) * 0.015, kCharacter.y)}};
-}
-
-Sheet WholeSheet(double width, double height) {
-    return SheetBetween({0.0, 0.0}, {std::max(width, height) * kUnitsPerMillimetre,
-                                     std::min(width, height) * kUnitsPerMillimetre});
-}
-
-// A name, or WxH in millimetres of 10 to 10000.
+// its margins (7475A programming, "Default P1 and P2").
+// A name, or WxH in millimetres.
 std::optional<Sheet> SheetNamed(std::string name) {
     for (char& c : name) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
     if (name == "a4") return SheetBetween({603.0, 521.0}, {10603.0, 7721.0});
     if (name == "a3") return SheetBetween({170.0, 602.0}, {15370.0, 10602.0});
-    if (name == "a2") return WholeSheet(594.0, 420.0);
-    if (name == "a1") return WholeSheet(841.0, 594.0);
-    if (name == "a0") return WholeSheet(1189.0, 841.0);
+    if (name == "a2") return SheetOf(594.0, 420.0);
+    if (name == "a1") return SheetOf(841.0, 594.0);
+    if (name == "a0") return SheetOf(1189.0, 841.0);
     if (name == "letter") return SheetBetween({250.0, 596.0}, {10250.0, 7796.0});
     if (name == "tabloid") return SheetBetween({522.0, 259.0}, {15722.0, 10259.0});
     std::istringstream text(name);
@@ -45,10 +31,8 @@ std::optional<Sheet> SheetNamed(std::string name) {
     double width = 0.0;
     double height = 0.0;
     char by = '\0';
-    const auto fits = [](double side) { return side >= 10.0 && side <= 10000.0; };
     if (!(text >> width >> by >> height) || by != 'x' || !(text >> std::ws).eof()) return {};
-    if (!fits(width) || !fits(height)) return {};
-    return WholeSheet(width, height);
+    return SheetOf(width, height);
 }
 
 }  // namespace

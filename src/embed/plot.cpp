@@ -15,13 +15,17 @@ namespace qmfilter {
 
 namespace {
 
+qm::Reading ReadingOf(Reading reading, const Sheet& sheet) {
+    if (reading == Reading::kEngine) return {};
+    return qm::Reading::Plotter(qm::SheetOf(sheet.width, sheet.height).value_or(qm::Sheet()));
+}
+
 // The embedded host's classes and the import filter, on this thread while a plot is opened. The
 // pages need neither.
 class Components {
   public:
-    explicit Components(Reading reading) {
-        const auto factory = qm::MakeQmFilterFactory(
-            reading == Reading::kPlotter ? qm::Reading::Plotter() : qm::Reading());
+    explicit Components(const qm::Reading& reading) {
+        const auto factory = qm::MakeQmFilterFactory(reading);
         if (!factory) throw std::bad_alloc();
         status_ = host_.Status();
         if (FAILED(status_)) return;
@@ -55,7 +59,7 @@ class Components {
 }
 
 qm::OpenedPlot Load(IQmDataObject& source, const Progress& progress, const std::string& name,
-                    Reading reading) {
+                    const qm::Reading& reading) {
     const Components components(reading);
     if (FAILED(components.Status())) Fail(components.Status(), name);
     qm::OpenedPlot opened;
@@ -93,22 +97,24 @@ std::vector<Page> MakePages(qm::OpenedPlot& opened) {
 
 }  // namespace
 
-Plot Plot::Open(const std::string& path, const Progress& progress, Reading reading) {
+Plot Plot::Open(const std::string& path, const Progress& progress, Reading reading,
+                const Sheet& sheet) {
     qm::ComPtr<IQmDataObject> source;
     if (FAILED(qm::OpenFileObject(qm::Utf8ToWide(path), source.Put()))) {
         throw PlotError(Status::kUnreadable, path + ": cannot be read");
     }
-    qm::OpenedPlot opened = Load(*source, progress, path, reading);
+    qm::OpenedPlot opened = Load(*source, progress, path, ReadingOf(reading, sheet));
     Plot plot;
     plot.format_ = qm::WideToUtf8(opened.format);
     plot.pages_ = MakePages(opened);
     return plot;
 }
 
-Plot Plot::FromBytes(std::string_view bytes, const Progress& progress, Reading reading) {
+Plot Plot::FromBytes(std::string_view bytes, const Progress& progress, Reading reading,
+                     const Sheet& sheet) {
     qm::ComPtr<IQmDataObject> source;
     if (FAILED(qm::OpenMemoryObject(bytes, source.Put()))) throw std::bad_alloc();
-    qm::OpenedPlot opened = Load(*source, progress, "plot", reading);
+    qm::OpenedPlot opened = Load(*source, progress, "plot", ReadingOf(reading, sheet));
     Plot plot;
     plot.format_ = qm::WideToUtf8(opened.format);
     plot.pages_ = MakePages(opened);

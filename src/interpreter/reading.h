@@ -6,6 +6,8 @@
 // tests/interpreter/reading_test.cpp.
 #pragma once
 
+#include <optional>
+
 #include "common/geometry.h"
 
 namespace qm {
@@ -16,6 +18,14 @@ struct Sheet {
     PointD p2{10603.0, 7721.0};
     PointD characterSize{75.0, 108.0};  // of labels before any SI or SR
 };
+
+// With P1 and P2 there, and the characters of that distance: 0.75 and 1.5 percent of it, but no
+// larger than HP-GL/2's.
+Sheet SheetBetween(PointD p1, PointD p2);
+
+// A sheet of so many millimetres, 10 to 10000, either side first, with P1 and P2 in its corners;
+// nothing for other sizes.
+std::optional<Sheet> SheetOf(double width, double height);
 
 struct Reading {
     // The engine's reading.

@@ -215,7 +215,7 @@ TEST_F(QmplotTest, AReaderMayCloseItsPipe) {
 
 // 16 mm on A4, 40 mm on a sheet of 100 x 50 mm: every command passes the reading on.
 TEST_F(QmplotTest, EveryCommandTakesTheReading) {
-    Put("sc.plt", "IN;SP1;SC0,10000,0,7200;PU0,0;PD0,4000;PU;SP0;");
+    Put("sc.plt", "IN;SP1;PW0;SC0,10000,0,7200;PU0,0;PD0,4000;PU;SP0;");
     const std::string reading = " --reading plotter ";
     const auto has = [](const std::string& text, const std::string& part) {
         return text.find(part) != std::string::npos;

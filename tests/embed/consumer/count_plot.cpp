@@ -1,6 +1,7 @@
 // A program that embeds the filter: counts what is on each page, in the words of qmplot info.
 #include <qmfilter/plot.h>
 
+#include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -39,12 +40,13 @@ int main(int, char** arguments) try {
     Count(qmfilter::Plot::FromBytes(bytes));
     // Without an IP the engine's reading does not scale.
     const char* const kScaled = "IN;SP1;SC0,1,0,1;PU0,0;PD1,1;PU;PU;PU;";
-    const auto width = [kScaled](qmfilter::Reading reading) {
-        const auto drawn = qmfilter::Plot::FromBytes(kScaled, {}, reading).Pages().at(0);
+    const auto width = [kScaled](qmfilter::Reading reading, const qmfilter::Sheet& sheet = {}) {
+        const auto drawn = qmfilter::Plot::FromBytes(kScaled, {}, reading, sheet).Pages().at(0);
         return drawn.DrawnExtent().maxX - drawn.DrawnExtent().minX;
     };
     if (width(qmfilter::Reading::kPlotter) < 1000 || width(qmfilter::Reading::kEngine) > 10)
         return 1;
+    if (std::lround(width(qmfilter::Reading::kPlotter, {50.0, 100.0})) / 100 != 40) return 1;
     qmfilter::Plot::FromBytes("no plot");
 } catch (const qmfilter::PlotError& error) {
     std::printf("%s\n", error.what());
