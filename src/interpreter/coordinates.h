@@ -104,8 +104,8 @@ void PlacePoints(const Parameters& in, int given, const Sheet& sheet, const Page
 void PlacePointsInPercent(const Parameters& in, int given, const Sheet& sheet,
                           const PageState& page, CoordinateState& c, PenMotion& motion);
 
-// RO to `angle`, a multiple of 90 degrees, others change nothing: of a page that is still empty as a
-// whole, else of what follows on it. The pen keeps its place on the paper in the second case.
+// RO to `angle`, a multiple of 90 degrees, others change nothing: of a page that is still empty as
+// a whole, else of what follows on it. The pen keeps its place on the paper in the second case.
 void TurnCoordinates(std::int32_t angle, const PageState& page, Drawing& drawing);
 
 // SC: type 0, 1 (with the rest's shares left and below) or 2; a range or a factor of 0 changes
