@@ -1,62 +1,86 @@
-// CapsuleStrokes: lines in one colour over what is there, drawn segment by segment straight into
-// the band. The fast way for most lines; stroke_outline.h draws the rest. Test:
-// tests/render/bitmap/page_painter_test.cpp.
+// CapsuleStrokes: lines in one colour over what is there, drawn line by line straight into the
+// band. The fast way for most lines; stroke_outline.h draws the rest. Test:
+// tests/render/bitmap/page_painter_test.cpp, tests/render/bitmap/stroke_quality_test.cpp.
 //
-// A segment is a capsule: the dots up to half the pen's width away. Each dot remembers the stroke
-// that covered it last and how much: when another segment of the same stroke covers more of it, the
-// difference is mixed in, so that joints look like one line and not like two above each other.
+// A line is a capsule: the dots up to half the pen's width away. stroke_ink.h makes one area of
+// those of a stroke, thin_lines.h draws the thin ones.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "common/geometry.h"
 #include "render/bitmap/band.h"
 #include "render/bitmap/edge_profile.h"
+#include "render/bitmap/stroke_ink.h"
+#include "render/bitmap/thin_lines.h"
 
 namespace qm::bitmap {
 
 class CapsuleStrokes {
   public:
-    // What an end of a segment adds to it.
+    // What an end of a line adds to it.
     enum class End { kRound, kButt, kSquare };
     // Pens up to this half width have ends of any kind; wider ones are round.
-    static constexpr double kThin = 1.0;
+    static constexpr double kThin = ThinLines::kMostHalf;
+    static constexpr std::size_t kMostLines = StrokeInk::kMostLines;
 
-    CapsuleStrokes(Band& band, bool smooth) : band_(band), smooth_(smooth) {}
+    // Lines that continue each other; a stroke may be drawn in several pieces.
+    struct Piece {
+        const PointD* points;     // dots of the page, y down; equal ones make a dot
+        std::size_t count;        // at least 1
+        End first = End::kRound;  // of the ends that are free
+        End last = End::kRound;
+        const PointD* before = nullptr;  // the stroke's points next to the piece, if it goes on
+        const PointD* after = nullptr;
+    };
+
+    CapsuleStrokes(Band& band, bool smooth) : band_(band), smooth_(smooth), thin_(band, ink_) {}
 
     // Dots outside `bounds`, which lies in the band, stay as they are.
-    void SetBounds(const DotBox& bounds) { bounds_ = bounds; }
-    // The following segments belong to one stroke. `halfWidth` in dots, at least 0.5; `colour` is
-    // 0x00RRGGBB.
+    void SetBounds(const DotBox& bounds) {
+        bounds_ = bounds;
+        thin_.SetBounds(bounds);
+    }
+    // The following pieces belong to one stroke, of kMostLines lines at most. `halfWidth` in dots,
+    // at least 0.5; `colour` is 0x00RRGGBB.
     void Begin(double halfWidth, std::uint32_t colour);
-    // Points in dots of the page, y down. Points that are the same make a dot.
-    void Add(PointD from, PointD to, End fromEnd = End::kRound, End toEnd = End::kRound);
+    void Add(const Piece& piece);
+    // Instead of a piece of `lines` lines that the bounds do not show.
+    void Skip(std::size_t lines) { ink_.Skip(static_cast<std::uint32_t>(lines)); }
 
   private:
-    struct Segment;
+    // A line of a piece and how it goes on.
+    struct Line {
+        PointD from;
+        PointD to;
+        double length = 0.0;
+        PointD along{1.0, 0.0};
+
+        Line(PointD first, PointD second);
+    };
+
     struct Run {
         double low = 0.0;
         double high = -1.0;
     };
 
-    void AddThin(const Segment& segment, End fromEnd, End toEnd);
-    void AddThick(const Segment& segment);
-    void AddHard(const Segment& segment);
-    static Run RunOf(const Segment& segment, double radius, double y);
-    unsigned CoverageAt(const Segment& segment, double x, double y) const;
-    void Cover(BandDot& dot, unsigned coverage) const;
-    // Columns first to end - 1, already inside the bounds.
-    void Fill(BandDot* row, std::int32_t first, std::int32_t end) const;
-    double ExtensionOf(End end) const;
+    void AddThin(const Piece& piece);
+    void TakeLines(const Piece& piece);
+    void AddThick(const Line& line);
+    void AddHard(const Line& line);
+    static Run RunOf(const Line& line, double radius, double y);
+    unsigned CoverageAt(const Line& line, double x, double y) const;
 
     Band& band_;
     bool smooth_;
     DotBox bounds_;
+    StrokeInk ink_;
+    ThinLines thin_;
     EdgeProfile profile_;
-    const EdgeProfile::Line* line_ = nullptr;
     double halfWidth_ = 0.5;
-    std::uint32_t colour_ = 0;
-    std::uint32_t stroke_ = 0;  // number << 8
+    std::vector<Line> lines_;
 };
 
 }  // namespace qm::bitmap

@@ -11,26 +11,16 @@ namespace {
 
 constexpr double kSineOf45 = 0.70710678;
 
-struct Direction {
-    double larger = 1.0;  // the parts of a unit vector across the edge
-    double smaller = 0.0;
-};
-
-Direction DirectionAt(int index) {
-    const double smaller = kSineOf45 * index / (EdgeProfile::kDirections - 1);
-    return {std::sqrt(1.0 - smaller * smaller), smaller};
-}
-
 // The part of a square of side 1 whose middle lies `inside` dots inside a straight edge.
-double Covered(const Direction& across, double inside) {
-    const double reach = (across.larger + across.smaller) / 2.0;
-    const double straight = (across.larger - across.smaller) / 2.0;
+double Covered(PointD across, double inside) {
+    const double reach = (across.x + across.y) / 2.0;
+    const double straight = (across.x - across.y) / 2.0;
     if (inside >= reach) return 1.0;
     if (inside <= -reach) return 0.0;
-    if (std::abs(inside) <= straight) return 0.5 + inside / across.larger;
+    if (std::abs(inside) <= straight) return 0.5 + inside / across.x;
     // A corner is cut off, or is all that is covered.
     const double depth = reach - std::abs(inside);
-    const double corner = depth * depth / (2.0 * across.larger * across.smaller);
+    const double corner = depth * depth / (2.0 * across.x * across.y);
     return inside > 0.0 ? 1.0 - corner : corner;
 }
 
@@ -50,27 +40,20 @@ EdgeProfile::EdgeProfile() {
     }
 }
 
-int EdgeProfile::DirectionOf(double x, double y) {
-    const double smaller = std::min(std::abs(x), std::abs(y));
-    return std::clamp(RoundToInt32(smaller / kSineOf45 * (kDirections - 1)), 0, kDirections - 1);
+PointD EdgeProfile::DirectionAt(int direction) {
+    const double smaller = kSineOf45 * direction / (kDirections - 1);
+    return {std::sqrt(1.0 - smaller * smaller), smaller};
 }
 
-const EdgeProfile::Line& EdgeProfile::LineOf(double halfWidth) {
-    const int index = std::clamp(RoundToInt32((halfWidth - 0.5) * 64.0), 0, kWidths - 1);
-    std::unique_ptr<Line>& line = lines_[static_cast<std::size_t>(index)];
-    if (line) return *line;
-    line = std::make_unique<Line>();
-    const double half = 0.5 + index / 64.0;
-    for (int direction = 0; direction < kDirections; ++direction) {
-        const Direction across = DirectionAt(direction);
-        auto& row = line->coverage[static_cast<std::size_t>(direction)];
-        // The last one stays 0.
-        for (std::size_t step = 0; step + 1 < row.size(); ++step) {
-            const double away = (static_cast<double>(step) + 0.5) / kStepsPerDot;
-            row[step] = AsByte(Covered(across, half - away) + Covered(across, half + away) - 1.0);
-        }
-    }
-    return *line;
+int EdgeProfile::DirectionOf(double x, double y) {
+    const double smaller = std::min(std::abs(x), std::abs(y));
+    const std::int32_t direction = TruncateToInt32(smaller / kSineOf45 * (kDirections - 1) + 0.5);
+    return std::min(direction, kDirections - 1);
+}
+
+std::uint8_t EdgeProfile::CoverageOfLine(int direction, double halfWidth, double away) {
+    const PointD across = DirectionAt(direction);
+    return AsByte(Covered(across, halfWidth - away) + Covered(across, halfWidth + away) - 1.0);
 }
 
 }  // namespace qm::bitmap

@@ -5,8 +5,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
+#include "common/geometry.h"
 #include "common/numbers.h"
 
 namespace qm::bitmap {
@@ -18,16 +18,19 @@ class EdgeProfile {
     static constexpr double kReach = 0.75;
     static constexpr int kDirections = 17;
 
-    // Coverages 0 to 255 by the distance from a line's middle in steps; 0 behind the end.
-    struct Line {
-        static constexpr int kSteps = 224;  // half a width of 1 and the reach
-        std::array<std::array<std::uint8_t, kSteps>, kDirections> coverage{};
-    };
-
     EdgeProfile();
 
-    // Of a unit vector along the edge, or across it.
+    // The number of a unit vector's direction, along the edge or across it, and a unit vector of
+    // that number, between 0 and 45 degrees.
     static int DirectionOf(double x, double y);
+    static PointD DirectionAt(int direction);
+    // 0 to 255: of a dot whose centre lies `away` dots from the middle of an endless line,
+    // `halfWidth` (at least 0.5) dots to either side.
+    static std::uint8_t CoverageOfLine(int direction, double halfWidth, double away);
+    // Coverages of a dot from kReach outside to kReach inside in steps, the last one being whole.
+    const std::uint8_t* Edge(int direction) const {
+        return edge_[static_cast<std::size_t>(direction)].data();
+    }
     // `inside`: distance from the edge in dots, positive when the dot's centre is inside.
     unsigned Coverage(int direction, double inside) const {
         if (inside >= kReach) return 255;
@@ -35,15 +38,9 @@ class EdgeProfile {
         return edge_[static_cast<std::size_t>(direction)]
                     [static_cast<std::size_t>(TruncateToInt32((inside + kReach) * kStepsPerDot))];
     }
-    // Of lines `halfWidth` dots to either side, 0.5 to 1, which is rounded to 1/64. Made when it is
-    // first asked for.
-    const Line& LineOf(double halfWidth);
 
   private:
-    static constexpr int kWidths = 33;
-
     std::array<std::array<std::uint8_t, 193>, kDirections> edge_{};
-    std::array<std::unique_ptr<Line>, kWidths> lines_;
 };
 
 }  // namespace qm::bitmap

@@ -167,32 +167,30 @@ void PagePainter::Lines(const DrawingStyle& style, PointSpan points) {
 }
 
 void PagePainter::StrokeFast(const Look& look, PointSpan points, bool closed) {
-    using End = CapsuleStrokes::End;
     const double reach = look.shape.halfWidth + 1.0;
-    const End outer = closed ? End::kRound : look.end;
+    const CapsuleStrokes::End outer = closed ? CapsuleStrokes::End::kRound : look.end;
     const std::size_t lines = points.count - 1;
-    capsules_.Begin(look.shape.halfWidth, look.colour);
     for (std::size_t from = 0; from < lines; from += kPiece) {
-        const std::size_t end = std::min(from + kPiece, lines);
-        if (!MayShow(points.data + from, end - from + 1, reach)) continue;
-        PointD last = ToDots(points[from].x, points[from].y);
-        for (std::size_t i = from; i < end; ++i) {
-            const PointD next = ToDots(points[i + 1].x, points[i + 1].y);
-            capsules_.Add(last, next, i == 0 ? outer : End::kRound,
-                          i + 1 == lines ? outer : End::kRound);
-            last = next;
+        if (from % CapsuleStrokes::kMostLines == 0) {
+            capsules_.Begin(look.shape.halfWidth, look.colour);
         }
+        const std::size_t end = std::min(from + kPiece, lines);
+        if (!MayShow(points.data + from, end - from + 1, reach)) {
+            capsules_.Skip(kPiece);
+            continue;
+        }
+        // With the points next to the piece.
+        const std::size_t first = from == 0 ? 0 : from - 1;
+        const std::size_t last = std::min(end + 1, lines);
+        path_.clear();
+        for (std::size_t i = first; i <= last; ++i) {
+            path_.push_back(ToDots(points[i].x, points[i].y));
+        }
+        CapsuleStrokes::Piece piece{path_.data() + (from - first), end - from + 1, outer, outer};
+        if (first < from) piece.before = path_.data();
+        if (last > end) piece.after = &path_.back();
+        capsules_.Add(piece);
     }
-}
-
-void PagePainter::Capsules(const Look& look, const std::vector<PointD>& points, bool closed) {
-    using End = CapsuleStrokes::End;
-    const End outer = closed ? End::kRound : look.end;
-    for (std::size_t i = 1; i < points.size(); ++i) {
-        capsules_.Add(points[i - 1], points[i], i == 1 ? outer : End::kRound,
-                      i + 1 == points.size() ? outer : End::kRound);
-    }
-    if (points.size() == 1) capsules_.Add(points[0], points[0]);
 }
 
 // The line through path_, solid or dashed.
@@ -202,7 +200,8 @@ void PagePainter::StrokePath(const Look& look, bool closed) {
     StrokeOutline outline(area_, bounds_, look.shape);
     const auto add = [&](const std::vector<PointD>& points, bool isClosed) {
         if (look.isFast) {
-            Capsules(look, points, isClosed);
+            const CapsuleStrokes::End end = isClosed ? CapsuleStrokes::End::kRound : look.end;
+            capsules_.Add({points.data(), points.size(), end, end});
         } else {
             outline.Add(points, isClosed);
         }
@@ -220,7 +219,7 @@ void PagePainter::StrokePath(const Look& look, bool closed) {
 void PagePainter::StrokeDot(const Look& look, PointD centre) {
     if (look.ignoresPaper && !masked_) {
         capsules_.Begin(look.shape.halfWidth, look.colour);
-        return capsules_.Add(centre, centre);
+        return capsules_.Add({&centre, 1});
     }
     area_.Start(bounds_);
     StrokeOutline(area_, bounds_, look.shape).Add({centre}, false);

@@ -89,7 +89,6 @@ class PagePainter final : public DisplayListVisitor {
     void StrokeFast(const Look& look, PointSpan points, bool closed);
     void StrokePath(const Look& look, bool closed);
     void StrokeDot(const Look& look, PointD centre);
-    void Capsules(const Look& look, const std::vector<PointD>& points, bool closed);
     void SweepStroke(const Look& look);
     void SweepFill(const DrawingStyle& style);
     void Sweep(FillRule rule, const Ink& ink);
