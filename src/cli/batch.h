@@ -5,23 +5,18 @@
 #include <string>
 #include <vector>
 
+#include "cli/batch_options.h"
 #include "cli/conversion.h"
 #include "cli/messages.h"
 
 namespace qm::cli {
 
-struct BatchOptions {
-    std::string folder;          // where the outputs go
-    std::string ending = "svg";  // of their names, with or without dot
-    int jobs = 1;                // files converted at once
-    bool overwrite = false;      // plots may be replaced
-};
-
 struct Job {
     std::string input;
     std::string output;
-    bool walked = false;  // found in a folder: what is no plot there is skipped
-    std::string problem;  // why it cannot be done; empty: it can
+    bool walked = false;       // found in a folder: what is no plot there is skipped
+    bool inSubfolder = false;  // the output's folder has to be made
+    std::string problem;       // why it cannot be done; empty: it can
 };
 
 struct BatchPlan {
@@ -29,12 +24,14 @@ struct BatchPlan {
     std::size_t skipped = 0;  // hidden files and folders
 };
 
-// DIR/NAME.svg for each file, DIR/SUBFOLDER/NAME.svg for each file below a folder. Links to folders
-// are not followed there, and `options.folder` itself is left out.
-BatchPlan PlanBatch(const std::vector<std::string>& inputs, const BatchOptions& options);
+// DIR/NAME.svg for each file, DIR/SUBFOLDER/NAME.svg for each file below a folder and for each of
+// `listed`. Links to folders are not followed, and `options.folder` itself is left out.
+BatchPlan PlanBatch(const std::vector<std::string>& inputs, const std::vector<std::string>& listed,
+                    const BatchOptions& options);
 
-// Does all jobs, whatever happens to one of them, and says at the end how many were done. Returns
-// the worst exit status.
+// Does all jobs, whatever happens to one of them, and says at the end how many were done, unless
+// there was one file named. With limits each is done in a child process. Returns the worst exit
+// status.
 int RunBatch(const BatchPlan& plan, const BatchOptions& options,
              const ConversionOptions& conversion, Messages& messages);
 

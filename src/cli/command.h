@@ -22,6 +22,7 @@ struct Option {
     std::function<void(const std::string& value)> set;
     std::string needs = {};  // the name of an option that must be given too
     bool repeats = false;    // may be given several times
+    bool hidden = false;     // not in help
     // Names of the formats (output_format.h) that convert takes it for, with blanks between; empty:
     // for all.
     std::string formats = {};
@@ -35,13 +36,18 @@ struct OptionGroup {
 struct Operand {
     std::string name;  // "FILE"
     std::string text;
-    bool many = false;  // one or more of them
+    bool many = false;      // one or more of them
+    bool optional = false;  // or none
 };
 
 // A command line that was read; `given` points into the command.
 struct ParsedLine {
     std::vector<std::string> operands;
-    std::vector<const Option*> given;
+    struct Given {
+        const Option* option;
+        std::string value;
+    };
+    std::vector<Given> given;
 };
 
 // A line of help with a text beside it.

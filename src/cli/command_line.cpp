@@ -62,6 +62,11 @@ class Parser {
         }
         return nullptr;
     }
+    template <typename Matches>
+    bool IsGiven(Matches&& matches) const {
+        return std::any_of(line_.given.begin(), line_.given.end(),
+                           [&](const ParsedLine::Given& given) { return matches(*given.option); });
+    }
     UsageError Error(const std::string& message) const { return {message, command_.name}; }
     UsageError UnknownOption(const std::string& name) const {
         std::vector<std::string> names = {"--help"};
@@ -100,8 +105,7 @@ class Parser {
         return words_[next_++];
     }
     void Set(const Option& option, const std::string& name, const std::string& value) {
-        auto& given = line_.given;
-        const bool again = std::find(given.begin(), given.end(), &option) != given.end();
+        const bool again = IsGiven([&](const Option& other) { return &other == &option; });
         if (again && !option.repeats && !option.value.empty()) {
             throw Error(name + " is given twice");
         }
@@ -110,13 +114,12 @@ class Parser {
         } catch (const ToolError& error) {
             throw Error(name + ": " + error.what());
         }
-        given.push_back(&option);
+        line_.given.push_back({&option, value});
     }
     void CheckNeeds() const {
-        for (const Option* option : line_.given) {
-            const auto isNeeded = [&](const Option* other) { return other->name == option->needs; };
-            if (option->needs.empty() ||
-                std::any_of(line_.given.begin(), line_.given.end(), isNeeded)) {
+        for (const auto& [option, value] : line_.given) {
+            const std::string& needed = option->needs;
+            if (needed.empty() || IsGiven([&](const Option& o) { return o.name == needed; })) {
                 continue;
             }
             throw Error("--" + option->name + " wants --" + option->needs + " as well");
@@ -124,7 +127,7 @@ class Parser {
     }
     void CheckOperands() const {
         const auto& wanted = command_.operands;
-        if (line_.operands.size() < wanted.size()) {
+        if (line_.operands.size() < wanted.size() && !wanted[line_.operands.size()].optional) {
             throw Error(wanted[line_.operands.size()].name + " is missing");
         }
         if (line_.operands.size() > wanted.size() && !wanted.back().many) {

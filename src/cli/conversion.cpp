@@ -13,11 +13,6 @@ namespace qm::cli {
 
 namespace {
 
-// "plan.svg" becomes "plan-2.svg".
-std::string NumberedName(const std::string& path, std::size_t number) {
-    return std::string(path).insert(path.rfind('.'), "-" + std::to_string(number));
-}
-
 PlotFacts FactsOf(const InputFile& file, const OpenedPlot& plot) {
     const std::string& name = file.Name();
     return {name.substr(name.find_last_of("/\\") + 1), WideToUtf8(plot.format), file.Size()};
@@ -94,7 +89,8 @@ class Writing {
         result_.bytes += files_.back()->Bytes();
     }
     ConversionResult Commit() {
-        for (const auto& file : files_) file->Commit();
+        // The first one last: where it stands, the others do.
+        for (auto file = files_.rbegin(); file != files_.rend(); ++file) (*file)->Commit();
         return std::move(result_);
     }
 
@@ -107,6 +103,10 @@ class Writing {
 };
 
 }  // namespace
+
+std::string NumberedName(const std::string& path, std::size_t number) {
+    return std::string(path).insert(path.rfind('.'), "-" + std::to_string(number));
+}
 
 std::string Describe(const std::string& input, const ConversionResult& result) {
     std::string text = input + ": " + std::to_string(result.pages) +

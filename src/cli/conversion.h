@@ -33,6 +33,9 @@ struct ConversionResult {
     std::uint64_t bytes = 0;           // of all outputs
 };
 
+// "plan.svg" becomes "plan-2.svg".
+std::string NumberedName(const std::string& path, std::size_t number);
+
 // "a.plt: 3 pages, 1234 bytes, a-1.svg a-2.svg a-3.svg".
 std::string Describe(const std::string& input, const ConversionResult& result);
 

@@ -2,9 +2,11 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/child_process.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/console.h"
@@ -23,6 +25,7 @@ constexpr int kMaxJobs = 256;
 struct ConvertOptions {
     std::string target;  // -o: a folder, or the one file
     std::string ending;  // --to; empty: not given
+    std::string child;   // of a child process: whether its file was "named" or "walked"
     BatchOptions batch;
     ConversionOptions conversion;
     MessageOptions messages;
@@ -47,28 +50,29 @@ class Conversions {
 
     int Run() {
         WatchForInterruption();
+        if (options_.batch.HasLimits() && !ChildrenAreSupported()) {
+            throw ToolError("--timeout and --max-memory are not available on this system");
+        }
         const auto& files = line_.operands;
         if (options_.target.empty()) {
-            if (files.size() != 2) {
-                throw UsageError("convert takes FILE OUT, or -o DIR and any number of files",
-                                 command_.name);
+            if (files.size() != 2 || !options_.batch.list.empty()) {
+                throw Error("convert takes FILE OUT, or -o DIR and any number of files");
             }
             return ConvertOne(files[0], files[1]);
         }
-        if (options_.target == "-" ||
-            (FindFormat(options_.target, false) != nullptr && !IsFolder(options_.target))) {
-            if (files.size() == 1 && !IsFolder(files[0])) {
-                return ConvertOne(files[0], options_.target);
-            }
-            throw UsageError(options_.target +
-                                 " names one file, but there are several to convert; "
-                                 "-o DIR takes them",
-                             command_.name);
+        const bool isFile =
+            options_.target == "-" ||
+            (FindFormat(options_.target, false) != nullptr && !IsFolder(options_.target));
+        if (!isFile) return ConvertMany(files);
+        if (files.size() == 1 && !IsFolder(files[0]) && options_.batch.list.empty()) {
+            return ConvertOne(files[0], options_.target);
         }
-        return ConvertMany(files);
+        throw Error(options_.target +
+                    " names one file, but there are several to convert; -o DIR takes them");
     }
 
   private:
+    UsageError Error(const std::string& message) const { return {message, command_.name}; }
     const OutputFormat& FormatOf(const std::string& name) const {
         const OutputFormat& format = FormatFor(name, options_.conversion.write.plot.rtl);
         RefuseOptionsOfOthers(command_, line_, format);
@@ -77,8 +81,7 @@ class Conversions {
     const OutputFormat& FormatOfOne(const std::string& output) const {
         const bool toStandardOutput = output == "-";
         if (toStandardOutput && options_.ending.empty()) {
-            throw UsageError("standard output has no ending; --to chooses the format",
-                             command_.name);
+            throw Error("standard output has no ending; --to chooses the format");
         }
         if (!toStandardOutput && !options_.ending.empty()) {
             throw UsageError(
@@ -90,6 +93,10 @@ class Conversions {
 
     int ConvertOne(const std::string& input, const std::string& output) {
         const OutputFormat& format = FormatOfOne(output);
+        const BatchOptions& batch = options_.batch;
+        if (batch.HasLimits() || batch.skipDone || !batch.report.empty() || batch.isChild) {
+            return RunOne({input, output, walked_, false, {}});
+        }
         OutputGuard guard({input}, options_.batch.overwrite);
         // At once where the name is known, not after minutes of reading.
         if (format.manyPages) guard.Claim(output, input, format);
@@ -110,18 +117,43 @@ class Conversions {
         return kExitSuccess;
     }
 
+    // As a batch of one.
+    int RunOne(const Job& job) {
+        if (job.output == "-") {
+            throw Error("--timeout, --max-memory, --skip-done and --report want a file to write");
+        }
+        options_.batch.jobs = 1;
+        options_.batch.folder.clear();
+        TellChildren();
+        return RunBatch({{job}, 0}, options_.batch, options_.conversion, messages_);
+    }
+
     int ConvertMany(const std::vector<std::string>& files) {
         BatchOptions& batch = options_.batch;
         batch.folder = options_.target;
         if (!options_.ending.empty()) batch.ending = options_.ending;
         FormatOf(EndingWithDot(batch.ending));  // says at once when there is none
-        const bool one = files.size() == 1 && !IsFolder(files[0]);
-        const BatchPlan plan = PlanBatch(files, batch);
+        const auto listed = NamesIn(batch);
+        if (files.empty() && batch.list.empty()) throw Error("FILE is missing");
+        const bool one = files.size() == 1 && batch.list.empty() && !IsFolder(files[0]);
+        const BatchPlan plan = PlanBatch(files, listed, batch);
         MakeFolder(batch.folder);
         if (one) return ConvertOneInto(plan.jobs.front());
         batch.jobs = static_cast<int>(
             std::clamp<std::size_t>(plan.jobs.size(), 1, static_cast<std::size_t>(batch.jobs)));
+        TellChildren();
         return RunBatch(plan, batch, options_.conversion, messages_);
+    }
+    // What they are not told: which files there are, and what the parent does itself.
+    void TellChildren() {
+        static const std::set<std::string> kOwn = {
+            "output",    "to",     "jobs",    "files-from", "null",
+            "skip-done", "report", "timeout", "max-memory", "child"};
+        for (const auto& [option, value] : line_.given) {
+            if (kOwn.count(option->name) != 0) continue;
+            options_.batch.childWords.push_back("--" + option->name +
+                                                (option->value.empty() ? "" : "=" + value));
+        }
     }
     static void MakeFolder(const std::string& folder) {
         std::error_code failure;
@@ -136,10 +168,16 @@ class Conversions {
     const Command& command_;
     const ParsedLine& line_;
     ConvertOptions options_;
+    const bool walked_ = options_.child == "walked";
     Messages messages_;
 };
 
 OptionGroup OutputGroup(ConvertOptions& options) {
+    Option child = {"child", 0, "KIND", "", [&options](const std::string& kind) {
+                        options.child = kind;
+                        options.batch.isChild = true;
+                    }};
+    child.hidden = true;
     return {"Output",
             {TextOption("output", 'o', "DIR|FILE",
                         "Write into this folder, which is made; the one file when it has an "
@@ -154,7 +192,8 @@ OptionGroup OutputGroup(ConvertOptions& options) {
              IntegerOption("jobs", 'j', "N",
                            "Files converted at once (1 if not given); of one file, threads that "
                            "draw its png",
-                           options.batch.jobs, 1, kMaxJobs)}};
+                           options.batch.jobs, 1, kMaxJobs),
+             std::move(child)}};
 }
 
 }  // namespace
@@ -167,9 +206,10 @@ Command ConvertCommand() {
     command.summary = "Convert plots; the ending of OUT chooses the format: " + WritableEndings();
     command.usages = {"[OPTIONS] FILE OUT", "[OPTIONS] --to ENDING FILE -",
                       "[OPTIONS] -o DIR FILE|FOLDER..."};
-    command.operands = {{"FILE", "A plot file; '-' is standard input", true}};
-    command.groups = {OutputGroup(*options), PictureGroup(options->conversion.write),
-                      OpenGroup(options->conversion.open), MessageGroup(options->messages)};
+    command.operands = {{"FILE", "A plot file; '-' is standard input", true, true}};
+    command.groups = {OutputGroup(*options), ManyFilesGroup(options->batch),
+                      PictureGroup(options->conversion.write), OpenGroup(options->conversion.open),
+                      MessageGroup(options->messages)};
     command.notes = {
         "OUT '-' is standard output. Formats that hold one page (svg, png) get a file for each "
         "page of a plot that has several: OUT-1.svg, OUT-2.svg ...",

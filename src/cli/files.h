@@ -21,6 +21,8 @@ struct FileStatus {
     bool regular = false;  // no folder, pipe or device
     bool folder = false;
     std::uint64_t size = 0;
+    std::int64_t written = 0;  // nanoseconds since some time, of its last change of content
+    std::int64_t changed = 0;  // of its last change of anything
 };
 
 // Of the file that `path` leads to, "-" being standard input; nothing when there is none.

@@ -48,7 +48,9 @@ std::string HelpOfOptions(const Command& command) {
     std::string out;
     for (const OptionGroup& group : command.groups) {
         out += '\n' + group.heading + ":\n";
-        for (const Option& option : group.options) out += Row(NameOf(option), option.text);
+        for (const Option& option : group.options) {
+            if (!option.hidden) out += Row(NameOf(option), option.text);
+        }
     }
     return out;
 }

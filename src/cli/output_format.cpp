@@ -99,7 +99,7 @@ std::string WritableEndings() {
 
 void RefuseOptionsOfOthers(const Command& command, const ParsedLine& line,
                            const OutputFormat& format) {
-    for (const Option* option : line.given) {
+    for (const auto& [option, value] : line.given) {
         if (option->formats.empty() || Holds(option->formats, format.name)) continue;
         std::string others;
         std::istringstream list(option->formats);

@@ -65,6 +65,30 @@ const Transcript kTranscripts[] = {
     {"FolderNamesOfABatch", "mkdir 'a.b'; cp a.plt a.b; q convert -q -o out a.b pages.plt; ls out",
      "[0]\na.svg\npages-1.svg\npages-2.svg\npages-3.svg\n"},
 
+    // Many files.
+    {"NamesOfAList", "mkdir f; cp pages.plt f/a.plt; printf '%s\\n' a.plt '' \"$PWD/f/a.plt\" ../none/../f/a.plt >l; q convert -o out --files-from l; "
+     "find out -name '*.svg' | sed \"s#$PWD##\" | sort",
+     "qmplot: ../none/../f/a.plt: cannot be read: No such file or directory\nqmplot: 2 converted, 1 failed, 0 skipped\n[2]\n"
+     "out/a.svg\nout/f/a-1.svg\nout/f/a-2.svg\nout/f/a-3.svg\n"},
+    {"ListWithZeros", "cp a.plt 'x\ny.plt'; printf 'a.plt\\0x\ny.plt' | q convert -o out -0 --files-from -; ls -b out",
+     "qmplot: 2 converted, 0 failed, 0 skipped\n[0]\na.svg\nx\\ny.svg\n"},
+    {"DoneIsSkipped", "q convert -q -o out a.plt pages.plt; sleep 0.02; touch a.plt; rm out/pages-2.svg; "
+     "q convert -v --skip-done -o out a.plt pages.plt; rm out/pages-1.svg; q convert --skip-done -o out a.plt pages.plt",
+     "[0]\nqmplot: a.plt: 1 page, 674 bytes, out/a.svg\nqmplot: skipped: pages.plt: done already\n"
+     "qmplot: 1 converted, 0 failed, 1 skipped\n[0]\nqmplot: 1 converted, 0 failed, 1 skipped\n[0]\n"},
+    {"Report", "q convert -q -o out --report r --timeout 60 a.plt letter.txt; sed 's/\"seconds\":[0-9.]*/S/' r",
+     "qmplot: letter.txt: not a plot file; --force reads it all the same\n[1]\n"
+     "{\"outcome\":\"converted\",\"status\":0,\"input\":\"a.plt\",\"outputs\":[\"out/a.svg\"],\"pages\":1,\"bytes\":674,S,\"message\":\"\"}\n"
+     "{\"outcome\":\"failed\",\"status\":1,\"input\":\"letter.txt\",\"outputs\":[],\"pages\":0,\"bytes\":0,S,"
+     "\"message\":\"letter.txt: not a plot file; --force reads it all the same\"}\n"},
+    {"TimeIsUp", "mkfifo p; sleep 9 >p & q convert -o out --timeout 0.3 p a.plt; ls out; kill $!",
+     "qmplot: p: takes longer than --timeout allows\nqmplot: 1 converted, 1 failed, 0 skipped\n[2]\na.svg\n"},
+    {"MemoryIsUp", "(printf 'IN;IN;IN;IN;IN;IN;\\033%%0A\\033*v6W\\000\\003\\010\\010\\010\\010\\033*r9000s9000T\\033*r1A'; "
+     "for i in $(seq 8000); do printf '\\033*b9W123456789'; done) >b; q convert -o out --max-memory 128 a.plt b; ls out",
+     "qmplot: b: wants more memory than --max-memory allows\nqmplot: 1 converted, 1 failed, 0 skipped\n[2]\na.svg\n"},
+    {"ChildrenSkipToo", "mkdir f; cp letter.txt a.plt f; q convert -o out --timeout 60 f",
+     "qmplot: 1 converted, 0 failed, 1 skipped\n[0]\n"},
+
     // Archives.
     {"ArchiveWithoutAPlot", "q info other.zip", "qmplot: other.zip: not a plot file: a zip archive that holds no plan.prn\n[1]\n"},
     {"ArchiveIsEncrypted", "q info locked.zip; q convert --force locked.zip a.svg",

@@ -48,8 +48,16 @@ std::optional<FileStatus> StatusOf(const std::string& path) {
     struct stat status {};
     const int failed = path == "-" ? fstat(STDIN_FILENO, &status) : stat(path.c_str(), &status);
     if (failed != 0) return std::nullopt;
-    return FileStatus{status.st_dev, status.st_ino, S_ISREG(status.st_mode),
-                      S_ISDIR(status.st_mode), static_cast<std::uint64_t>(status.st_size)};
+    const auto nanoseconds = [](const timespec& time) {
+        return std::int64_t{time.tv_sec} * 1000000000 + time.tv_nsec;
+    };
+    return FileStatus{status.st_dev,
+                      status.st_ino,
+                      S_ISREG(status.st_mode),
+                      S_ISDIR(status.st_mode),
+                      static_cast<std::uint64_t>(status.st_size),
+                      nanoseconds(status.st_mtim),
+                      nanoseconds(status.st_ctim)};
 }
 
 InputFile::InputFile(const std::string& path)

@@ -46,9 +46,16 @@ std::optional<FileStatus> StatusOf(const std::string& path) {
     if (GetFileType(file) != FILE_TYPE_DISK) return FileStatus{};
     if (GetFileInformationByHandle(file, &info) == FALSE) return std::nullopt;
     const auto joined = [](DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; };
+    const auto written = static_cast<std::int64_t>(
+        joined(info.ftLastWriteTime.dwHighDateTime, info.ftLastWriteTime.dwLowDateTime));
     const bool folder = (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return FileStatus{info.dwVolumeSerialNumber, joined(info.nFileIndexHigh, info.nFileIndexLow),
-                      !folder, folder, joined(info.nFileSizeHigh, info.nFileSizeLow)};
+    return FileStatus{info.dwVolumeSerialNumber,
+                      joined(info.nFileIndexHigh, info.nFileIndexLow),
+                      !folder,
+                      folder,
+                      joined(info.nFileSizeHigh, info.nFileSizeLow),
+                      written,
+                      written};
 }
 
 InputFile::InputFile(const std::string& path)

@@ -1,0 +1,32 @@
+// Child processes: this program once more, for one file, so that whatever happens to it does not
+// stop the others. posix/child_process.cpp; windows/child_process.cpp has none yet. Test:
+// tests/cli/transcripts_test.cpp.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace qm::cli {
+
+bool ChildrenAreSupported();
+
+struct ChildResult {
+    std::string output;  // what it wrote to standard output
+    int signal = 0;      // that ended it; 0: none
+    bool timedOut = false;
+    bool tooLarge = false;
+};
+
+// 0: no limit.
+struct ChildLimits {
+    double seconds = 0.0;
+    int megabytes = 0;  // resident; looked at 50 times a second
+};
+
+// Runs this program with `words` and waits for it. It shares standard error. When its time is up,
+// or on Ctrl-C, it is asked to end, and two seconds later made to; when it is too large, at once.
+// (A limit that the system enforces would make allocations fail, of which some leave a drawing
+// incomplete without a word.) Throws ToolError.
+ChildResult RunChild(const std::vector<std::string>& words, const ChildLimits& limits);
+
+}  // namespace qm::cli
