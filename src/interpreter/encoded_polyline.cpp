@@ -85,7 +85,12 @@ class EncodedPolyline {
     EncodedEnd DrawRectangle(PointD corner);
     void PlotPoint(PointD point);
     void SelectPenFlag();
-    void Append(PointD point);
+    // Short, so that it stands in line: every point passes here.
+    void Append(PointD point) {
+        if (count_ == kMaxEncodedPoints) BeginNextRun();
+        encoded_.encodedPoints[count_++] = point;
+    }
+    void BeginNextRun();
     void Flush();
     void Finish(EncodedEnd end);
 
@@ -210,13 +215,10 @@ void EncodedPolyline::PlotPoint(PointD point) {
     if (label_.SymbolChar != 0) DrawSymbol(label_, drawing_);
 }
 
-void EncodedPolyline::Append(PointD point) {
-    if (count_ == kMaxEncodedPoints) {
-        const PointD last = encoded_.encodedPoints[count_ - 1];
-        Flush();
-        if (drawing_.reading.joinsRuns) encoded_.encodedPoints[count_++] = last;
-    }
-    encoded_.encodedPoints[count_++] = point;
+void EncodedPolyline::BeginNextRun() {
+    const PointD last = encoded_.encodedPoints[count_ - 1];
+    Flush();
+    if (drawing_.reading.joinsRuns) encoded_.encodedPoints[count_++] = last;
 }
 
 void EncodedPolyline::Flush() {

@@ -25,10 +25,7 @@ void Drawing::DrawTo(PointD target) {
 
 void Drawing::EmitSegment(PointI from, PointI to) {
     if (coordinates.windowOn && !ClipSegment(coordinates.window, from, to)) return;
-    if (lines.dashes.adaptive) {
-        const PointD run{static_cast<double>(to.x) - from.x, static_cast<double>(to.y) - from.y};
-        FitDashes(Length(run.x, run.y), lines, out);
-    }
+    if (lines.dashes.adaptive) FitDashes(from, to, lines, out);
     out.Line(from, to);
 }
 

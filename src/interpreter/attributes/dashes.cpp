@@ -83,7 +83,9 @@ void SelectDashes(Parameters& in, const CoordinateState& c, LineState& lines, Ou
     SendDashes(lines.dashes, out);
 }
 
-void FitDashes(double length, LineState& lines, Output& out) {
+void FitDashes(PointI from, PointI to, LineState& lines, Output& out) {
+    const double length =
+        Length(static_cast<double>(to.x) - from.x, static_cast<double>(to.y) - from.y);
     const Dashes& dashes = lines.dashes;
     const double pattern = std::accumulate(dashes.lengths.begin(), dashes.lengths.end(), 0.0);
     if (length <= 0.0 || pattern <= 0.0) return;

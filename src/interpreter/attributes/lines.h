@@ -8,6 +8,8 @@
 #include <array>
 #include <cstdint>
 
+#include "common/geometry.h"
+
 namespace qm {
 
 struct CoordinateState;
@@ -102,8 +104,7 @@ void SelectDashes(Parameters& in, const CoordinateState& c, LineState& lines, Ou
 // Sends dashes; solid for none.
 void SendDashes(const Dashes& dashes, Output& out);
 
-// Sends the adaptive type in force for a segment of `length` plotter units, when it differs from
-// what was sent last.
-void FitDashes(double length, LineState& lines, Output& out);
+// Sends the adaptive type in force for a segment, when it differs from what was sent last.
+void FitDashes(PointI from, PointI to, LineState& lines, Output& out);
 
 }  // namespace qm
