@@ -41,13 +41,22 @@ function(qm_library name)
     target_link_libraries(${name} PUBLIC qm_flags ${arg_LIBS})
 endfunction()
 
-function(qm_test name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LIBS;PROPERTIES" ${ARGN})
+# The program alone.
+function(qm_test_program name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
     # Most of a test's building time is the optimiser's, and for nothing.
     target_compile_options(${name} PRIVATE $<$<CONFIG:Release,RelWithDebInfo>:-O0>)
     target_link_libraries(${name} PRIVATE qm_flags ${arg_LIBS} GTest::gtest_main)
+    if(TARGET qm_test_headers AND NOT name STREQUAL qm_test_headers)
+        target_precompile_headers(${name} REUSE_FROM qm_test_headers)
+    endif()
+endfunction()
+
+function(qm_test name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS;PROPERTIES" ${ARGN})
+    qm_test_program(${name} SOURCES ${arg_SOURCES} LIBS ${arg_LIBS})
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
         PROPERTIES ${arg_PROPERTIES})
 endfunction()
