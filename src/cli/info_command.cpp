@@ -45,6 +45,7 @@ int PrintInfo(const std::vector<std::string>& files, const InfoOptions& options)
     for (const std::string& file : files) {
         try {
             const PlotReport report = Read(file, components, options, messages);
+            messages.HideProgress();
             output.Write(options.json ? InfoJson(report) + '\n' : InfoText(report));
         } catch (const ToolError& error) {
             output.Flush();

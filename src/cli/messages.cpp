@@ -78,6 +78,11 @@ void Messages::Progress(const std::string& lead, const std::string& name, int pe
     bar_.Show(lead, name, percent);
 }
 
+void Messages::HideProgress() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    bar_.Hide();
+}
+
 void Messages::Say(const std::string& text) {
     const std::lock_guard<std::mutex> lock(mutex_);
     bar_.Hide();

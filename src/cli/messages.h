@@ -50,6 +50,8 @@ class Messages {
         if (options_.verbose) Say(text);
     }
     void Progress(const std::string& lead, const std::string& name, int percent);
+    // Before something is written to standard output, which may be the same terminal.
+    void HideProgress();
 
   private:
     void Say(const std::string& text);
