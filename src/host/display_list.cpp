@@ -172,37 +172,25 @@ void DisplayList::StartLines(PointI from, PointI to) {
     hasContent_ = true;
 }
 
-void DisplayList::CoverChain(std::size_t count) {
-    PointI low = chain_[0];
-    PointI high = low;
-    for (std::size_t i = 1; i < count; ++i) {
-        low = {std::min(low.x, chain_[i].x), std::min(low.y, chain_[i].y)};
-        high = {std::max(high.x, chain_[i].x), std::max(high.y, chain_[i].y)};
-    }
-    cover_.Add(low.x, low.y);
-    cover_.Add(high.x, high.y);
-}
-
 // Writes the full block of a chain that goes on.
 void DisplayList::FlushChain() {
     std::uint8_t* at = Room(kMaxChainBytes);
-    CoverChain(chainCount_);
+    const BlockShape shape = ShapeOf(&chain_[1], kBlockPoints);
+    cover_.Add(shape.box);
     if (!chainBegun_) {
         at = PutHead(at, RecordKind::kLines, kRecordHasPoints);
         at = PutPoint(at, chain_[0], last_);
     }
-    const unsigned form = FormOf(&chain_[1], kBlockPoints);
-    *at++ = BlockHead(form, kBlockPoints);
-    EndRecord(PutBlock(at, &chain_[1], kBlockPoints, form));
+    *at++ = BlockHead(shape.form, kBlockPoints);
+    EndRecord(PutBlock(at, &chain_[1], kBlockPoints, shape.form));
     chainBegun_ = true;
     chain_[0] = chain_.back();
     chainCount_ = 1;
 }
 
 // Writes what is missing of the chain at hand.
-std::uint8_t* DisplayList::PutChainEnd(std::uint8_t* at) const {
+std::uint8_t* DisplayList::PutChainEnd(std::uint8_t* at, unsigned form) const {
     const std::size_t lines = chainCount_ - 1;
-    const unsigned form = FormOf(&chain_[1], lines);
     PointI last = last_;
     if (!chainBegun_ && lines <= kMostShortLines) {
         *at++ = static_cast<std::uint8_t>(kShortLines | form << kShortLinesFormShift | (lines - 1));
@@ -222,8 +210,9 @@ std::uint8_t* DisplayList::PutChainEnd(std::uint8_t* at) const {
 
 void DisplayList::EndChain() {
     if (chainCount_ == 0) return;
-    EndRecord(PutChainEnd(Room(kMaxChainBytes)));
-    CoverChain(chainCount_);
+    const BlockShape shape = ShapeOf(&chain_[1], chainCount_ - 1);
+    EndRecord(PutChainEnd(Room(kMaxChainBytes), shape.form));
+    cover_.Add(shape.box);
     last_ = chain_[chainCount_ - 1];
     chainCount_ = 0;
     chainBegun_ = false;
@@ -232,15 +221,16 @@ void DisplayList::EndChain() {
 // ---------------------------------------------------------------------------------- other contents
 
 std::uint8_t* DisplayList::PutBox(std::uint8_t* at, const BoxI& box) {
-    cover_.Add(box.a.x, box.a.y);
-    cover_.Add(box.b.x, box.b.y);
+    cover_.Add(box);
     return PutPoint(PutPoint(at, box.a, last_), box.b, last_);
 }
 
 std::uint8_t* DisplayList::PutCoveredRun(std::uint8_t* at, PointSpan points) {
     if (points.count == 0) return at;
-    for (const PointI p : points) cover_.Add(p.x, p.y);
-    return PutRun(at, points.data, points.count, last_);
+    BoxI box;
+    at = PutRun(at, points.data, points.count, last_, box);
+    cover_.Add(box);
+    return at;
 }
 
 void DisplayList::AppendRectangle(const BoxI& box, bool filled) {
@@ -366,7 +356,9 @@ std::vector<std::uint8_t> DisplayList::Rest() const {
     std::vector<std::uint8_t> bytes(open_.used + kMaxChainBytes);
     PutBytes(bytes.data(), open_.bytes.get(), open_.used);
     const std::uint8_t* end = bytes.data() + open_.used;
-    if (chainCount_ > 0) end = PutChainEnd(bytes.data() + open_.used);
+    if (chainCount_ > 0) {
+        end = PutChainEnd(bytes.data() + open_.used, ShapeOf(&chain_[1], chainCount_ - 1).form);
+    }
     bytes.resize(static_cast<std::size_t>(end - bytes.data()));
     return bytes;
 }

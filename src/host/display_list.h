@@ -116,6 +116,10 @@ struct PartCover {
         maxX = std::max(maxX, x);
         maxY = std::max(maxY, y);
     }
+    void Add(const BoxI& box) {
+        Add(box.a.x, box.a.y);
+        Add(box.b.x, box.b.y);
+    }
     bool IsEmpty() const { return minX > maxX; }
 };
 
@@ -190,10 +194,8 @@ class DisplayList {
 
     void StartLines(PointI from, PointI to);
     void FlushChain();
-    std::uint8_t* PutChainBlock(std::uint8_t* at, std::size_t count);
-    std::uint8_t* PutChainEnd(std::uint8_t* at) const;
+    std::uint8_t* PutChainEnd(std::uint8_t* at, unsigned form) const;
     void EndChain();
-    void CoverChain(std::size_t count);
     std::uint8_t* Room(std::size_t bytes);
     void EndPart();
     void TakeWords(std::size_t words);

@@ -37,14 +37,19 @@ void AddDifferences(PointI* points, std::size_t count, const Take& take) {
 
 }  // namespace
 
-unsigned FormOf(const PointI* points, std::size_t count) {
+BlockShape ShapeOf(const PointI* points, std::size_t count) {
     std::uint32_t all = 0;
+    PointI last = points[-1];
+    PointI low = last;
+    PointI high = last;
     for (std::size_t i = 0; i < count; ++i) {
-        const PointI last = (points - 1)[i];
-        all |= FoldSign(WrapSubtract(points[i].x, last.x)) |
-               FoldSign(WrapSubtract(points[i].y, last.y));
+        const PointI point = points[i];
+        all |= FoldSign(WrapSubtract(point.x, last.x)) | FoldSign(WrapSubtract(point.y, last.y));
+        low = {std::min(low.x, point.x), std::min(low.y, point.y)};
+        high = {std::max(high.x, point.x), std::max(high.y, point.y)};
+        last = point;
     }
-    return all < 0x100 ? 0 : all < 0x1000 ? 1 : all < 0x10000 ? 2 : 3;
+    return {all < 0x100 ? 0U : all < 0x1000 ? 1U : all < 0x10000 ? 2U : 3U, {low, high}};
 }
 
 std::uint8_t* PutBlock(std::uint8_t* at, const PointI* points, std::size_t count, unsigned form) {
@@ -121,16 +126,20 @@ const std::uint8_t* TakeBlock(const std::uint8_t* at, PointI* points, std::size_
     }
 }
 
-std::uint8_t* PutRun(std::uint8_t* at, const PointI* points, std::size_t count, PointI& last) {
+std::uint8_t* PutRun(std::uint8_t* at, const PointI* points, std::size_t count, PointI& last,
+                     BoxI& box) {
     at = PutPoint(at, points[0], last);
+    box = {points[0], points[0]};
     ++points;
     --count;
     std::size_t block = 0;
     do {
         block = std::min(count, kBlockPoints);
-        const unsigned form = FormOf(points, block);
-        *at++ = BlockHead(form, block);
-        at = PutBlock(at, points, block, form);
+        const BlockShape shape = ShapeOf(points, block);
+        box.a = {std::min(box.a.x, shape.box.a.x), std::min(box.a.y, shape.box.a.y)};
+        box.b = {std::max(box.b.x, shape.box.b.x), std::max(box.b.y, shape.box.b.y)};
+        *at++ = BlockHead(shape.form, block);
+        at = PutBlock(at, points, block, shape.form);
         points += block;
         count -= block;
     } while (block == kBlockPoints);

@@ -61,8 +61,14 @@ inline PointI TakePoint(const std::uint8_t*& at, PointI& last) {
 // Points in a block at most.
 inline constexpr std::size_t kBlockPoints = 63;
 
-// The size of a block's differences: 0 to 3. `points[-1]` must exist; `count` may be 0.
-unsigned FormOf(const PointI* points, std::size_t count);
+// What is to be known of a block: the form of its differences (0 to 3) and the box around its
+// points and the one in front of them.
+struct BlockShape {
+    unsigned form = 0;
+    BoxI box;
+};
+// `points[-1]` must exist; `count` may be 0.
+BlockShape ShapeOf(const PointI* points, std::size_t count);
 // Writes the differences of points[0], points[1], ... from the points in front of them.
 std::uint8_t* PutBlock(std::uint8_t* at, const PointI* points, std::size_t count, unsigned form);
 // Reads them into points[0], points[1], ...; points[-1] must hold what it held.
@@ -70,8 +76,9 @@ const std::uint8_t* TakeBlock(const std::uint8_t* at, PointI* points, std::size_
                               unsigned form);
 
 // Any number of points above 0 and their end: the first from `last`, which then is the last one,
-// the others in blocks.
-std::uint8_t* PutRun(std::uint8_t* at, const PointI* points, std::size_t count, PointI& last);
+// the others in blocks. `box` becomes the box around them.
+std::uint8_t* PutRun(std::uint8_t* at, const PointI* points, std::size_t count, PointI& last,
+                     BoxI& box);
 constexpr std::size_t MaxRunBytes(std::size_t count) {
     return 2 * kMaxNumberBytes + count * kMaxPointBytes + count / kBlockPoints + 1;
 }

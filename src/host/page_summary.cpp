@@ -20,9 +20,19 @@ class Summariser final : public DisplayListVisitor {
   public:
     explicit Summariser(PageSummary& summary) : summary_(summary) {}
 
+    // To be called when everything has been seen.
+    void Finish() { TakeLines(); }
+
     void Lines(const DrawingStyle& style, PointSpan points) override {
         Count(style, summary_.lines, points.count - 1);
-        Widen(points, HalfWidth(style));
+        if (style.lineWidth != linesWidth_) {
+            TakeLines();
+            linesWidth_ = style.lineWidth;
+            linesHalfWidth_ = HalfWidth(style);
+        }
+        if (!anyLines_) lines_ = {points[0], points[0]};
+        anyLines_ = true;
+        Include(points, lines_);
     }
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
         Count(style, summary_.rectangles);
@@ -38,6 +48,8 @@ class Summariser final : public DisplayListVisitor {
     }
     void Arc(const DrawingStyle& style, const ArcShape& arc) override {
         Count(style, summary_.arcs);
+        TakeLines();
+        if (HasWholeEllipse(arc, HalfWidth(style))) return;
         const Extent box = ArcExtent(arc);
         WidenPoint(box.minX, box.minY, HalfWidth(style));
         WidenPoint(box.maxX, box.maxY, HalfWidth(style));
@@ -99,18 +111,41 @@ class Summariser final : public DisplayListVisitor {
     }
     void Widen(PointSpan points, double by) {
         if (points.count == 0) return;
-        PointI low = points[0];
-        PointI high = points[0];
+        BoxI box{points[0], points[0]};
+        Include(points, box);
+        WidenBox(box, by);
+    }
+    static void Include(PointSpan points, BoxI& box) {
+        PointI low = box.a;
+        PointI high = box.b;
         for (const PointI p : points) {
             low = {std::min(low.x, p.x), std::min(low.y, p.y)};
             high = {std::max(high.x, p.x), std::max(high.y, p.y)};
         }
-        WidenBox({low, high}, by);
+        box = {low, high};
+    }
+    void TakeLines() {
+        if (anyLines_) WidenBox(lines_, linesHalfWidth_);
+        anyLines_ = false;
+    }
+    // An arc inside what is known already needs no sines.
+    bool HasWholeEllipse(const ArcShape& arc, double by) const {
+        const Extent& extent = summary_.extent;
+        const double reachX = std::abs(double{1} * arc.radiusX) + by;
+        const double reachY = std::abs(double{1} * arc.radiusY) + by;
+        return !extent.empty && arc.centre.x - reachX >= extent.minX &&
+               arc.centre.x + reachX <= extent.maxX && arc.centre.y - reachY >= extent.minY &&
+               arc.centre.y + reachY <= extent.maxY;
     }
 
     PageSummary& summary_;
     std::uint32_t coloured_ = 0;  // bits that some primitive's colour has not
     std::int32_t lastLayer_ = 0;
+    // The box of the lines of one width, which are many.
+    BoxI lines_;
+    bool anyLines_ = false;
+    std::int32_t linesWidth_ = 0;
+    double linesHalfWidth_ = 0.0;
 };
 
 }  // namespace
@@ -143,6 +178,7 @@ PageSummary Summarise(const DisplayList& list) {
     PageSummary summary;
     Summariser visitor(summary);
     Play(list, visitor);
+    visitor.Finish();
     summary.onlyWhite = !summary.extent.empty && !visitor.FoundColours();
     return summary;
 }

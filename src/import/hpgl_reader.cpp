@@ -28,13 +28,6 @@ std::size_t BitmapBytes(const GlobalView& block) {
 
 }  // namespace
 
-void LabelExtent::Add(std::int32_t x, std::int32_t y) {
-    minX = std::min(minX, x);
-    minY = std::min(minY, y);
-    maxX = std::max(maxX, x);
-    maxY = std::max(maxY, y);
-}
-
 void HPGLReader::BeginDocument(ComPtr<IQmDocument> root, HostPage first, CQmFilterHPGL* filter) {
     root_ = std::move(root);
     page_ = std::move(first);
@@ -116,8 +109,6 @@ HRESULT HPGLReader::FinishLastPage(LONG& pages) {
 
 // --- Shapes --------------------------------------------------------------------------------------
 
-std::int32_t HPGLReader::Shifted(std::int32_t y) const { return WrapAdd(y, frameOffset_); }
-
 void HPGLReader::Line(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1) {
     y0 = Shifted(y0);
     y1 = Shifted(y1);
@@ -152,14 +143,17 @@ void HPGLReader::Circle(std::int32_t cx, std::int32_t cy, std::int32_t radius) {
 const LONG* HPGLReader::ShiftPoints(PointI* points, std::int32_t count) {
     const auto size = static_cast<std::size_t>(std::max(count, 0));
     if (hostPoints_.size() < 2 * size) hostPoints_.resize(2 * size);
+    LONG* const pairs = hostPoints_.data();
     for (std::size_t i = 0; i < size; ++i) {
         PointI& point = points[i];
         point.y = Shifted(point.y);
-        if (trackExtent_) extent_.Add(point.x, point.y);
-        hostPoints_[2 * i] = point.x;
-        hostPoints_[2 * i + 1] = point.y;
+        pairs[2 * i] = point.x;
+        pairs[2 * i + 1] = point.y;
     }
-    return hostPoints_.data();
+    if (trackExtent_) {
+        for (std::size_t i = 0; i < size; ++i) extent_.Add(points[i].x, points[i].y);
+    }
+    return pairs;
 }
 
 void HPGLReader::FilledPolyPolygon(PointI* points, const std::int32_t* counts,

@@ -9,10 +9,12 @@
 
 #include <qmfilter.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
 
+#include "common/numbers.h"
 #include "import/host_page.h"
 #include "interpreter/hpgl_read.h"
 #include "platform/com_ptr.h"
@@ -31,7 +33,12 @@ struct LabelExtent {
     std::int32_t maxX = INT32_MIN;
     std::int32_t maxY = INT32_MIN;
 
-    void Add(std::int32_t x, std::int32_t y);
+    void Add(std::int32_t x, std::int32_t y) {
+        minX = std::min(minX, x);
+        minY = std::min(minY, y);
+        maxX = std::max(maxX, x);
+        maxY = std::max(maxY, y);
+    }
 };
 
 class HPGLReader final : public HPGLRead {
@@ -89,7 +96,7 @@ class HPGLReader final : public HPGLRead {
     void EndRasterClip() override;
 
   private:
-    std::int32_t Shifted(std::int32_t y) const;
+    std::int32_t Shifted(std::int32_t y) const { return WrapAdd(y, frameOffset_); }
     void AppendRectangle(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1,
                          VARIANT_BOOL filled);
     void AppendPolygon(std::int32_t count, PointI* points, VARIANT_BOOL filled);

@@ -16,7 +16,32 @@ bool EncodedNumbers::IsOpenDigit(std::uint8_t c) const {
     return c >= 63 && c < 63 + digits_.encodedBase && c < 127;
 }
 
+// Most coordinates: a few digits in the look-ahead, whose sum is exact in any order. False: not
+// such a one, and nothing is consumed.
+bool EncodedNumbers::ReadPlainCoordinate(double& value) {
+    constexpr unsigned kMost = 8;           // digits; they fill 48 bits
+    constexpr double kSmallest = 0x1p-100;  // fraction with which no product is rounded
+    const std::uint8_t* p = input_.Cursor();
+    if (input_.Limit() - p < std::ptrdiff_t{kMost} || encodedFraction_ < kSmallest) return false;
+    std::uint8_t c = *p++;
+    if (c < kLowestDigit) return false;
+    const bool negative = c % 2 == 0;
+    if (negative) --c;
+    std::uint64_t sum = (c + 1U) & digits_.encodedMask;
+    for (unsigned digit = 1; c < digits_.encodedTerminator; ++digit) {
+        if (digit == kMost) return false;
+        c = *p++;
+        if (c < kLowestDigit) return false;
+        sum |= std::uint64_t{(c + 1U) & digits_.encodedMask} << (digit * digits_.shift);
+    }
+    input_.Advance(p);
+    const double magnitude = encodedFraction_ * static_cast<double>(sum);
+    value = negative ? -magnitude : magnitude;
+    return true;
+}
+
 EncodedEnd EncodedNumbers::ReadCoordinate(double& value) {
+    if (ReadPlainCoordinate(value)) return EncodedEnd::kNo;
     std::uint8_t c = input_.GetCooked();
     if (c == '<') c = input_.GetCooked();
     if (c == '=') c = input_.GetCooked();
@@ -111,6 +136,10 @@ class EncodedPolyline {
 void EncodedPolyline::Run() {
     EncodedEnd end = EncodedEnd::kNo;
     while (end == EncodedEnd::kNo) {
+        if (input_.Cursor() < input_.Limit() && EncodedNumbers::StartsNumber(*input_.Cursor())) {
+            end = TakePair();
+            continue;
+        }
         const std::uint8_t c = input_.GetCooked();
         if (c == ';' || input_.Over()) {
             end = EncodedEnd::kOrdinary;

@@ -44,12 +44,17 @@ class EncodedNumbers {
     // byte is consumed and `value` is untouched.
     bool ReadInteger(std::int32_t& value);
 
+    // Whether a number must start at this byte: it is no flag, line end or the like.
+    static bool StartsNumber(std::uint8_t c) {
+        return (c >= kLowestDigit && c < 127) || c >= kEightBit.encodedTerminator;
+    }
     // Numbers are base 32 from now on, with digits of seven bits.
     void UseSevenBits() { digits_ = kSevenBit; }
     // Coordinates have `bits` fractional bits; negative counts are none.
     void SetFractionBits(std::int32_t bits);
 
   private:
+    static constexpr std::uint8_t kLowestDigit = 63;
     struct Digits {
         std::int32_t encodedBase;        // a digit weighs so many times the one before it
         std::uint8_t encodedMask;        // its bits; also the lowest byte that continues a number
@@ -61,6 +66,7 @@ class EncodedNumbers {
     static constexpr Digits kEightBit{64, 63, 191, 6, 2, 254};
     static constexpr Digits kSevenBit{32, 31, 95, 5, 3, 126};
 
+    bool ReadPlainCoordinate(double& value);
     bool IsOpenDigit(std::uint8_t c) const;
     bool IsFinalDigit(std::uint8_t c) const {
         return c >= digits_.encodedTerminator && c <= digits_.highest;

@@ -174,7 +174,32 @@ std::optional<std::int16_t> FindShortParam(InputReader& input) {
     return static_cast<std::int16_t>(static_cast<std::uint32_t>(value) & 0xFFFFU);
 }
 
+namespace {
+
+// Most numbers: whole ones of few digits, behind a comma or nothing, that end inside the
+// look-ahead. False: not such a number, and nothing is consumed.
+bool ScanWhole(InputReader& input, double& value) {
+    constexpr std::ptrdiff_t kMost = 12;  // bytes looked at
+    const std::uint8_t* p = input.Cursor();
+    if (input.Limit() - p <= kMost) return false;
+    const std::uint8_t* const end = p + kMost;
+    if (*p == ',') ++p;
+    const bool negative = *p == '-';
+    if (negative) ++p;
+    if (!IsDigit(*p)) return false;
+    std::uint32_t digits = 0;
+    for (; p < end && IsDigit(*p); ++p) digits = digits * 10 + (*p - std::uint32_t{'0'});
+    // A line end may have further digits behind it.
+    if (p == end || *p == '.' || IsCookedAway(*p)) return false;
+    input.Advance(p);
+    value = WithSign(FromDigits(digits), negative);
+    return true;
+}
+
+}  // namespace
+
 bool GetRealParam(InputReader& input, double& value) {
+    if (ScanWhole(input, value)) return true;
     LookAhead look{input.Cursor(), input.Limit()};
     const Scan scan = ScanReal(look, value);
     if (scan == Scan::kUnsure) return ReadReal(input, value);

@@ -8,22 +8,7 @@
 
 namespace qm {
 
-void Drawing::MoveTo(PointD target) {
-    if (polygon.mode) polygon.Append(target, false);
-    motion.penPos = target;
-}
-
-void Drawing::DrawTo(PointD target) {
-    if (polygon.mode) {
-        polygon.Append(target, true);
-    } else if (lines.MergeOpcode != kMergeNoDraw) {
-        EmitSegment(coordinates.ToPlotter(motion.penPos), coordinates.ToPlotter(target));
-    }
-    out.MarkDrawn();
-    motion.penPos = target;
-}
-
-void Drawing::EmitSegment(PointI from, PointI to) {
+void Drawing::EmitFittedSegment(PointI from, PointI to) {
     if (coordinates.windowOn && !ClipSegment(coordinates.window, from, to)) return;
     if (lines.dashes.adaptive) FitDashes(from, to, lines, out);
     out.Line(from, to);

@@ -32,12 +32,30 @@ struct Drawing {
         : reading(plotterReading), out(operations) {}
 
     // Moves the pen up to `target` (current units). Nothing is sent.
-    void MoveTo(PointD target);
+    void MoveTo(PointD target) {
+        if (polygon.mode) polygon.Append(target, false);
+        motion.penPos = target;
+    }
     // Draws from the pen position to `target` (current units), clipped to the window when it is on.
-    void DrawTo(PointD target);
+    void DrawTo(PointD target) {
+        if (polygon.mode) {
+            polygon.Append(target, true);
+        } else if (DrawsLines()) {
+            EmitSegment(coordinates.ToPlotter(motion.penPos), coordinates.ToPlotter(target));
+        }
+        out.MarkDrawn();
+        motion.penPos = target;
+    }
+    // False while the merge-control opcode keeps lines from showing.
+    bool DrawsLines() const { return lines.MergeOpcode != kMergeNoDraw; }
 
     // Sends one segment in plotter units, clipped when the window is on.
-    void EmitSegment(PointI from, PointI to);
+    void EmitSegment(PointI from, PointI to) {
+        if (coordinates.windowOn || lines.dashes.adaptive) return EmitFittedSegment(from, to);
+        out.Line(from, to);
+    }
+    // The same where a window or dashes that fit a segment may be on.
+    void EmitFittedSegment(PointI from, PointI to);
     // Sends an open run of `count` points in plotter units: whole without a window, else as its
     // clipped segments. The points may be overwritten by the receiver.
     void EmitPolyline(std::size_t count, PointI* points);

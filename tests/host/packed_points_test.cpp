@@ -55,7 +55,13 @@ TEST(PackedPoints, TheLargestDifferenceDecides) {
         };
         const PointI first{INT32_MAX, INT32_MIN};  // from where most differences wrap
         const std::vector<PointI> points = {first, moved(first), moved(first), moved(moved(first))};
-        EXPECT_EQ(FormOf(&points[1], 3), row.form) << row.name;
+        const BlockShape shape = ShapeOf(&points[1], 3);
+        EXPECT_EQ(shape.form, row.form) << row.name;
+        for (const PointI p : points) {
+            EXPECT_TRUE(shape.box.a.x <= p.x && shape.box.a.y <= p.y && p.x <= shape.box.b.x &&
+                        p.y <= shape.box.b.y)
+                << row.name;
+        }
         std::uint8_t bytes[3 * kMaxPointBytes];
         EXPECT_EQ(PutBlock(bytes, &points[1], 3, row.form) - bytes, 3 * row.bytes) << row.name;
         std::vector<PointI> taken = {first, {}, {}, {}};

@@ -94,6 +94,21 @@ GlyphTransform::GlyphTransform(const LabelState& label)
 
 namespace {
 
+// The same as moving and drawing to the points, of which each is converted once.
+void DrawStrokes(Drawing& drawing, const GlyphTransform& transform, GlyphCursor cursor,
+                 PointD origin) {
+    const CoordinateState& c = drawing.coordinates;
+    PointI at = c.ToPlotter(drawing.motion.penPos);
+    while (const auto stroke = cursor.Next()) {
+        const PointI target = c.ToPlotter(transform.At(origin, stroke->x, stroke->y));
+        if (stroke->down) {
+            drawing.EmitSegment(at, target);
+            drawing.out.MarkDrawn();
+        }
+        at = target;
+    }
+}
+
 // Draws a glyph as solid lines through the pen moves; in polygon mode they become vertices. The pen
 // position stays. Codes without a glyph (null) go through the line attributes all the same.
 // Quirk: the line type is restored, the dash pattern is not; it stays solid until the next LT.
@@ -105,13 +120,17 @@ void DrawGlyph(Drawing& drawing, const GlyphTransform& transform, const unsigned
     lines.SendLineType(0, drawing.out);
     lines.SendPattern(1.0, -1, drawing.out);
     GlyphCursor cursor(glyph);
-    while (const auto stroke = cursor.Next()) {
-        const PointD target = transform.At(origin, stroke->x, stroke->y);
-        if (stroke->down) {
-            drawing.DrawTo(target);
-        } else {
-            drawing.MoveTo(target);
+    if (drawing.polygon.mode || !drawing.DrawsLines()) {
+        while (const auto stroke = cursor.Next()) {
+            const PointD target = transform.At(origin, stroke->x, stroke->y);
+            if (stroke->down) {
+                drawing.DrawTo(target);
+            } else {
+                drawing.MoveTo(target);
+            }
         }
+    } else {
+        DrawStrokes(drawing, transform, cursor, origin);
     }
     lines.SendLineType(lineType, drawing.out);
     drawing.motion.penPos = pen;
