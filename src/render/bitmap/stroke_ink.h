@@ -64,7 +64,12 @@ class StrokeInk {
 
       private:
         friend class StrokeInk;
-        Line(const StrokeInk& ink, const std::uint32_t* scale) : first_(ink.first_), sharedFrom_(ink.sharedFrom_), mark_(ink.line_ << 8), colour_(ink.colour_), scale_(scale) {}
+        Line(const StrokeInk& ink, const std::uint32_t* scale)
+            : first_(ink.first_),
+              sharedFrom_(ink.sharedFrom_),
+              mark_(ink.line_ << 8),
+              colour_(ink.colour_),
+              scale_(scale) {}
 
         std::uint32_t first_;
         std::uint32_t sharedFrom_;

@@ -26,7 +26,6 @@ static_assert(EdgeProfile::kReach * kPart == kReachPart);
 constexpr double kFlat = 1e-6;
 double ReachOf(PointD normal) { return (std::abs(normal.x) + std::abs(normal.y)) / 2.0; }
 
-
 // The first dot whose centre is at or behind `place`; between `low`, not negative, and `high`.
 std::int32_t FirstDot(double place, std::int32_t low, std::int32_t high) {
     return TruncateToInt32(std::min(std::max(place + 0.5, double(low)), double(high)));
@@ -135,8 +134,9 @@ std::unique_ptr<ThinLines::Shapes> ThinLines::MakeShapes(double halfWidth) {
     }
     for (std::size_t y = 0; y < kDiscSide; ++y) {
         for (std::size_t x = 0; x <= y; ++x) {
-            shapes->disc[y][x] = shapes->disc[x][y] = CoverageOfDisc(
-                halfWidth, static_cast<double>(x) / kDiscSteps, static_cast<double>(y) / kDiscSteps);
+            shapes->disc[y][x] = shapes->disc[x][y] =
+                CoverageOfDisc(halfWidth, static_cast<double>(x) / kDiscSteps,
+                               static_cast<double>(y) / kDiscSteps);
         }
     }
     return shapes;
@@ -146,8 +146,7 @@ void ThinLines::SetHalfWidth(double halfWidth) {
     if (halfWidth == halfWidth_) return;
     halfWidth_ = halfWidth;
     const auto last = static_cast<std::int32_t>(kept_.size()) - 1;
-    const std::int32_t index =
-        std::clamp(TruncateToInt32((halfWidth - 0.5) * 64.0 + 0.5), 0, last);
+    const std::int32_t index = std::clamp(TruncateToInt32((halfWidth - 0.5) * 64.0 + 0.5), 0, last);
     std::unique_ptr<Shapes>& kept = kept_[static_cast<std::size_t>(index)];
     if (!kept) kept = MakeShapes(0.5 + index / 64.0);
     shapes_ = kept.get();
@@ -171,8 +170,7 @@ void ThinLines::Add(const Line& line) {
     const double perX = 1.0 / along.x;
     walk.slope = along.y * perX;
     walk.half = (halfWidth_ + ReachOf(along)) * std::abs(perX);
-    const auto direction =
-        static_cast<std::size_t>(EdgeProfile::DirectionOf(along.x, along.y));
+    const auto direction = static_cast<std::size_t>(EdgeProfile::DirectionOf(along.x, along.y));
     walk.profile = &shapes_->profiles[direction];
     walk.disc = &shapes_->disc;
     walk.edge = edges_.Edge(static_cast<int>(direction));

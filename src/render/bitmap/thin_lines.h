@@ -1,10 +1,10 @@
-// ThinLines: lines of up to two dots' width, the ones that plots are made of, by looking up how much
-// of the dots across a line it covers. Test: tests/render/bitmap/stroke_quality_test.cpp.
+// ThinLines: lines of up to two dots' width, the ones that plots are made of, by looking up how
+// much of the dots across a line it covers. Test: tests/render/bitmap/stroke_quality_test.cpp.
 //
 // A line is walked along its longer side. The coverages of the four or six dots across it depend on
-// its direction, its width and where between two dots its middle lies; they stand in a table. Near an
-// end they are reduced to the part of each dot in front of the line's end, and what the round end
-// covers of the rest, which stands in a table as well, is added.
+// its direction, its width and where between two dots its middle lies; they stand in a table. Near
+// an end they are reduced to the part of each dot in front of the line's end, and what the round
+// end covers of the rest, which stands in a table as well, is added.
 #pragma once
 
 #include <array>

@@ -88,8 +88,7 @@ double MeanError(const QualityCase& quality, double direction) {
     int edges = 0;
     for (int y = 0; y < kSide; ++y) {
         for (int x = 0; x < kSide; ++x) {
-            const int sampled =
-                SampledCoverage(points, quality.width / 2.0 / kSamples, x, y);
+            const int sampled = SampledCoverage(points, quality.width / 2.0 / kSamples, x, y);
             const int covered = 255 - static_cast<int>(drawn.At(x, y) & 0xFF);
             if (sampled % 255 == 0 && covered % 255 == 0 && sampled == covered) continue;
             sum += std::abs(sampled - covered);
