@@ -17,7 +17,7 @@
 namespace qm::fuzz {
 
 // Small and the same everywhere: a find is repeated from its seed.
-using Random = std::minstd_rand;
+using Random = std::linear_congruential_engine<std::uint32_t, 48271, 0, 2147483647>;
 
 struct Token {
     std::string text;  // of an escape with counted data, up to its letter, with the count before it

@@ -42,12 +42,20 @@ Components::~Components() { CoRevokeClassObject(cookie_); }
 namespace {
 
 // Writers are let in: a copy of standard input is still open for writing.
-ComPtr<IStream> OpenStream(const InputFile& file) {
+ComPtr<SourceStream> OpenStream(const InputFile& file) {
     ComPtr<IStream> stream;
     const HRESULT status =
         SHCreateStreamOnFileW(Utf8ToWide(file.Path()).c_str(), STGM_READ, stream.Put());
     if (FAILED(status)) throw ToolError(file.Name() + ": cannot be read: " + StatusName(status));
-    return stream;
+    const auto source = MakeObject<SourceStream>(stream);
+    if (!source) throw std::bad_alloc();
+    return source;
+}
+
+void ThrowFailureOf(const SourceStream& stream, const InputFile& file) {
+    if (FAILED(stream.Failure())) {
+        throw ToolError(file.Name() + ": cannot be read: " + StatusName(stream.Failure()));
+    }
 }
 
 ToolError OpeningError(const InputFile& file, HRESULT status) {
@@ -80,7 +88,9 @@ std::vector<std::string> Texts(const PlotNotes& notes) {
 }  // namespace
 
 std::string FormatOf(const InputFile& file) {
-    const auto source = MakeObject<DataObject>(OpenStream(file), Utf8ToWide(file.Path()));
+    const auto stream = OpenStream(file);
+    const auto source =
+        MakeObject<DataObject>(ComPtr<IStream>(stream.Get()), Utf8ToWide(file.Path()));
     const auto document = MakeObject<DocumentNode>(SHORT{QM_DOCUMENT});
     if (!source || !document) throw std::bad_alloc();
     ComPtr<IQmFilter> filter;
@@ -88,35 +98,38 @@ std::string FormatOf(const InputFile& file) {
         throw std::bad_alloc();
     }
     const HRESULT status = filter->OpenDocument(source.Get(), document.Get(), 0);
+    ThrowFailureOf(*stream.Get(), file);
     if (status == E_FAIL) return {};
     if (FAILED(status)) throw OpeningError(file, status);
     const Variant* const format = document->Attributes().Find(L"Format");
     return format == nullptr ? std::string() : WideToUtf8(format->AsText());
 }
 
-ComPtr<IQmDataObject> OpenSource(const InputFile& file, bool force) {
-    ComPtr<IStream> stream = OpenStream(file);
+PlotSource::PlotSource(const InputFile& file, bool force) : file_(file), stream_(OpenStream(file)) {
+    ComPtr<IStream> stream(stream_.Get());
     if (force && FormatOf(file).empty() && !DiagnoseArchive(file)) {
         stream = ComPtr<IStream>(MakeObject<ForcedStream>(stream).Get());
         if (!stream) throw std::bad_alloc();
     }
-    const auto source = MakeObject<DataObject>(stream, Utf8ToWide(file.Path()));
-    if (!source) throw std::bad_alloc();
-    return source;
+    object_ = MakeObject<DataObject>(stream, Utf8ToWide(file.Path()));
+    if (!object_) throw std::bad_alloc();
 }
+
+void PlotSource::ThrowFailure() const { ThrowFailureOf(*stream_.Get(), file_); }
 
 LoadedPlot LoadPlot(const Components& components, const InputFile& file, bool force,
                     const std::function<void(int percent)>& progress) {
     LoadedPlot loaded;
-    const auto source = OpenSource(file, force);
+    const PlotSource source(file, force);
     const HRESULT status = OpenPlot(
-        *source,
+        source.Object(),
         [&](int percent) {
             if (progress) progress(percent);
             return !Interrupted();
         },
         loaded.plot);
     ThrowIfInterrupted();
+    source.ThrowFailure();
     if (status == E_FAIL) ThrowRefusal(file, force);
     if (status == E_OUTOFMEMORY) throw std::bad_alloc();
     if (status != S_OK) throw OpeningError(file, status);

@@ -8,6 +8,7 @@
 
 #include "cli/command.h"
 #include "cli/files.h"
+#include "cli/source_stream.h"
 #include "common/tool_error.h"
 #include "host/open_plot.h"
 #include "interpreter/plot_notes.h"
@@ -53,9 +54,23 @@ class Components {
 // ToolError.
 std::string FormatOf(const InputFile& file);
 
-// The file as a source for the import filter; with `force` one that detection takes for a plot.
-// Throws ToolError.
-ComPtr<IQmDataObject> OpenSource(const InputFile& file, bool force);
+// The file as a source for the import filter.
+class PlotSource {
+  public:
+    // With `force` it is one that detection takes for a plot. Throws ToolError. `file` must outlive
+    // the source.
+    PlotSource(const InputFile& file, bool force);
+
+    IQmDataObject& Object() const { return *object_; }
+    // Throws ToolError when the file could not be read on the way, which the filter takes for its
+    // end.
+    void ThrowFailure() const;
+
+  private:
+    const InputFile& file_;
+    ComPtr<SourceStream> stream_;
+    ComPtr<IQmDataObject> object_;
+};
 
 struct LoadedPlot {
     OpenedPlot plot;

@@ -26,14 +26,15 @@ int PrintTrace(const TraceCommandOptions& options) {
     trace.reading = options.open.reading;
     trace.progress = options.progress;
     trace.abortAt = options.abortAt;
-    const auto source = OpenSource(file, options.open.force);
+    const PlotSource source(file, options.open.force);
     // The host answers well even with nobody left to read: what it says cannot end an import.
-    const HRESULT status = TraceImport(*source, trace, [&](std::string_view line) {
+    const HRESULT status = TraceImport(source.Object(), trace, [&](std::string_view line) {
         output.Write(line);
         output.Write("\n");
         return S_OK;
     });
     output.Finish();
+    source.ThrowFailure();
     return status == S_OK ? kExitSuccess : kExitNotAPlot;
 }
 

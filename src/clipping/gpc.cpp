@@ -74,8 +74,11 @@ void gpc_polygon_clip(gpc_op /*set_operation*/, gpc_polygon* subject_polygon,
         clipper.Execute(ClipperLib::ctIntersection, paths, ClipperLib::pftEvenOdd,
                         ClipperLib::pftEvenOdd);
         Store(paths, *result_polygon);
+    } catch (const std::bad_alloc&) {
+        gpc_free_polygon(result_polygon);
+        throw;
     } catch (const std::exception&) {
-        // Clipper throws for what it cannot count, the allocations for want of memory.
+        // Clipper throws for what it cannot count.
         gpc_free_polygon(result_polygon);
     }
 }

@@ -30,8 +30,9 @@ struct gpc_polygon {
 
 // Stores the intersection of `subject_polygon` and `clip_polygon` in `result_polygon`, whose arrays
 // come from malloc and go with gpc_free_polygon. Coordinates are kept to 1/65536 and limited to
-// +-2^45. Areas without extent, and a failure of any kind, give a result without contours. Neither
-// the contours' order nor their first vertices are those of the original library.
+// +-2^45. Areas without extent, and what cannot be counted, give a result without contours; throws
+// std::bad_alloc. Neither the contours' order nor their first vertices are those of the original
+// library.
 void gpc_polygon_clip(gpc_op set_operation, gpc_polygon* subject_polygon, gpc_polygon* clip_polygon,
                       gpc_polygon* result_polygon);
 

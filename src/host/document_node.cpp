@@ -39,10 +39,12 @@ HRESULT DocumentNode::GetAttribute(BSTR name, LONG, VARIANT* value) noexcept {
 }
 
 HRESULT DocumentNode::Append(SHORT type, const VARIANT& name, ComPtr<IUnknown> child) noexcept {
-    return Guarded([&]() -> HRESULT {
+    const HRESULT status = Guarded([&]() -> HRESULT {
         children_.push_back({type, std::wstring(NameOf(name)), std::move(child)});
         return S_OK;
     });
+    if (FAILED(status)) complete_ = false;
+    return status;
 }
 
 HRESULT DocumentNode::AddChild(VARIANT name, IUnknown* child, LONG) noexcept {

@@ -30,6 +30,8 @@ class DocumentNode final : public ComObject<IQmDocument> {
 
     SHORT Type() const noexcept { return type_; }
     const AttributeMap& Attributes() const noexcept { return attributes_; }
+    // False once an attribute or a child was lost for want of memory.
+    bool Complete() const noexcept { return complete_ && attributes_.Complete(); }
     // In the order of adding.
     const std::vector<Child>& Children() const noexcept { return children_; }
 
@@ -56,6 +58,7 @@ class DocumentNode final : public ComObject<IQmDocument> {
     std::shared_ptr<ObjectWrapper> wrapper_;
     AttributeMap attributes_;
     std::vector<Child> children_;
+    bool complete_ = true;
 };
 
 }  // namespace qm

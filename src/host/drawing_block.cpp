@@ -10,15 +10,6 @@ namespace qm {
 
 namespace {
 
-// Runs `append`; lack of memory becomes E_OUTOFMEMORY.
-template <typename Append>
-HRESULT Filed(const Append& append) noexcept {
-    return Guarded([&]() -> HRESULT {
-        append();
-        return S_OK;
-    });
-}
-
 bool IsRun(LONG count, const void* data) { return count >= 0 && (count == 0 || data != nullptr); }
 
 // LONG is another type than int32_t on Windows, of the same size.
@@ -48,6 +39,16 @@ bool LengthsAgree(LONG rings, const LONG* lengths, LONG total) {
 }
 
 }  // namespace
+
+template <typename Append>
+HRESULT DrawingBlock::Filed(const Append& append) noexcept {
+    const HRESULT status = Guarded([&]() -> HRESULT {
+        append();
+        return S_OK;
+    });
+    if (FAILED(status)) complete_ = false;
+    return status;
+}
 
 void* DrawingBlock::FindInterface(REFIID riid) noexcept {
     return IsEqualGUID(riid, kIdentity) ? this : nullptr;

@@ -17,6 +17,9 @@ class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
         0x6e7c5b1a, 0x0f2d, 0x4c55, {0x9a, 0x41, 0x7d, 0x5e, 0x20, 0xc3, 0x81, 0x12}};
 
     const DisplayList& Drawing() const noexcept { return list_; }
+    // False once something was lost for want of memory: filters do not look at what their calls
+    // come to.
+    bool Complete() const noexcept { return complete_ && attributes_.Complete(); }
     // Gives back the memory of the drawing; the block stays empty or not as it is. For a host that
     // looks at the calls alone.
     void DropDrawing() noexcept { list_.DropRecords(); }
@@ -63,8 +66,13 @@ class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
     void* FindInterface(REFIID riid) noexcept override;
 
   private:
+    // Runs `append`; lack of memory becomes E_OUTOFMEMORY and is kept in mind.
+    template <typename Append>
+    HRESULT Filed(const Append& append) noexcept;
+
     AttributeMap attributes_;
     DisplayList list_;
+    bool complete_ = true;
 };
 
 }  // namespace qm

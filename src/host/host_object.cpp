@@ -14,7 +14,7 @@ const Variant* AttributeMap::Find(std::wstring_view name) const noexcept {
 }
 
 HRESULT AttributeMap::Put(BSTR name, const VARIANT& value, LONG flags) noexcept {
-    return Guarded([&]() -> HRESULT {
+    const HRESULT status = Guarded([&]() -> HRESULT {
         const std::wstring_view wanted = ViewOf(name);
         Entry entry{std::wstring(wanted), Variant(value), flags};
         const auto known = std::find_if(entries_.begin(), entries_.end(),
@@ -26,6 +26,8 @@ HRESULT AttributeMap::Put(BSTR name, const VARIANT& value, LONG flags) noexcept 
         }
         return S_OK;
     });
+    if (FAILED(status)) complete_ = false;
+    return status;
 }
 
 HRESULT AttributeMap::Get(BSTR name, VARIANT* value) const noexcept {

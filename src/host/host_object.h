@@ -40,9 +40,12 @@ class AttributeMap {
         return value == nullptr ? nullptr : value->AsObject().template As<Interface>();
     }
     const std::vector<Entry>& Entries() const noexcept { return entries_; }
+    // False once a value was lost for want of memory.
+    bool Complete() const noexcept { return complete_; }
 
   private:
     std::vector<Entry> entries_;
+    bool complete_ = true;
 };
 
 // The host's own object of class T behind an interface that came back from a filter; null when it

@@ -15,16 +15,18 @@ constexpr ULONG kNotGiven = 0xFFFFFFFF;
 // ------------------------------------------------------------------------------------------ layers
 
 HRESULT LayerCollection::AddLayer(LONG number, BSTR name, ULONG colour, LONG visible) noexcept {
-    return Guarded([&]() -> HRESULT {
+    const HRESULT status = Guarded([&]() -> HRESULT {
         layers_.push_back({number, std::wstring(ViewOf(name)), colour, visible != 0});
         return S_OK;
     });
+    if (FAILED(status)) complete_ = false;
+    return status;
 }
 
 HRESULT LayerCollection::GetCount(LONG* count) noexcept {
     if (count == nullptr) return E_POINTER;
     *count = static_cast<LONG>(layers_.size());
-    return S_OK;
+    return complete_ ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT LayerCollection::GetLayer(LONG index, LONG* number, BSTR* name, ULONG* colour,
@@ -71,10 +73,12 @@ HRESULT PenTable::AddPen(LONG pen, ULONG colour, DOUBLE width, ULONG style) noex
         *known = entry;
         return S_OK;
     }
-    return Guarded([&]() -> HRESULT {
+    const HRESULT status = Guarded([&]() -> HRESULT {
         pens_.push_back(entry);
         return S_OK;
     });
+    if (FAILED(status)) complete_ = false;
+    return status;
 }
 
 HRESULT PenTable::GetPen(LONG pen, LONG* style, LONG* colour, DOUBLE* width) noexcept {
@@ -89,7 +93,7 @@ HRESULT PenTable::GetPen(LONG pen, LONG* style, LONG* colour, DOUBLE* width) noe
 HRESULT PenTable::GetPenCount(LONG* count) noexcept {
     if (count == nullptr) return E_POINTER;
     *count = static_cast<LONG>(pens_.size());
-    return S_OK;
+    return complete_ ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT PenTable::GetPenNumber(LONG index, LONG* pen) noexcept {

@@ -23,6 +23,7 @@ class LayerCollection final : public ComObject<IQmLayers> {
 
   private:
     std::vector<PageLayer> layers_;
+    bool complete_ = true;
 };
 
 // All layers of a collection, anybody's; none for a null pointer. Throws std::bad_alloc.
@@ -53,6 +54,8 @@ class PenTable final : public ComObject<IQmPenTable, IQmAttributes> {
         ULONG style = 0;
     };
     Pen* Find(LONG pen) noexcept;
+
+    bool complete_ = true;
 
     std::vector<Pen> pens_;
     AttributeMap attributes_;

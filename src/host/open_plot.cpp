@@ -27,21 +27,35 @@ ComPtr<DrawingBlock> BlockOf(const DocumentNode& container) {
     return nullptr;
 }
 
-// The document as the filter left it: document > contents > pages.
-void CollectPages(const DocumentNode& document, OpenedPlot& plot) {
+bool IsComplete(const DocumentNode& page, const DrawingBlock& block) {
+    const auto layers = page.Attributes().Object<IQmLayers>(L"Layers");
+    const auto pens = page.Attributes().Object<IQmPenTable>(L"PenTable");
+    LONG count = 0;
+    return page.Complete() && block.Complete() && layers && SUCCEEDED(layers->GetCount(&count)) &&
+           pens && SUCCEEDED(pens->GetPenCount(&count));
+}
+
+// The document as the filter left it: document > contents > pages. False when something is missing
+// for want of memory, which the filter does not look at.
+bool CollectPages(const DocumentNode& document, OpenedPlot& plot) {
+    bool complete = document.Complete();
     if (const Variant* const format = document.Attributes().Find(L"Format")) {
         plot.format = format->AsText();
     }
     for (const DocumentNode::Child& part : document.Children()) {
         const auto contents = OwnObject<DocumentNode>(part.object.Get());
         if (!contents || contents->Type() != QM_CONTENTS) continue;
+        complete = complete && contents->Complete();
         for (const DocumentNode::Child& child : contents->Children()) {
             const auto page = OwnObject<DocumentNode>(child.object.Get());
             if (!page) continue;
             const auto block = BlockOf(*page);
-            if (block) plot.pages.emplace_back(*page, *block);
+            if (!block) continue;
+            complete = complete && IsComplete(*page, *block);
+            plot.pages.emplace_back(*page, *block);
         }
     }
+    return complete;
 }
 
 HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot& plot) {
@@ -64,8 +78,8 @@ HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot
     ComPtr<IUnknown> first;
     status = filter->GetNode(Variant().Get(), 0, first.Put());
     // 4. The pages hang in the document, also those finished before an abort.
-    CollectPages(*document, plot);
-    return status;
+    const bool complete = CollectPages(*document, plot);
+    return status == S_OK && !complete ? E_OUTOFMEMORY : status;
 }
 
 }  // namespace

@@ -108,6 +108,7 @@ using ProgressCallback = std::function<bool(int percent)>;
 //   S_OK     the pages are there (none when nothing was drawn)
 //   E_ABORT  `progress` answered false; the pages finished until then are there
 //   E_FAIL   no plot file
+//   E_OUTOFMEMORY  also when a page lacks something for that reason
 // or what COM said when the filter cannot be created. `progress` may be empty.
 HRESULT OpenPlot(IQmDataObject& source, const ProgressCallback& progress,
                  OpenedPlot& plot) noexcept;

@@ -42,7 +42,8 @@ std::uint32_t HPGLReader::ReadData(void* buffer, std::uint32_t maxBytes) {
     // Statuses of reads differ between sources; the count tells.
     if (file_) {
         DWORD done = 0;
-        return ReadFile(file_.Get(), buffer, maxBytes, &done, nullptr) ? done : 0;
+        readFailed_ = readFailed_ || !ReadFile(file_.Get(), buffer, maxBytes, &done, nullptr);
+        return done;
     }
     ULONG done = 0;
     if (stream_) stream_->Read(buffer, maxBytes, &done);

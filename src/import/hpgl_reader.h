@@ -55,6 +55,8 @@ class HPGLReader final : public HPGLRead {
     // page ends in the file, empty pages in the middle included. A failure is the host's: it could
     // not say whether the page is empty.
     HRESULT FinishLastPage(LONG& pages);
+    // The file could not be read to its end. Streams tell such things to the host alone.
+    bool ReadFailed() const { return readFailed_; }
     // A Progress sink has asked to stop.
     bool Aborted() const { return abort_ != VARIANT_FALSE; }
 
@@ -122,6 +124,7 @@ class HPGLReader final : public HPGLRead {
     bool trackExtent_ = false;       // a label is being drawn
     LabelExtent extent_;
     VARIANT_BOOL abort_ = VARIANT_FALSE;  // the answer of the last progress event
+    bool readFailed_ = false;
 
     // Arrays on their way to the host as LONGs; members so that a polygon costs no allocation.
     std::vector<LONG> hostPoints_;

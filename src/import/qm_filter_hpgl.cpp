@@ -151,6 +151,7 @@ HRESULT CQmFilterHPGL::Load(IUnknown** object) {
     }
     if (const HRESULT status = LoadFrom(*reader, page); FAILED(status)) return status;
     if (reader->Aborted()) return E_ABORT;
+    if (reader->ReadFailed()) return E_FAIL;
     if (object == nullptr) return S_OK;
     return page.container->QueryInterface(__uuidof(IUnknown), reinterpret_cast<void**>(object));
 }

@@ -38,13 +38,14 @@ class RowStore {
     // Rows that fit into 2 GiB; every row from this number on counts as a failed allocation.
     std::int64_t RowLimit() const { return rowLimit_; }
 
-    // The row for writing; null when it is out of bounds or memory ran out.
+    // The row for writing; null when it is out of bounds. Throws std::bad_alloc.
     std::uint8_t* Touch(std::int64_t row);
     // The row for reading; null stands for a row of zeros.
     const std::uint8_t* Find(std::int64_t row) const;
     // Sets rows first to first + count - 1 to zeros without allocating any.
     void Clear(std::int64_t first, std::int64_t count);
-    // Sets them to copies of row `source`; false when memory ran out on the way.
+    // Sets them to copies of row `source`; false when they end out of bounds. Throws
+    // std::bad_alloc.
     bool Repeat(std::int64_t source, std::int64_t first, std::int64_t count);
 
     // The blocks that hold rows 0 to rowCount - 1, in order.

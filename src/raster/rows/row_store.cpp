@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace qm {
 
@@ -37,6 +38,7 @@ std::uint8_t* RowStore::TouchBlock(std::size_t index) {
         // calloc, because large blocks come as untouched pages: rows not written cost no memory.
         const auto rows = static_cast<std::size_t>(blockRows_);
         block.reset(static_cast<std::uint8_t*>(std::calloc(rows, stride_)));
+        if (!block) throw std::bad_alloc();
     }
     return block.get();
 }
@@ -44,7 +46,6 @@ std::uint8_t* RowStore::TouchBlock(std::size_t index) {
 std::uint8_t* RowStore::Touch(std::int64_t row) {
     if (row < 0 || row >= rowLimit_) return nullptr;
     std::uint8_t* block = TouchBlock(static_cast<std::size_t>(row / blockRows_));
-    if (block == nullptr) return nullptr;
     return block + static_cast<std::size_t>(row % blockRows_) * stride_;
 }
 

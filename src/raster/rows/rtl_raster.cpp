@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include "raster/rows/placement.h"
@@ -155,7 +156,7 @@ GlobalBlock CRTLRaster::MakeBitmap(int angle) {
     if (!size || !Afford(1, *size)) return {};
     GlobalBlock block = GlobalBlock::Allocate(*size);
     const GlobalView view(block.Get());
-    if (view.Data() == nullptr) return {};
+    if (view.Data() == nullptr) throw std::bad_alloc();
     FillBitmap(view.Data(), angle);
     return block;
 }

@@ -94,8 +94,8 @@ class CRTLRaster {
 
     // The packed bitmap of the picture, turned by `angle` degrees (0, 90, 180, 270; with any other
     // its rows stay zero), in a movable block that the caller owns. Frees the rows on the way.
-    // Empty when no row was stored, and when memory runs out or the bitmap would exceed 2 GiB: the
-    // rows then stay. Every call counts one more row, so make one bitmap a picture.
+    // Empty when no row was stored, and when the bitmap would exceed 2 GiB: the rows then stay.
+    // Throws std::bad_alloc. Every call counts one more row, so make one bitmap a picture.
     GlobalBlock MakeBitmap(int angle);
 
     // The same in two steps for a caller with memory of its own: the bytes that the bitmap takes,
