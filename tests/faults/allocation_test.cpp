@@ -9,12 +9,12 @@
 #include "common/tool_error.h"
 #include "export/save_filter.h"
 #include "fuzz/components.h"
+#include "fuzz/failing_allocation.h"
 #include "host/document_walker.h"
 #include "host/source_and_events.h"
 #include "render/bitmap/page_bitmap.h"
 #include "render/viewer/viewer_writer.h"
 #include "replay/replay.h"
-#include "tests/faults/failing_allocation.h"
 #include "tests/render/memory_sink.h"
 
 namespace qm {

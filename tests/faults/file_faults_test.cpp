@@ -1,6 +1,6 @@
-// qmplot on a system that refuses: every call on a file fails in turn (interpose.cpp), with a full
-// disk, an interruption, a short count. The output is whole or what it was before, nothing is left
-// beside it, the exit status tells which.
+// qmplot on a system that refuses: every call on a file fails in turn (fuzz/interpose.cpp), with a
+// full disk, an interruption, a short count. The output is whole or what it was before, nothing is
+// left beside it, the exit status tells which.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <zip.h>

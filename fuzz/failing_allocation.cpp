@@ -1,5 +1,5 @@
 // In a file of its own, so that no caller sees through the replaced operators.
-#include "tests/faults/failing_allocation.h"
+#include "fuzz/failing_allocation.h"
 
 #include <cstdlib>
 #include <new>

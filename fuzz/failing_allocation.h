@@ -1,6 +1,7 @@
 // FailingAllocation: while it exists, allocations of this program are counted, and the one of a
 // given number fails, or that one and all behind it. What the program's own code and the static
 // libraries take counts, by operator new and by malloc, calloc and realloc (the linker's --wrap).
+// Test: tests/faults/allocation_test.cpp.
 #pragma once
 
 #include <cstddef>
