@@ -26,6 +26,10 @@ if(QM_SANITIZE)
         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
 endif()
+if(QM_TSAN)
+    add_compile_options(-fsanitize=thread)
+    add_link_options(-fsanitize=thread)
+endif()
 if(QM_FUZZ)
     # Checked containers, and conversions of integers that change the value, besides what QM_SANITIZE finds.
     add_compile_options(-fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow,implicit-conversion

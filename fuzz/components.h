@@ -1,5 +1,5 @@
-// Components: what a target needs to open plots, for as long as it exists. No object may outlive
-// it.
+// Components: what a thread needs to open plots, for as long as it exists; Session checks besides
+// that no object outlives it. For the targets and for the tests of faults and threads.
 #pragma once
 
 #include <cstdio>
@@ -61,9 +61,17 @@ class Components {
     }
 
   private:
-    NoLeak noLeak_;
     HostClasses classes_;
     DWORD cookie_ = 0;
+};
+
+class Session {
+  public:
+    static OpenedPlot Open(std::string_view bytes) { return Components::Open(bytes); }
+
+  private:
+    NoLeak noLeak_;
+    Components components_;
 };
 
 }  // namespace qm::fuzz

@@ -35,8 +35,8 @@ bool WriteAll(const std::wstring& path, std::string_view bytes) {
 }  // namespace
 
 void Filter(std::string_view plot) {
-    const Components components;
-    for (const PlotPage& page : Components::Open(plot).pages) Summarise(page.Drawing());
+    const Session session;
+    for (const PlotPage& page : Session::Open(plot).pages) Summarise(page.Drawing());
 }
 
 void Archive(std::string_view zip) {

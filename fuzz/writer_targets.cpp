@@ -27,9 +27,9 @@ class NullSink final : public OutputSink {
     void Write(std::string_view) override {}
 };
 
-// So many dots an inch that the longer side has some hundreds of them.
+// So many dots an inch that the longer side has a hundred of them.
 double SmallDpi(const PageSource& page) {
-    constexpr double kDots = 300.0;
+    constexpr double kDots = 100.0;
     const Extent extent = Summarise(*page.drawing).extent;
     if (extent.empty) return 10.0;
     const double side = std::max({extent.Width(), extent.Height(), 1.0});
@@ -228,32 +228,32 @@ void AppendRecord(Numbers& in, DisplayList& list) {
 }  // namespace
 
 void Svg(std::string_view plot) {
-    const Components components;
-    const OpenedPlot opened = Components::Open(plot);
+    const Session session;
+    const OpenedPlot opened = Session::Open(plot);
     for (const PageSource& page : SourcesOf(opened)) WritePageSvg(page);
 }
 
 void Pdf(std::string_view plot) {
-    const Components components;
-    const OpenedPlot opened = Components::Open(plot);
+    const Session session;
+    const OpenedPlot opened = Session::Open(plot);
     WritePagePdf(SourcesOf(opened));
 }
 
 void Png(std::string_view plot) {
-    const Components components;
-    const OpenedPlot opened = Components::Open(plot);
+    const Session session;
+    const OpenedPlot opened = Session::Open(plot);
     for (const PageSource& page : SourcesOf(opened)) WritePagePng(page);
 }
 
 void Viewer(std::string_view plot) {
-    const Components components;
-    const OpenedPlot opened = Components::Open(plot);
+    const Session session;
+    const OpenedPlot opened = Session::Open(plot);
     WriteViewerFile(SourcesOf(opened));
 }
 
 void Save(std::string_view plot) {
-    const Components components;
-    const OpenedPlot opened = Components::Open(plot);
+    const Session session;
+    const OpenedPlot opened = Session::Open(plot);
     SaveTo<CQmFilterSaveHPGL>(opened, {});
     for (const int bits : {1, 8, 24}) {
         SaveTo<CQmFilterSaveHPRTL>(opened, [bits](const PlotPage& page) {
