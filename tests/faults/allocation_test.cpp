@@ -3,6 +3,7 @@
 // result lacks a part.
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <functional>
 #include <sstream>
 
@@ -170,6 +171,42 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"ReplayHpgl", Replayed(kVectors, ReplayFormat::kHpgl)},
                     Row{"ReplayRtl", Replayed(kPicture, ReplayFormat::kHprtl)}),
     [](const auto& row) { return std::string(row.param.name); });
+
+// A writer that is asked to stop stops, at whichever step, and takes nothing along.
+TEST(AbortedWriters, AtEveryStep) {
+    const fuzz::Components components;
+    const OpenedPlot opened = fuzz::Components::Open(kPlot);
+    const std::vector<PageSource> pages{SourceOf(opened.pages.front()),
+                                        SourceOf(opened.pages.back())};
+    const std::function<void(const PageOptions&, OutputSink&)> writers[] = {
+        [&](const auto& options, auto& sink) { WritePng(pages.front(), options, sink); },
+        [&](const auto& options, auto& sink) { WritePdf(pages, options, sink); },
+        [&](const auto& options, auto& sink) {
+            WriteViewer({"a.plt", "HPGL/2", 9, pages}, options, sink);
+        },
+    };
+    for (const auto& write : writers) {
+        int steps = 0;
+        int last = INT_MAX;
+        const auto step = [&] {
+            if (steps++ == last) throw PageError("stop");
+        };
+        PageOptions options;
+        options.dpi = 20;
+        options.checkpoint = step;
+        options.progress = [&](int) { step(); };
+        MemorySink whole;
+        write(options, whole);
+        const int count = steps;
+        ASSERT_GT(count, 0);
+        for (last = 0; last < count; ++last) {
+            steps = 0;
+            MemorySink sink;
+            EXPECT_THROW(write(options, sink), PageError) << last;
+            EXPECT_EQ(whole.text.compare(0, sink.text.size(), sink.text), 0) << last;
+        }
+    }
+}
 
 }  // namespace
 }  // namespace qm
