@@ -49,7 +49,7 @@ TEST(FuzzTokens, JoinedTheyAreTheInput) {
         EXPECT_EQ(Join(SplitScript(bytes)), bytes);
         const Tokens tokens = SplitPlot(bytes);
         EXPECT_EQ(Join(tokens), bytes) << entry.path();
-        for (const Token& token : tokens) counted += token.data.empty() ? 0 : 1;
+        for (const Token& token : tokens) counted += token.data.empty() ? 0U : 1U;
     }
     EXPECT_GT(counted, 100U);
 }
