@@ -34,6 +34,7 @@ struct PageOptions {
     double marginMillimetres = 5.0;  // paper around the drawing's extent
     bool smooth = true;              // PNG: edges blend into the paper; else dots are drawn or not
     int threads = 1;                 // that draw a PNG
+    std::string title;               // PDF: UTF-8, what the plot is called; may be empty
     // Called now and then while a PNG or a PDF is drawn, one call at a time but not always on the
     // caller's thread; may be empty. What it throws ends the writer.
     std::function<void()> checkpoint;

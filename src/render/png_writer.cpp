@@ -3,17 +3,17 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstring>
-
-#include "common/tool_error.h"
 
 namespace qm {
 
 namespace {
 
-constexpr std::size_t kChunkBytes = std::size_t{1} << 16;
+constexpr int kLevel = 6;  // of zlib, for small files
+// Of longer rows every seventh byte tells how they are best written.
+constexpr std::size_t kBytesOfSample = 1024;
+constexpr std::size_t kSampledStep = 7;
 constexpr double kInchesPerMetre = 1.0 / 0.0254;
 
 std::string BigEndian(std::uint32_t value) {
@@ -84,52 +84,17 @@ void WritePngEnd(OutputSink& sink) {
     WriteChunk("IEND", "", sink);  // not a null view: zlib would start the check sum afresh
 }
 
-struct PngRows::Deflater {
-    explicit Deflater(int level) {
-        if (deflateInit(&stream, level) != Z_OK) throw std::bad_alloc();
-        stream.next_out = out.data();
-        stream.avail_out = static_cast<uInt>(out.size());
-    }
-    ~Deflater() { deflateEnd(&stream); }
-    Deflater(const Deflater&) = delete;
-    Deflater& operator=(const Deflater&) = delete;
-
-    z_stream stream{};
-    std::array<Bytef, kChunkBytes> out;
-};
-
 PngRows::PngRows(const PngHeader& header, PngFilter filter, OutputSink& sink)
-    : sink_(&sink),
+    : chunks_(sink),
       filter_(filter),
       rowBytes_(PngRowBytes(header)),
       dotBytes_(std::max<std::size_t>(BitsOfDot(header) / 8, 1)),
-      level_(header.level),
       filtered_(rowBytes_ + 1),
-      deflater_(std::make_unique<Deflater>(header.level)) {}
-
-PngRows::~PngRows() = default;
-PngRows::PngRows(PngRows&&) noexcept = default;
-PngRows& PngRows::operator=(PngRows&&) noexcept = default;
-
-// What is compressed so far becomes a chunk.
-void PngRows::Empty() {
-    z_stream& stream = deflater_->stream;
-    const std::size_t ready = kChunkBytes - stream.avail_out;
-    if (ready == 0) return;
-    WriteChunk("IDAT", {reinterpret_cast<const char*>(deflater_->out.data()), ready}, *sink_);
-    stream.next_out = deflater_->out.data();
-    stream.avail_out = static_cast<uInt>(kChunkBytes);
+      deflater_(header.fast ? MakeFastDeflater(kLevel) : MakeZlibDeflater(kLevel)) {
+    deflater_->Begin();
 }
 
-void PngRows::Deflate(int flush) {
-    z_stream& stream = deflater_->stream;
-    int status = Z_OK;
-    do {
-        status = deflate(&stream, flush);
-        if (status == Z_STREAM_ERROR) throw PageError("PNG compression failed");
-        if (stream.avail_out == 0 || flush == Z_FINISH) Empty();
-    } while (flush == Z_FINISH ? status != Z_STREAM_END : stream.avail_in > 0);
-}
+void PngRows::Chunks::Write(std::string_view bytes) { WriteChunk("IDAT", bytes, sink_); }
 
 // Areas and lines compress best as they are; in shades that change from dot to dot the differences
 // are smaller.
@@ -138,7 +103,8 @@ bool PngRows::Choose(const std::uint8_t* row) {
     std::size_t plain = 0;
     std::size_t differences = 0;
     const auto sizeOf = [](std::uint8_t value) { return std::min<unsigned>(value, 255U - value); };
-    for (std::size_t i = dotBytes_; i < rowBytes_; ++i) {
+    const std::size_t step = rowBytes_ > kBytesOfSample ? kSampledStep : 1;
+    for (std::size_t i = dotBytes_; i < rowBytes_; i += step) {
         plain += sizeOf(row[i]);
         differences += sizeOf(static_cast<std::uint8_t>(row[i] - row[i - dotBytes_]));
     }
@@ -154,13 +120,7 @@ void PngRows::AdaptToDensity() {
     changes_ = 0;
     if (isDense == isDense_) return;
     isDense_ = isDense;
-    z_stream& stream = deflater_->stream;
-    int status = Z_BUF_ERROR;
-    while (status == Z_BUF_ERROR) {
-        status = deflateParams(&stream, level_, isDense ? Z_RLE : Z_DEFAULT_STRATEGY);
-        if (status == Z_STREAM_ERROR) throw PageError("PNG compression failed");
-        Empty();
-    }
+    deflater_->SetDense(isDense, chunks_);
 }
 
 void PngRows::Write(const std::uint8_t* row) {
@@ -168,18 +128,19 @@ void PngRows::Write(const std::uint8_t* row) {
     const bool left = Choose(row);
     filtered_[0] = left ? 1 : 0;
     std::copy(row, row + rowBytes_, target);
-    for (std::size_t i = dotBytes_; i < rowBytes_; ++i) {
-        const auto difference = static_cast<std::uint8_t>(row[i] - row[i - dotBytes_]);
-        changes_ += difference != 0 ? 1 : 0;
-        if (left) target[i] = difference;
+    for (std::size_t i = dotBytes_; left && i < rowBytes_; ++i) {
+        target[i] = static_cast<std::uint8_t>(row[i] - row[i - dotBytes_]);
     }
-    deflater_->stream.next_in = filtered_.data();
-    deflater_->stream.avail_in = static_cast<uInt>(filtered_.size());
-    Deflate(Z_NO_FLUSH);
+    std::size_t changes = 0;
+    for (std::size_t i = dotBytes_; i < rowBytes_; ++i) {
+        changes += row[i] != row[i - dotBytes_] ? 1 : 0;
+    }
+    changes_ += changes;
+    deflater_->Write({reinterpret_cast<const char*>(filtered_.data()), filtered_.size()}, chunks_);
     AdaptToDensity();
 }
 
-void PngRows::Finish() { Deflate(Z_FINISH); }
+void PngRows::Finish() { deflater_->End(chunks_); }
 
 // Indexed pictures compress best as they are, true colours as differences to the left.
 PngWriter::PngWriter(const PngHeader& header, OutputSink& sink)

@@ -9,6 +9,7 @@
 
 #include "common/packed_bitmap.h"
 #include "host/display_list.h"
+#include "render/deflater.h"
 #include "render/output_sink.h"
 
 namespace qm {
@@ -26,7 +27,7 @@ struct PngHeader {
     bool isGrey = false;        // without a palette: one sample a dot
     bool whiteIsClear = false;  // pure white is transparent
     double dotsPerInch = 0.0;   // 0: not told
-    int level = 6;              // of compression, 1 (fast) to 9
+    bool fast = false;          // compressed fast rather than small
 };
 
 // The bytes of a row.
@@ -37,33 +38,34 @@ void WritePngStart(const PngHeader& header, OutputSink& sink);
 void WritePngEnd(OutputSink& sink);
 
 // The rows between them, which need not be written where they end up: WritePngStart may come later,
-// when the colours are known. Throws what the sink throws, std::bad_alloc, and ToolError when zlib
-// refuses.
+// when the colours are known. Throws what the sink throws, std::bad_alloc, and PageError.
 class PngRows {
   public:
     PngRows(const PngHeader& header, PngFilter filter, OutputSink& sink);
-    ~PngRows();
-    PngRows(PngRows&&) noexcept;
-    PngRows& operator=(PngRows&&) noexcept;
 
     // `row`: (width x samples x bits + 7) / 8 bytes, as the packed bitmaps have them but red first.
     void Write(const std::uint8_t* row);
     void Finish();
 
   private:
-    struct Deflater;
+    // Each piece becomes a chunk.
+    class Chunks final : public OutputSink {
+      public:
+        explicit Chunks(OutputSink& sink) : sink_(sink) {}
+        void Write(std::string_view bytes) override;
 
-    void Deflate(int flush);
-    void Empty();
+      private:
+        OutputSink& sink_;
+    };
+
     // True for differences to the left.
     bool Choose(const std::uint8_t* row);
     void AdaptToDensity();
 
-    OutputSink* sink_;
+    Chunks chunks_;
     PngFilter filter_;
     std::size_t rowBytes_;
     std::size_t dotBytes_;  // distance of the filter's left neighbour
-    int level_;
     std::vector<std::uint8_t> filtered_;
     std::size_t rows_ = 0;
     std::size_t changes_ = 0;  // dots unlike their left neighbour in the last rows

@@ -14,8 +14,6 @@ namespace qm::bitmap {
 
 namespace {
 
-// Measured, see docs/performance.md.
-constexpr int kLevel = 6;
 // Rows kept beyond this are written in true colours although fewer might do.
 constexpr std::size_t kMostKept = std::size_t{64} << 20;
 
@@ -77,7 +75,8 @@ PngPage::PngPage(const PngHeader& header, OutputSink& sink)
 
 PngHeader PngPage::HeaderOf(Format format) const {
     PngHeader header = header_;
-    header.level = kLevel;
+    // Of fewer bits a dot the small files cost little time.
+    header.fast = format >= Format::kGrey;
     header.palette.clear();
     switch (format) {
         case Format::kOneBit:

@@ -45,11 +45,11 @@ std::string DateText(long long seconds) {
 
 }  // namespace
 
-std::string InformationOf(const std::vector<PageSource>& pages) {
+std::string InformationOf(const std::string& title, const std::vector<PageSource>& pages) {
     std::string info = "<<";
-    if (!pages.empty() && !pages.front().name.empty()) {
-        info += "/Title" + TextString(pages.front().name);
-    }
+    const std::string page = pages.size() == 1 ? pages.front().name : "";
+    const std::string words = title + (title.empty() || page.empty() ? "" : ", ") + page;
+    if (!words.empty()) info += "/Title" + TextString(words);
     info += "/Creator(qmplot)/Producer(QmFilter HPGL)";
     if (const auto date = SourceDate()) info += "/CreationDate(" + DateText(*date) + ')';
     return info + ">>";

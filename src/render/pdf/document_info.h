@@ -9,9 +9,10 @@
 
 namespace qm::pdf {
 
-// The information dictionary. The date is that of SOURCE_DATE_EPOCH (seconds since 1970) and is
-// left out without it, so that the same pages always give the same bytes.
-std::string InformationOf(const std::vector<PageSource>& pages);
+// The information dictionary, with `title` and, where there is one page, its name. The date is that
+// of SOURCE_DATE_EPOCH (seconds since 1970) and is left out without it, so that the same pages
+// always give the same bytes.
+std::string InformationOf(const std::string& title, const std::vector<PageSource>& pages);
 
 // Entry of the catalogue that names each page as the plot does.
 std::string PageLabelsOf(const std::vector<PageSource>& pages);

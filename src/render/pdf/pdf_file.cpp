@@ -87,13 +87,13 @@ void PdfFile::BeginStream(ObjectNumber number, std::string_view entries) {
     held_.clear();
     length_.reset();
     streamBytes_ = 0;
-    deflater_.Begin();
+    deflater_->Begin();
 }
 
-void PdfFile::Append(std::string_view content) { deflater_.Write(content, streamSink_); }
+void PdfFile::Append(std::string_view content) { deflater_->Write(content, streamSink_); }
 
 void PdfFile::EndStream() {
-    deflater_.End(streamSink_);
+    deflater_->End(streamSink_);
     if (!length_) {
         PutStreamHead(std::to_string(held_.size()));
         Put(held_);

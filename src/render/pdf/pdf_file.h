@@ -17,8 +17,8 @@
 #include <string_view>
 #include <vector>
 
+#include "render/deflater.h"
 #include "render/output_sink.h"
-#include "render/pdf/deflater.h"
 
 namespace qm::pdf {
 
@@ -73,7 +73,7 @@ class PdfFile {
     OutputSink& sink_;
     std::uint64_t offset_ = 0;
     std::vector<Place> places_;  // by object number - 1
-    Deflater deflater_;
+    std::unique_ptr<Deflater> deflater_ = MakeFastDeflater(1);
     // The object stream at hand.
     ObjectNumber container_ = 0;
     std::string index_;  // number and offset of each object

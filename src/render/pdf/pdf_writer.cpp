@@ -109,7 +109,7 @@ void WritePdf(const std::vector<PageSource>& pages, const PageOptions& options, 
     const ObjectNumber catalogue = file.WriteObject(
         "<</Type/Catalog/Pages " + Reference(tree) + pdf::PageLabelsOf(pages) +
         document.layers.Properties() + "/ViewerPreferences<</DisplayDocTitle true>>>>");
-    const ObjectNumber info = file.WriteObject(pdf::InformationOf(pages));
+    const ObjectNumber info = file.WriteObject(pdf::InformationOf(options.title, pages));
     file.Finish(catalogue, info);
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "common/tool_error.h"
+#include "render/pdf/document_info.h"
 #include "tests/render/pdf/pdf_reader.h"
 
 namespace {
@@ -227,6 +228,12 @@ TEST(PdfWriter, SaysWhatItIs) {
     const std::string text = PdfText({SourceOf(list)});
     const PdfReader reader(text);
     EXPECT_EQ(reader.Count("<</Title(Page 1)/Creator(qmplot)/Producer(QmFilter HPGL)>>"), 1);
+    EXPECT_EQ(
+        pdf::InformationOf("plan.plt", {SourceOf(list)}).rfind("<</Title(plan.plt, Page 1)", 0),
+        0U);
+    EXPECT_EQ(
+        pdf::InformationOf("plan.plt", std::vector<PageSource>(2)).rfind("<</Title(plan.plt)/", 0),
+        0U);
     EXPECT_EQ(reader.Count("/PageLabels<</Nums[0<</P(Page 1)>>]>>"), 1);
     SetSourceDate("1709208000");
     EXPECT_EQ(Pdf(list).Count("/CreationDate(D:20240229120000Z)"), 1);
