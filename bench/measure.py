@@ -6,10 +6,12 @@ usage: measure.py QMPLOT FOLDER [--mb N,N...] [--plots KIND,...] [--to CONVERSIO
   FOLDER         the plots; made by make_plots.py where they are missing
   --mb           sizes in megabytes, 10 if not given
   --plots        kinds of make_plots.py, all if not given
-  --to           of info, svg, pdf, png (at 72 dpi), plt; all if not given
+  --to           of info, svg, pdf, png (72 dpi), png300 (300 dpi), hard (72 dpi without smooth edges), plt, rtl (150 dpi);
+                 info, svg, pdf, png, plt if not given
 
 Every conversion is one process, run twice; the faster run counts. Speed is megabytes of the plot file a second of CPU (user and
-system); peak memory is the process's largest resident set. A conversion of more than 300 seconds is ended and shows as "-".
+system); peak memory is the process's largest resident set; growth is what CPU and bytes are a megabyte of the plot, against the
+first size of --mb. A conversion of more than 300 seconds is ended and shows as "-".
 """
 import argparse
 import os
@@ -23,8 +25,19 @@ import make_plots
 
 LIMIT = 300  # seconds of CPU
 RUNS = 2
-CONVERSIONS = {"info": [], "svg": [], "pdf": [], "png": ["--dpi", "72"], "plt": []}
-ROW = "| %-14s | %-4s | %8s | %8s | %8s | %12s |"
+# Name: (ending of the file, options).
+CONVERSIONS = {
+    "info": ("", []),
+    "svg": ("svg", []),
+    "pdf": ("pdf", []),
+    "png": ("png", ["--dpi", "72"]),
+    "plt": ("plt", []),
+    "png300": ("png", ["--dpi", "300"]),
+    "hard": ("png", ["--dpi", "72", "--no-antialias"]),
+    "rtl": ("plt", ["--rtl", "--dpi", "150"]),
+}
+USUAL = "info,svg,pdf,png,plt"
+ROW = "| %-14s | %-6s | %8s | %8s | %8s | %12s | %10s |"
 
 
 def run(command, folder):
@@ -44,7 +57,8 @@ def measure(qmplot, plot, conversion):
         folder = pathlib.Path(scratch)
         command = [qmplot, "info", str(plot)]
         if conversion != "info":
-            command = [qmplot, "convert", *CONVERSIONS[conversion], str(plot), str(folder / ("out." + conversion))]
+            ending, options = CONVERSIONS[conversion]
+            command = [qmplot, "convert", *options, str(plot), str(folder / ("out." + ending))]
         results = []
         for _ in range(RUNS):
             result = run(command, folder)
@@ -60,10 +74,11 @@ def main():
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--mb", default="10")
     parser.add_argument("--plots", default=",".join([*make_plots.TEXTS, *make_plots.PICTURES]))
-    parser.add_argument("--to", default=",".join(CONVERSIONS))
+    parser.add_argument("--to", default=USUAL)
     options = parser.parse_args()
-    print(ROW % ("plot, MB", "to", "MB/s", "CPU s", "peak MB", "bytes"))
-    print("|---|---|--:|--:|--:|--:|")
+    print(ROW % ("plot, MB", "to", "MB/s", "CPU s", "peak MB", "bytes", "growth"))
+    print("|---|---|--:|--:|--:|--:|--:|")
+    first = {}  # (CPU, bytes) a megabyte, by kind and conversion
     for size in options.mb.split(","):
         for kind in options.plots.split(","):
             plot = options.folder / ("%s-%s.plt" % (kind, size))
@@ -72,10 +87,13 @@ def main():
             megabytes = plot.stat().st_size / 1e6
             for conversion in options.to.split(","):
                 result = measure(options.qmplot, plot, conversion)
-                shown = ("-",) * 4
+                shown = ("-",) * 5
                 if result:
                     cpu, peak, written = result
-                    shown = ("%.1f" % (megabytes / cpu), "%.2f" % cpu, "%.1f" % (peak / 1e6), written or "")
+                    each = (cpu / megabytes, written / megabytes)
+                    start = first.setdefault((kind, conversion), each)
+                    growth = "%.2f, %.2f" % (each[0] / start[0], each[1] / start[1] if start[1] else 0)
+                    shown = ("%.1f" % (megabytes / cpu), "%.2f" % cpu, "%.1f" % (peak / 1e6), written or "", growth)
                 print(ROW % ("%s %s" % (kind, size), conversion, *shown), flush=True)
 
 
