@@ -10,6 +10,8 @@ namespace qm::bitmap {
 namespace {
 
 constexpr double kFlat = 1e-9;  // what a direction's part has to exceed
+// Lines that are left out together when the bounds do not show them.
+constexpr std::size_t kMostAtOnce = 16;
 // Points nearer than this to the last one, in dots, do not make a thin line of their own.
 constexpr double kNearest = 0.25;
 constexpr double kSharpest = -0.1;
@@ -44,8 +46,35 @@ void CapsuleStrokes::Begin(double halfWidth, std::uint32_t colour) {
     if (halfWidth <= kThin) thin_.SetHalfWidth(halfWidth);
 }
 
+bool CapsuleStrokes::MayShow(const Piece& piece) const {
+    const auto [low, high] =
+        std::minmax_element(piece.points, piece.points + piece.count,
+                            [](const PointD& a, const PointD& b) { return a.y < b.y; });
+    const double reach = halfWidth_ + 1.0;
+    return high->y >= bounds_.top - reach && low->y <= bounds_.bottom + reach;
+}
+
+void CapsuleStrokes::AddLong(const Piece& piece) {
+    const std::size_t lines = piece.count - 1;
+    for (std::size_t from = 0; from < lines; from += kMostAtOnce) {
+        const std::size_t end = std::min(from + kMostAtOnce, lines);
+        Piece part = piece;
+        part.points = piece.points + from;
+        part.count = end - from + 1;
+        if (from > 0) part.before = part.points - 1;
+        if (end < lines) part.after = part.points + part.count;
+        if (MayShow(part)) {
+            AddThin(part);
+        } else {
+            Skip(part.count);
+        }
+    }
+}
+
 void CapsuleStrokes::Add(const Piece& piece) {
-    if (smooth_ && halfWidth_ <= kThin) return AddThin(piece);
+    if (smooth_ && halfWidth_ <= kThin) {
+        return piece.count > kMostAtOnce + 1 ? AddLong(piece) : AddThin(piece);
+    }
     const double top = bounds_.top - halfWidth_ - 1.0;
     const double bottom = bounds_.bottom + halfWidth_ + 1.0;
     for (std::size_t i = piece.count > 1 ? 1 : 0; i < piece.count; ++i) {

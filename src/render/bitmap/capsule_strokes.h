@@ -66,6 +66,8 @@ class CapsuleStrokes {
         double high = -1.0;
     };
 
+    bool MayShow(const Piece& piece) const;
+    void AddLong(const Piece& piece);
     void AddThin(const Piece& piece);
     void TakeLines(const Piece& piece);
     void AddThick(const Line& line);
