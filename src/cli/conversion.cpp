@@ -23,6 +23,12 @@ struct NumberedPage {
     PlotPage page;
 };
 
+bool HoldsOnlyPictures(const PageSummary& summary) {
+    return summary.pictures > 0 && summary.lines + summary.polylines + summary.polygons +
+                                           summary.rectangles + summary.circles + summary.arcs ==
+                                       0;
+}
+
 std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string& input,
                                        const ConversionOptions& options, const OutputFormat& format,
                                        const ConversionReports& reports) {
@@ -35,6 +41,7 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
                         std::to_string(count));
     }
     std::vector<NumberedPage> pages;
+    bool picturesAlone = false;
     for (std::size_t number = 1; number <= count; ++number) {
         if (!options.pages.Contains(number)) continue;
         const PlotPage& page = plot.pages[number - 1];
@@ -47,12 +54,20 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
         if (summary.onlyWhite)
             reports.note(input + ": everything on page " + std::to_string(number) + " is white");
         if (summary.pictures > 0 && !format.holdsPictures) {
-            reports.note(name + " has pictures, which HP-GL/2 does not hold; --rtl keeps them");
+            const bool onlyPictures = HoldsOnlyPictures(summary);
+            reports.note(name + (onlyPictures ? " is pictures alone" : " has pictures") +
+                         ", which " + std::string(format.description) + " does not hold" +
+                         (onlyPictures ? ", and is not written" : "") +
+                         (format.isPlot ? "; --rtl keeps them" : ""));
+            picturesAlone = picturesAlone || onlyPictures;
+            if (onlyPictures) continue;
         }
         pages.push_back({number, page});
     }
     if (pages.empty()) {
-        throw ToolError(input + ": shows nothing, nothing is written", kExitNotAPlot);
+        throw ToolError(input + (picturesAlone ? ": holds pictures alone" : ": shows nothing") +
+                            ", nothing is written",
+                        kExitNotAPlot);
     }
     return pages;
 }

@@ -39,6 +39,10 @@ constexpr OutputFormat kFormats[] = {
          WritePng(SourceOf(pages.front()), options.page, sink);
      }},
     {"html", "html", "html", true, true, false, WriteAllAsViewer},
+    {"dxf", "DXF", "dxf", false, false, false,
+     [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+         WriteDxf(SourceOf(pages.front()), options.page, sink);
+     }},
     {"plt", "HP-GL/2", "plt hpgl hpg hp", true, false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePlot(pages, options.page, options.plot, sink);

@@ -6,8 +6,6 @@ namespace qm {
 namespace {
 
 constexpr std::int32_t kMaxPatternSide = 255;
-// Height of capitals in most fonts, against which the box of strokes is held.
-constexpr double kCapitalHeight = 0.72;
 
 }  // namespace
 

@@ -17,6 +17,9 @@ inline constexpr std::int32_t kFillKindPattern = 3;
 // of the common 300 dots per inch.
 inline constexpr double kPatternDotUnits = kUnitsPerInch / 300.0;
 
+// Height of capitals in most fonts, of the font size: against it the box of strokes is held.
+inline constexpr double kCapitalHeight = 0.72;
+
 // Has at least a dot, no side above 255 (the language's own limit) and all its bits. Areas of other
 // patterns are filled solid.
 bool IsDrawable(const FillPattern& pattern);

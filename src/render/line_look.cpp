@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "common/numbers.h"
+
 namespace qm {
 
 namespace {
@@ -74,6 +76,11 @@ bool IsWholeEllipse(const ArcShape& arc) {
     constexpr float kFullTurn = 359.999F;
     constexpr float kManyTurns = 1e6F;
     return !(std::abs(arc.span) < kFullTurn && std::abs(arc.start) < kManyTurns);
+}
+
+PointD PointOnArc(const ArcShape& arc, double degrees) {
+    return {arc.centre.x + arc.radiusX * std::cos(degrees * kRadiansPerDegree),
+            arc.centre.y + arc.radiusY * std::sin(degrees * kRadiansPerDegree)};
 }
 
 Blend BlendOfDrawMode(std::int32_t drawMode) {

@@ -25,6 +25,8 @@ bool IsDot(PointSpan points);
 
 // Full turns and more, and angles that are no numbers, show the whole ellipse.
 bool IsWholeEllipse(const ArcShape& arc);
+// Point of the arc at `degrees`.
+PointD PointOnArc(const ArcShape& arc, double degrees);
 
 // What formats know of raster operations. kNone draws nothing.
 enum class Blend { kNormal, kDarken, kLighten, kDifference, kNone };

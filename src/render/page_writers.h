@@ -44,6 +44,8 @@ struct PageOptions {
 
 // Vector formats keep physical sizes. One page a file.
 void WriteSvg(const PageSource& page, const PageOptions& options, OutputSink& sink);
+// A drawing for CAD programs in millimetres, in the coordinates of the plot (target qm_render_dxf).
+void WriteDxf(const PageSource& page, const PageOptions& options, OutputSink& sink);
 // One sheet for each page, each of its own size (target qm_render_pdf).
 void WritePdf(const std::vector<PageSource>& pages, const PageOptions& options, OutputSink& sink);
 // Indexed when the page has at most 256 colours, else shades of grey or true colours (target

@@ -3,19 +3,7 @@
 
 #include <cmath>
 
-#include "common/numbers.h"
-
 namespace qm {
-
-namespace {
-
-// Point of the arc at `degrees`.
-PointD PointOnArc(const ArcShape& arc, double degrees) {
-    return {arc.centre.x + arc.radiusX * std::cos(degrees * kRadiansPerDegree),
-            arc.centre.y + arc.radiusY * std::sin(degrees * kRadiansPerDegree)};
-}
-
-}  // namespace
 
 void SvgPath::Number(std::int64_t number, bool first) {
     // A letter or a minus sign parts numbers as well as a blank.
