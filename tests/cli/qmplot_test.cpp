@@ -111,6 +111,8 @@ const Conversion kConversions[] = {
     {"OnePage", "convert a.plt a.svg", {"a.svg"}},
     {"FromStandardInput", "convert - a.svg <a.plt", {"a.svg"}},
     {"PageEach", "convert pages.plt a.SVG", {"a-1.SVG", "a-2.SVG", "a-3.SVG"}},
+    {"PageEachInADottedFolder", "convert -o v1.2 --to svg pages.plt",
+     {"v1.2", "v1.2/pages-1.svg", "v1.2/pages-2.svg", "v1.2/pages-3.svg"}},
     {"OnlyOnePage", "convert pages.plt b.png --page 2 --dpi 50", {"b.png"}},
     {"PagesInOneFile", "convert pages.plt a.pdf", {"a.pdf"}},
     {"PagesForTheBrowser", "convert pages.plt a.html", {"a.html"}},

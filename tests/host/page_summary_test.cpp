@@ -35,7 +35,7 @@ TEST(PageSummary, ArcsReachAsFarAsTheirAngles) {
 TEST(PageSummary, CountsByPenAndLayer) {
     DisplayList list;
     EXPECT_TRUE(Summarise(list).extent.empty);
-    for (const std::int32_t pen : {2, 300, 2}) {
+    for (const std::int32_t pen : {2, 255, 256, 2}) {
         list.AppendValue(RecordKind::kLayer, pen + 3);
         list.AppendValue(RecordKind::kPen, pen);
         list.AppendText({{1000, 1000}, {2000, 2000}}, "x");
@@ -44,7 +44,8 @@ TEST(PageSummary, CountsByPenAndLayer) {
     list.AppendRectangle({{0, 0}, {1, 1}}, true);
     const PageSummary summary = Summarise(list);
     EXPECT_EQ(summary.byPen[2], 3U);
-    EXPECT_EQ(summary.layers, (std::vector<std::int32_t>{5, 303}));
+    EXPECT_EQ(summary.byPen[255], 1U);
+    EXPECT_EQ(summary.layers, (std::vector<std::int32_t>{5, 258, 259}));
     EXPECT_EQ(summary.extent.maxX, 1.0) << "texts are not seen";
     EXPECT_TRUE(summary.orderShows);
 }

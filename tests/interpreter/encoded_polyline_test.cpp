@@ -66,6 +66,8 @@ TEST(EncodedPolyline, Flags) {
          {"Polyline 2 : 0,0 5,6"}},
         {"rectangles", "PU1,1;PE9" + Pair(2, 2) + Pair(10, 20) + ";PD;",
          {"FilledRectangle 3 3 13 23", "Line 3 3 3 3"}},
+        {"they leave the pen up", "PE9" + Pair(2, 2) + Pair(1, 1) + ";PA5,5;",
+         {"FilledRectangle 2 2 3 3"}},
         {"a pen-up flag ends them",
          "PE9" + Pair(2, 2) + Pair(5, 5) + "<" + Pair(1, 1) + Pair(1, 1) + ";",
          {"FilledRectangle 2 2 7 7", "Polyline 2 : 3,3 4,4"}},

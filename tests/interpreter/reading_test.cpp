@@ -65,6 +65,13 @@ TEST(Reading, Coordinates) {
          {"Line 10 10 18 18"}, {"Line 5 5 7 7"}},
         {"DF ends scale and window", "SC0,2,0,2,2;IW0,0,1,1;DF;PU5,5;PD7,7;",
          {}, {"Line 5 5 7 7"}},
+        {"DF ends PR", "PU5,5;PR;DF;PD1,1;", {"Line 5 5 6 6"}, {"Line 5 5 1 1"}},
+        {"RO180 leaves the points unturned", "PS400,200;RO180;IP;SC0,1,0,1;PU0,0;PD1,1;",
+         {"Line 0 0 1 1"}, {"Line 0 0 400 200"}},
+        {"three numbers of IP are P1 alone", "IP0,0,100,100;IP50,50,9;SC0,1,0,1;PU0,0;PD1,1;",
+         {"Line 0 0 1 1"}, {"Line 50 50 150 150"}},
+        {"isotropic and mirrored", "IP0,0,1000,500;SC1,0,0,1,1;PU0,0;PD1,1;",
+         {"Line 1000 0 0 500"}, {"Line 750 0 250 500"}},
         {"RO within a page", "PS400,200;PD10,20;RO90;PU0,0;PD10,20;RO270;PU0,0;PD10,20;",
          {"Line 0 0 10 20", "Line 0 0 10 20", "Line 0 0 10 20"},
          {"Line 0 0 10 20", "Line 400 0 380 10", "Line 0 200 20 190"}},
@@ -197,6 +204,12 @@ TEST(Reading, Areas) {
 TEST(Reading, LinesAndPens) {
     // clang-format off
     ExpectReadings("SetLineType SetLineStyle", {
+        {"DF forgets UL", "UL1,50,50;DF;LT1;",
+         {"SetLineType 2 : 50 50"}, {"SetLineType 2 : 0 493"}},
+        {"UL without any length", "UL2,0,0;LT2;",
+         {"SetLineType 2 : 0 0"}, {"SetLineType 2 : 246 247"}},
+        {"dots only", "LT0;",
+         {"SetLineStyle 2"}, {"SetLineType 2 : 0 30000"}},
         {"a length in millimetres", "LT2,10,1;",
          {"SetLineStyle 1"},
          {"SetLineType 2 : 200 200"}},

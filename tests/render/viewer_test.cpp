@@ -56,6 +56,9 @@ const EncodedRow kEncoded[] = {
      "030704C801 0200 0200 "},
     {"a text", [](auto& list) { list.AppendText({{0, 0}, {5, 9}}, "</b>"); },
      "0604 000A 0012 3C2F623E"},
+    {"an outline comes back to its start",
+     [](auto& list) { list.AppendRectangle({{0, 0}, {1, 2}}, false); },
+     "10 0002000100 0000040003 "},
     {"a new attribute that changes nothing",
      [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendValue(RecordKind::kPen, 3);
          list.AppendLine({0, 0}, {1, 1}); }, "0D0D 00020102 00020102 "},

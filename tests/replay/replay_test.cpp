@@ -38,6 +38,7 @@ TEST(ReplayScript, UnreadableScriptsSayWhere) {
         {sink + "AppendPen", "2: AppendPen NUMBER: a 32-bit integer expected, the line ends"},
         {sink + "AppendPen 1 2", "2: AppendPen NUMBER: the end of the line expected, \"2\" found"},
         {sink + "AppendPen 1.5", "2: AppendPen NUMBER: a 32-bit integer expected, \"1.5\" found"},
+        {sink + "AppendPen 0x1g", "2: AppendPen NUMBER: a 32-bit integer expected, \"0x1g\" found"},
         {sink + "AppendPen 2147483648",
          "2: AppendPen NUMBER: a 32-bit integer expected, \"2147483648\" found"},
         {sink + "AppendCircle 1 2 3 maybe",

@@ -156,6 +156,7 @@ TEST(Labels, SelectedSetsMapCharacters) {
     };
     same("SD1,39;LB{\3", "LB\x84\3");
     same("SD1,39;DF;LB{\3", "LB{\3");
+    same("SD1,39;DF;SS;LB{\3", "LB{\3");
     same("SD1,39;SD1;LB{\3", "LB\x84\3");
     same("AD1,39;LB{\3", "LB\x84\3");
     same("AD2,39;LB{\3", "LB{\3");

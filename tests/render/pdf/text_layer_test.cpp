@@ -31,10 +31,10 @@ TEST(TextLayer, ReadsFromTopToBottom) {
     list.AppendLine({0, 0}, {900, 900});
     list.AppendText({{0, 100}, {120, 136}}, "lower");
     list.AppendText({{500, 300}, {620, 336}}, "right");
-    list.AppendText({{0, 305}, {120, 341}}, "(\xC3\xA9)");
+    list.AppendText({{0, 305}, {120, 341}}, "(\xC3\xA9)\\");
     list.AppendText({{200, 335}, {220, 341}}, "\"");  // a low box of the same line
     EXPECT_EQ(Texts(list),
-              "BT\n66.7 0 0 50 0 305 Tm\n/F0 1 Tf\n(\\(\x80\\))Tj\nET\n"
+              "BT\n50 0 0 50 0 305 Tm\n/F0 1 Tf\n(\\(\x80\\)\\\\)Tj\nET\n"
               "BT\n33.3 0 0 8.3 200 335 Tm\n/F0 1 Tf\n(\")Tj\nET\n"
               "BT\n40 0 0 50 500 300 Tm\n/F0 1 Tf\n(right)Tj\nET\n"
               "BT\n40 0 0 50 0 100 Tm\n/F0 1 Tf\n(lower)Tj\nET\n");
