@@ -24,6 +24,10 @@ inline constexpr std::size_t kNameCharacters = 260;
 // What one entry may grow to when it is extracted, whatever its size field claims: 1 GiB. Plots are
 // far smaller; a few kilobytes of a hostile archive can claim and yield much more.
 inline constexpr std::int64_t kMaxExtractedBytes = std::int64_t{1} << 30;
+// And what it may grow to in an archive of so few bytes: 4 MiB and 128 times as much. Drawings
+// shrink to a tenth, pictures of scanned sheets to a hundredth.
+inline constexpr std::int64_t kExtractedBytes = std::int64_t{4} << 20;
+inline constexpr std::int64_t kExtractedPerByte = 128;
 
 // OpenArchive: opens the zip archive at `path` for reading. kNoArchive when it is none, its
 // directory is damaged, or 1000 are open already.
@@ -42,7 +46,7 @@ using GetFileInfoFunction = std::int32_t(Handle archive, std::int32_t index, wch
 // ExtractToFile: unpacks entry `index` to the file `name`, a plain file name, in the folder
 // `directory` (no closing separator), replacing what is there. Size fields are not believed: the
 // data run to their own end and must have the right checksum. 0, and no such file is left, when
-// the entry is encrypted, damaged or larger than kMaxExtractedBytes. 0, and nothing is touched, for
+// the entry is encrypted, damaged or larger than that. 0, and nothing is touched, for
 // an unknown handle or a name with a separator.
 using ExtractToFileFunction = std::int32_t(Handle archive, std::int32_t index,
                                            const wchar_t* directory, const wchar_t* name);

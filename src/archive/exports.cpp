@@ -121,7 +121,7 @@ std::int32_t ExtractToFile(Handle archive, std::int32_t index, const wchar_t* di
         const SharedArchive open = Open().Find(archive);
         if (!open || !IsPlainName(name)) return 0;
         const std::wstring path = std::wstring(directory) + L'/' + name;
-        return open->Extract(index, path, qm::archive::kMaxExtractedBytes) ? 1 : 0;
+        return open->Extract(index, path, open->MaxBytes()) ? 1 : 0;
     });
 }
 

@@ -8,6 +8,7 @@
 #include <limits>
 #include <vector>
 
+#include "archive/archive_api.h"
 #include "platform/file_handle.h"
 #include "platform/text.h"
 
@@ -25,6 +26,12 @@ using Entry = std::unique_ptr<zip_file_t, CloseEntry>;
 zip_t* Open(const std::string& path) {
     int error = 0;
     return zip_open(path.c_str(), ZIP_RDONLY, &error);
+}
+
+std::int64_t SizeOf(const std::wstring& path) {
+    const FileHandle file = FileHandle::OpenForReading(path.c_str());
+    const DWORD size = file ? GetFileSize(file.Get(), nullptr) : INVALID_FILE_SIZE;
+    return size == INVALID_FILE_SIZE ? 0 : std::int64_t{size};
 }
 
 std::int64_t Claimed(const zip_stat_t& status, zip_uint64_t field, zip_uint64_t value) {
@@ -52,7 +59,10 @@ bool Copy(zip_file_t& entry, std::uint32_t checksum, std::int64_t maxBytes, HAND
 
 }  // namespace
 
-ZipArchive::ZipArchive(std::wstring_view path) : zip_(Open(WideToUtf8(path))) {}
+ZipArchive::ZipArchive(std::wstring_view path)
+    : zip_(Open(WideToUtf8(path))),
+      maxBytes_(std::min(kMaxExtractedBytes,
+                         kExtractedBytes + kExtractedPerByte * SizeOf(std::wstring(path)))) {}
 
 std::int32_t ZipArchive::Count() const {
     const zip_int64_t entries = zip_get_num_entries(zip_.get(), 0);

@@ -33,12 +33,15 @@ class ZipArchive {
     // Unpacks an entry to `path`, replacing what is there; false, and no file, when anything is
     // wrong with it or it is encrypted or larger than `maxBytes`.
     bool Extract(std::int32_t index, const std::wstring& path, std::int64_t maxBytes) const;
+    // What an entry of an archive of this size may grow to (archive_api.h).
+    std::int64_t MaxBytes() const { return maxBytes_; }
 
   private:
     struct Discard {
         void operator()(zip_t* zip) const { zip_discard(zip); }
     };
     std::unique_ptr<zip_t, Discard> zip_;
+    std::int64_t maxBytes_;
 };
 
 }  // namespace qm::archive

@@ -143,6 +143,11 @@ ConversionResult Convert(const Components& components, const std::string& input,
 
     WriteOptions writeOptions = options.write;
     writeOptions.page.progress = ProgressOfPages(pages.size(), reports);
+    writeOptions.page.note = [&](const std::string& note) {
+        reports.note(file.Name() + ": " + note);
+    };
+    WorkBudget dots = DotsForPng(writeOptions.page.dpi, file.Size());
+    writeOptions.page.dots = &dots;
     writeOptions.facts = FactsOf(file, plot);
     Writing writing(format, std::move(writeOptions), reports);
     const bool onlyOne = options.pages.IsOnePage() || plot.pages.size() == 1;

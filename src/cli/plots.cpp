@@ -82,6 +82,10 @@ std::vector<std::string> Texts(const PlotNotes& notes) {
             "a scale (SC) without scaling points (IP) in front is ignored, as the "
             "document engine does; --reading plotter scales");
     }
+    if (!notes.limitsMet.empty()) {
+        texts.push_back("asks for too much for its size; not all is drawn of its " +
+                        notes.limitsMet);
+    }
     return texts;
 }
 

@@ -27,6 +27,15 @@ ComPtr<DrawingBlock> BlockOf(const DocumentNode& container) {
     return nullptr;
 }
 
+std::uint64_t BytesOf(IQmDataObject& source) {
+    ComPtr<IUnknown> storage;
+    source.get_Storage(storage.Put());
+    const auto stream = storage.As<IStream>();
+    STATSTG status{};
+    if (!stream || FAILED(stream->Stat(&status, STATFLAG_NONAME))) return 0;
+    return status.cbSize.QuadPart;
+}
+
 bool IsComplete(const DocumentNode& page, const DrawingBlock& block) {
     const auto layers = page.Attributes().Object<IQmLayers>(L"Layers");
     const auto pens = page.Attributes().Object<IQmPenTable>(L"PenTable");
@@ -37,7 +46,7 @@ bool IsComplete(const DocumentNode& page, const DrawingBlock& block) {
 
 // The document as the filter left it: document > contents > pages. False when something is missing
 // for want of memory, which the filter does not look at.
-bool CollectPages(const DocumentNode& document, OpenedPlot& plot) {
+bool CollectPages(const DocumentNode& document, std::uint64_t bytes, OpenedPlot& plot) {
     bool complete = document.Complete();
     if (const Variant* const format = document.Attributes().Find(L"Format")) {
         plot.format = format->AsText();
@@ -52,7 +61,7 @@ bool CollectPages(const DocumentNode& document, OpenedPlot& plot) {
             const auto block = BlockOf(*page);
             if (!block) continue;
             complete = complete && IsComplete(*page, *block);
-            plot.pages.emplace_back(*page, *block);
+            plot.pages.emplace_back(*page, *block, bytes);
         }
     }
     return complete;
@@ -78,18 +87,19 @@ HRESULT Load(IQmDataObject& source, const ProgressCallback& progress, OpenedPlot
     ComPtr<IUnknown> first;
     status = filter->GetNode(Variant().Get(), 0, first.Put());
     // 4. The pages hang in the document, also those finished before an abort.
-    const bool complete = CollectPages(*document, plot);
+    const bool complete = CollectPages(*document, BytesOf(source), plot);
     return status == S_OK && !complete ? E_OUTOFMEMORY : status;
 }
 
 }  // namespace
 
-PlotPage::PlotPage(DocumentNode& container, DrawingBlock& block)
+PlotPage::PlotPage(DocumentNode& container, DrawingBlock& block, std::uint64_t sourceBytes)
     : attributes_(Share(container, container.Attributes())),
       drawing_(Share(block, block.Drawing())),
       layers_(ReadLayers(attributes_->Object<IQmLayers>(L"Layers").Get())),
       unitsPerInch_(attributes_->Number(L"LpiX", kUnitsPerInch)),
-      rotation_(attributes_->Number(L"InitialRotation", 0.0)) {
+      rotation_(attributes_->Number(L"InitialRotation", 0.0)),
+      sourceBytes_(sourceBytes) {
     if (const Variant* const name = attributes_->Find(L"NodeID")) name_ = name->AsText();
     if (!(unitsPerInch_ > 0.0)) unitsPerInch_ = kUnitsPerInch;
 }

@@ -73,8 +73,9 @@ struct PageLayer {
 // A finished page. Copies share the page's objects.
 class PlotPage {
   public:
-    // The host's own: a page of its document tree and the drawing block in it.
-    PlotPage(DocumentNode& container, DrawingBlock& block);
+    // The host's own: a page of its document tree and the drawing block in it, of a file of so many
+    // bytes.
+    PlotPage(DocumentNode& container, DrawingBlock& block, std::uint64_t sourceBytes);
 
     const std::wstring& Name() const noexcept { return name_; }  // "Page 1"; numbers may skip
     const DisplayList& Drawing() const noexcept { return *drawing_; }
@@ -83,6 +84,8 @@ class PlotPage {
     double UnitsPerInch() const noexcept { return unitsPerInch_; }
     // Degrees counter-clockwise by which the drawing is to be shown turned; 0 for most plots.
     double Rotation() const noexcept { return rotation_; }
+    // Size of the plot's file, by which writers bound their work; 0 when it is not known.
+    std::uint64_t SourceBytes() const noexcept { return sourceBytes_; }
     // All attributes of the page's container (host_object.h).
     const AttributeMap& Attributes() const noexcept { return *attributes_; }
 
@@ -93,6 +96,7 @@ class PlotPage {
     std::vector<PageLayer> layers_;
     double unitsPerInch_;
     double rotation_;
+    std::uint64_t sourceBytes_;
 };
 
 struct OpenedPlot {

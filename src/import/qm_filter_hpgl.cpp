@@ -1,12 +1,14 @@
 // See qm_filter_hpgl.h.
 #include "import/qm_filter_hpgl.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "import/plot_archive.h"
+#include "platform/text.h"
 #include "platform/variant.h"
 #include "server/class_factory.h"
 
@@ -106,6 +108,16 @@ bool CQmFilterHPGL::IsZip() const {
     return done == sizeof head && std::memcmp(head, kLocalHeader, sizeof head) == 0;
 }
 
+// What the work for a plot in an archive grows with: what drawings shrink to when they are packed,
+// so that a few packed bytes cannot buy more.
+std::uint32_t CQmFilterHPGL::PackedPlotBytes() const {
+    constexpr std::uint64_t kTimes = 16;
+    STATSTG status{};
+    if (FAILED(stream_->Stat(&status, STATFLAG_NONAME))) return 0;
+    return static_cast<std::uint32_t>(
+        std::min<std::uint64_t>(kTimes * status.cbSize.QuadPart, UINT32_MAX));
+}
+
 Bstr CQmFilterHPGL::StorageName() const {
     Bstr name;
     dataObject_->get_StorageName(name.Put());
@@ -145,6 +157,7 @@ HRESULT CQmFilterHPGL::Load(IUnknown** object) {
         FileHandle file = FileHandle::OpenForReading(extracted.Path().c_str());
         if (!file) return E_FAIL;
         reader = std::make_unique<HPGLReader>(std::move(file));
+        reader->SetBudgetBytes(PackedPlotBytes());
     } else {
         Rewind();
         reader = std::make_unique<HPGLReader>(stream_);

@@ -46,6 +46,7 @@ class CQmFilterHPGL : public EventSource<_IQmFilterEvents, IQmFilter> {
     HRESULT LoadFrom(HPGLReader& reader, const HostPage& page);
     void Rewind() const;
     bool IsZip() const;
+    std::uint32_t PackedPlotBytes() const;
     Bstr StorageName() const;
 
     Reading reading_;

@@ -110,7 +110,7 @@ void FillRectangleAbsolute(Parameters& in, Drawing& drawing, const PenState& pen
 void FillRectangleRelative(Parameters& in, Drawing& drawing, const PenState& pens,
                            const FillState& fill);
 void FillWedge(Parameters& in, Drawing& drawing, const PenState& pens, const FillState& fill);
-void RasterFillDefinition(Parameters& in, Output& out);
+void RasterFillDefinition(Parameters& in, Drawing& drawing);
 
 // attributes/labels.cpp
 void CharacterPlot(Parameters& in, LabelState& label, Drawing& drawing);

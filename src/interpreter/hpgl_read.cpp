@@ -21,6 +21,8 @@ HPGLRead::~HPGLRead() = default;
 
 void HPGLRead::EnterDocumentMode() { plotter_->raster.documentMode = true; }
 
+void HPGLRead::SetBudgetBytes(std::uint32_t bytes) { plotter_->budgetBytes = bytes; }
+
 void HPGLRead::SetReading(const Reading& reading) { plotter_->reading = reading; }
 
 const PlotNotes& HPGLRead::Notes() const { return plotter_->notes; }

@@ -40,6 +40,8 @@ class HPGLRead : public DrawingOperations {
     void SetReading(const Reading& reading);
     // What Interpret found worth telling.
     const PlotNotes& Notes() const;
+    // The plot may cause no more work than one of so many bytes; for plots that come unpacked.
+    void SetBudgetBytes(std::uint32_t bytes);
 
   protected:
     // The last RO, degrees as given.

@@ -120,6 +120,22 @@ void InterpretOther(Plotter& plotter, std::uint8_t c) {
     }
 }
 
+// What was left out, parted by commas.
+std::string LimitsMet(const Plotter& plotter) {
+    const PlotWork& work = plotter.drawing.work;
+    std::string names;
+    const auto add = [&names](bool met, const char* name) {
+        if (met) names.append(names.empty() ? "" : ", ").append(name);
+    };
+    add(work.vertices.Met(), "polygons drawn again");
+    add(work.crossings.Met(), "hatch lines");
+    add(work.edgePairs.Met(), "cuts of tangled polygons");
+    add(work.patternBytes.Met(), "fill patterns");
+    add(plotter.page.budget.Met(), "page ends");
+    add(plotter.raster.budget.Met(), "picture rows");
+    return names;
+}
+
 }  // namespace
 
 std::int32_t HPGLRead::Interpret() {
@@ -127,6 +143,7 @@ std::int32_t HPGLRead::Interpret() {
     InputReader& input = plotter.in.input;
     plotter.detecting = false;
     input.StartProgress(GetDataSize());
+    plotter.drawing.work = PlotWork(plotter.WorkBytes());
     Handle<handlers::DefaultValues>(plotter);
     Handle<handlers::Initialize>(plotter);
     while (!input.Over()) {
@@ -141,6 +158,7 @@ std::int32_t HPGLRead::Interpret() {
             InterpretOther(plotter, c);
         }
     }
+    plotter.notes.limitsMet = LimitsMet(plotter);
     return WrapAdd(plotter.page.pageIndex, 1);
 }
 

@@ -21,7 +21,7 @@ namespace qm {
 
 void EndCurrentPage(PageState& page, Drawing& drawing) {
     Output& out = drawing.out;
-    if (out.PageEmpty()) return;
+    if (out.PageEmpty() || !page.budget.Take(1)) return;
     page.pageIndex = WrapAdd(page.pageIndex, 1);
     out.EndPage(page.pageIndex);
     CoordinateState& c = drawing.coordinates;

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "common/work_budget.h"
+
 namespace qm {
 
 struct Drawing;
@@ -19,6 +21,11 @@ struct PageState {
     // Dots, from PS: where raster mode puts the cursor across the rows (raster x) of a turned page.
     std::int32_t rasterYOffset = 0;
     std::int32_t frameOffset = 0;  // sum of all FR advances, plotter units
+
+    // Page ends that count; what follows the last one is drawn on its page. A page takes some
+    // kilobytes in the document and can be had for four bytes.
+    static constexpr std::int64_t kMaxPages = 2000;
+    WorkBudget budget{kMaxPages};
 };
 
 // Ends the page when something was drawn on it and resets the attributes that each page starts

@@ -24,7 +24,8 @@ void Drawing::EmitFilledPolygon(std::vector<PointI>& points) {
     if (!coordinates.windowOn || !ReachesOutside(points, coordinates.window)) {
         return out.FilledPolygon(points);
     }
-    for (Contour& contour : ClipPolygon(points, coordinates.window)) out.FilledPolygon(contour);
+    for (Contour& contour : ClipPolygon(points, coordinates.window, &work.edgePairs))
+        out.FilledPolygon(contour);
 }
 
 void Drawing::NextSubPolygon() {

@@ -14,6 +14,7 @@
 #include "interpreter/attributes/polygon.h"
 #include "interpreter/coordinates.h"
 #include "interpreter/output.h"
+#include "interpreter/plot_work.h"
 
 namespace qm {
 
@@ -73,6 +74,7 @@ struct Drawing {
     LineState lines;
     PolygonBuffer polygon;
     Output out;
+    PlotWork work;
 };
 
 }  // namespace qm

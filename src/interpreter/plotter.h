@@ -6,6 +6,7 @@
 // tests/interpreter/.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <tuple>
 #include <type_traits>
@@ -40,6 +41,9 @@ struct Plotter {
     RasterState raster;
     PlotNotes notes;
     bool detecting = false;  // Detect is running
+    // What the work that the plot may cause grows with, if that is less than the plot's own bytes.
+    std::uint32_t budgetBytes = UINT32_MAX;
+    std::uint32_t WorkBytes() { return std::min(budgetBytes, in.input.DataSize()); }
 
     // What a handler can ask for, each by its type.
     auto Parts() {

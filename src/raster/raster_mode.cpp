@@ -69,7 +69,7 @@ void Enter(Plotter& plotter, bool startAtPen) {
     const CoordinateState& coordinates = plotter.drawing.coordinates;
     if (!raster.entered) {
         raster.frame.resolution = plotter.job.jobResolution;
-        raster.budget = WorkBudget::ForPlot(plotter.in.input.DataSize());
+        raster.budget = PictureBudget::ForPlot(plotter.WorkBytes());
     }
     TakePensAsPalette(raster, plotter.pens);
     raster.entered = true;

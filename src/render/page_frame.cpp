@@ -43,6 +43,7 @@ PageSource SourceOf(const PlotPage& page) {
     source.name = WideToUtf8(page.Name());
     source.unitsPerInch = page.UnitsPerInch();
     source.rotation = page.Rotation();
+    source.sourceBytes = page.SourceBytes();
     return source;
 }
 

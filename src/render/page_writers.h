@@ -5,11 +5,13 @@
 // cannot show stands in docs/unsupported.md. Tests: tests/render/.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "common/units.h"
+#include "common/work_budget.h"
 #include "host/display_list.h"
 #include "host/open_plot.h"
 #include "render/output_sink.h"
@@ -24,6 +26,9 @@ struct PageSource {
     double unitsPerInch = kUnitsPerInch;  // of the coordinates
     double rotation = 0.0;     // degrees counter-clockwise by which the page is shown turned
     bool whiteIsClear = true;  // white dots of pictures let through what lies below
+    // Of the plot's file: the work of a writer may grow with it (render/page_work.h). 0: not known,
+    // the work is not bounded.
+    std::uint64_t sourceBytes = 0;
 };
 
 // The page of an opened plot, which must stay open (page_frame.cpp).
@@ -40,6 +45,12 @@ struct PageOptions {
     std::function<void()> checkpoint;
     // Told how much of a page is drawn, 0 to 100, in the same way; may be empty.
     std::function<void(int percent)> progress;
+    // Told what of a page was left out or drawn coarser because it would take too much work; may be
+    // empty.
+    std::function<void(const std::string& what)> note;
+    // What the pages of a plot drawn as PNG may still have together (DotsForPng); null: any number.
+    // Further pages are drawn with fewer dots per inch.
+    WorkBudget* dots = nullptr;
 };
 
 // Vector formats keep physical sizes. One page a file.
@@ -51,5 +62,11 @@ void WritePdf(const std::vector<PageSource>& pages, const PageOptions& options, 
 // Indexed when the page has at most 256 colours, else shades of grey or true colours (target
 // qm_render_bitmap).
 void WritePng(const PageSource& page, const PageOptions& options, OutputSink& sink);
+
+// Dots for the pages of a plot of `bytes` bytes, up to 100 dots per inch; beyond that more, as the
+// sheets have more.
+WorkBudget DotsForPng(double dpi, std::uint64_t bytes);
+inline constexpr std::int64_t kPngDots = std::int64_t{1} << 28;
+inline constexpr std::int64_t kPngDotsPerByte = 1024;
 
 }  // namespace qm

@@ -321,6 +321,8 @@ std::string SvgWriter::PatternId(const DrawingStyle& style) {
     const std::string id = "p" + std::to_string(style.fillIndex) + '-' +
                            std::to_string(style.fillColour) + '-' + std::to_string(key);
     const auto [known, isNew] = patternIds_.emplace(id, patternIds_.size() + 1);
+    if (isNew && patternRuns_ > kMaxPatternRuns) known->second = 0;
+    if (known->second == 0) return {};
     std::string name = "pattern" + std::to_string(known->second);
     if (isNew) DefinePattern(name, found->second, style.fillColour);
     return name;
@@ -337,6 +339,7 @@ void SvgWriter::DefinePattern(const std::string& id, const FillPattern& pattern,
     path_.Start();
     ForEachInkRun(pattern, [&](std::int32_t x, std::int32_t y, std::int32_t length) {
         out_ << 'M' << x << ' ' << y << 'h' << length << "v1h" << -length << 'z';
+        ++patternRuns_;
     });
     out_ << "\"/></pattern>\n";
 }
@@ -356,6 +359,10 @@ void WriteSvg(const PageSource& page, const PageOptions& options, OutputSink& si
     }
     writer.End();
     out.Flush();
+    if (writer.PatternRuns() > SvgWriter::kMaxPatternRuns && options.note) {
+        options.note((page.name.empty() ? "the page" : page.name) +
+                     " has too many fill patterns in too many colours; some areas are solid");
+    }
 }
 
 }  // namespace qm

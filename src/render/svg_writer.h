@@ -43,6 +43,11 @@ class SvgWriter final : public DisplayListVisitor {
     void EndClipRegion() override;
     void StyleChange(const DrawingStyle&, RecordKind) override { styleChanged_ = true; }
 
+    // A pattern stands in the file once for each colour in which it is used. When those so far have
+    // more runs of ink than this, areas of further ones are filled solid.
+    static constexpr std::size_t kMaxPatternRuns = 1000000;
+    std::size_t PatternRuns() const { return patternRuns_; }
+
   private:
     // What a group says for the elements in it.
     struct Base {
@@ -78,6 +83,7 @@ class SvgWriter final : public DisplayListVisitor {
     std::map<std::int32_t, int> groupsOfLayer_;
     std::map<std::int32_t, FillPattern> patterns_;
     std::map<std::string, std::size_t> patternIds_;
+    std::size_t patternRuns_ = 0;
     Base base_;
     bool pathOpen_ = false;
     bool pathIsDots_ = false;

@@ -123,6 +123,13 @@ TEST_F(ArchiveTest, ExtractionStopsAtTheLimit) {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "out"));
 }
 
+TEST_F(ArchiveTest, SmallArchivesHoldNoLargeEntries) {
+    MakeZip(folder_ / "a.zip", {{"plan.prn", std::string(5000000, ';')}});
+    const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(folder_ / "a.zip"));
+    EXPECT_EQ(ZipArchive((folder_ / "a.zip").wstring()).MaxBytes(), (4 << 20) + 128 * bytes);
+    EXPECT_EQ(Extracted(Open(folder_ / "a.zip"), 0) == "failed", 5000000 > (4 << 20) + 128 * bytes);
+}
+
 // Whatever is wrong with an archive, an entry comes out as it went in or not at all.
 TEST_F(ArchiveTest, DamageNeverChangesAnEntry) {
     const std::string content = Numbers(30);

@@ -75,6 +75,39 @@ TEST(Documentation, QuirksAreTheCommentsOfTheCode) {
     }
 }
 
+// ---------------------------------------------------------------- Limits
+
+// The number that `name` is set to in some header; empty when there is none, or it is no literal.
+std::string ValueOf(const std::string& name) {
+    const std::regex definition("\\b" + name + R"( = (?:std::\w+\{)?([\d'.e]+)\}?(?: << (\d+))?;)");
+    for (const std::string& file : SourcesBelow("src")) {
+        for (const std::string& line : ReadLines(kRoot / file)) {
+            std::smatch found;
+            if (!std::regex_search(line, found, definition)) continue;
+            std::string digits = found[1];
+            digits.erase(std::remove(digits.begin(), digits.end(), '\''), digits.end());
+            const int shift = found[2].matched ? std::stoi(found[2]) : 0;
+            return std::to_string(static_cast<long long>(std::stod(digits)) << shift);
+        }
+    }
+    return {};
+}
+
+TEST(Documentation, LimitsAreTheConstantsOfTheCode) {
+    static const std::regex kConstant(R"(`(?:\w+::)?(k[A-Z]\w+)`)");
+    int checked = 0;
+    for (const std::string& line : ReadLines(kRoot / "docs/limits.md")) {
+        for (const std::string& name : AllMatches(line, kConstant)) {
+            const std::string value = ValueOf(name);
+            EXPECT_NE(value, "") << "docs/limits.md: " << name << " is no constant of the code";
+            EXPECT_NE(line.find(value), std::string::npos)
+                << "docs/limits.md: " << name << " is " << value;
+            ++checked;
+        }
+    }
+    EXPECT_GT(checked, 10);
+}
+
 // ---------------------------------------------------------------- Tests
 
 // Whether `path` exists; its last part may hold one '*'.

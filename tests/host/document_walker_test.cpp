@@ -127,7 +127,7 @@ class HandMadePage {
     void Put(const wchar_t* name, const Variant& value) {
         container_->PutAttribute(Bstr(name).Get(), value.Get(), 0);
     }
-    std::vector<PlotPage> Made() const { return {PlotPage(*container_, *block_)}; }
+    std::vector<PlotPage> Made() const { return {PlotPage(*container_, *block_, 0)}; }
 
   private:
     ComPtr<DocumentNode> container_;

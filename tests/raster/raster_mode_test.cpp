@@ -482,16 +482,17 @@ TEST(RasterMode, PicturesStopWhenTheBudgetIsSpent) {
     for (const std::int64_t bytes : {100, 1000}) {
         PlotReader reader(kStart + kEight);
         reader.State().raster.entered = true;
-        reader.State().raster.budget = WorkBudget(bytes);
+        reader.State().raster.budget = {WorkBudget(bytes), WorkBudget()};
         reader.Interpret();
         EXPECT_EQ(reader.State().drawing.out.PageEmpty(), bytes == 100);
     }
 }
 
 TEST(RasterMode, TheBudgetGrowsWithThePlot) {
-    const std::int64_t base = std::int64_t{1} << 32;
-    EXPECT_FALSE(WorkBudget::ForPlot(1000).Take(base + 65536 * 1000 + 1));
-    EXPECT_TRUE(WorkBudget::ForPlot(1000).Take(base + 65536 * 1000));
+    const auto work = (std::size_t{1} << 30) + 8192 * 1000 - 64;
+    EXPECT_FALSE(PictureBudget::ForPlot(1000).TakeRows(1, work + 1));
+    EXPECT_TRUE(PictureBudget::ForPlot(1000).TakeRows(1, work));
+    EXPECT_EQ(PictureBudget::ForPlot(1000).Room(), (64 << 20) + 256 * 1000);
 }
 
 TEST(EscapeTable, NoSequenceTwice) {

@@ -193,6 +193,22 @@ TEST(SvgPage, PatternsStandInFrontOfTheirDiscs) {
               std::string::npos);
 }
 
+TEST(SvgPage, PatternsInManyColoursBecomeSolid) {
+    const std::vector<std::uint8_t> bits(32 * 255, 0xAA);
+    DisplayList list;
+    list.DefineFillPattern({1, 255, 255, {bits.data(), bits.size()}});
+    list.AppendFillStyle(3, 1);
+    for (std::uint32_t colour = 0; colour < 40; ++colour) {
+        list.AppendColour(RecordKind::kFillColour, colour);
+        list.AppendRectangle({{0, 0}, {9, 9}}, true);
+    }
+    const std::string svg = Svg(list);
+    int patterns = 0;
+    for (std::size_t at = 0; (at = svg.find("<pattern", at)) != std::string::npos; ++at) ++patterns;
+    EXPECT_EQ(patterns, 1000000 / (127 * 255) + 1);
+    EXPECT_NE(svg.find("fill=\"#270000\""), std::string::npos);
+}
+
 TEST(SvgPage, PicturesAreEmbedded) {
     std::vector<std::uint8_t> bitmap(*PackedBitmapSize(2, 1, 1));
     const PaletteEntry colours[] = {{255, 255, 255, 0}, {0, 0, 255, 0}};

@@ -64,16 +64,16 @@ std::vector<Contour> ContoursOfBuffer(const Drawing& drawing) {
 
 // What is to be filled of the buffer, by the even-odd rule. Each contour is clipped for itself:
 // what an even number of them covers stays so.
-PolygonGroups AreaOfBuffer(const Drawing& drawing, Area area) {
+PolygonGroups AreaOfBuffer(Drawing& drawing, Area area) {
     const CoordinateState& c = drawing.coordinates;
     std::vector<Contour> contours = ContoursOfBuffer(drawing);
-    if (area.winding) contours = WoundAround(std::move(contours));
+    if (area.winding) contours = WoundAround(std::move(contours), &drawing.work.edgePairs);
     PolygonGroups groups;
     for (Contour& contour : contours) {
         if (!area.clipped || !c.windowOn || !ReachesOutside(contour, c.window)) {
             AppendGroup(groups, std::move(contour));
         } else if (contour.size() > 2) {
-            for (Contour& part : ClipPolygon(contour, c.window)) {
+            for (Contour& part : ClipPolygon(contour, c.window, &drawing.work.edgePairs)) {
                 AppendGroup(groups, std::move(part));
             }
         }
@@ -101,8 +101,9 @@ void HatchBuffer(Drawing& drawing, const FillState& fill, bool winding, double a
     const double radians = angle * kRadiansPerDegree;
     const HatchFamily first{radians, spacing, fill.anchor};
     const HatchFamily second{radians + kTwoPi / 4.0, crossed ? spacing : 0.0, fill.anchor};
-    HatchPolygons(area, first, second,
-                  [&drawing](PointI from, PointI to) { drawing.EmitSegment(from, to); });
+    HatchPolygons(
+        area, first, second, [&drawing](PointI from, PointI to) { drawing.EmitSegment(from, to); },
+        &drawing.work.crossings);
 }
 
 // FT21: horizontal, vertical, two diagonals, crossed, crossed diagonals, 16 dots at 300 dots per

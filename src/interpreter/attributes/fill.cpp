@@ -42,14 +42,16 @@ void FillSolid(Drawing& drawing, PolygonGroups& area) {
 }
 
 // Hatch lines are not clipped to the window.
-void FillHatched(Output& out, const FillState& fill, const PolygonGroups& area) {
+void FillHatched(Drawing& drawing, const FillState& fill, const PolygonGroups& area) {
     const double angle = fill.HatchAngle * kRadiansPerDegree;
     const auto spacing = static_cast<double>(fill.HatchSpacing);
     // Quirk: the second family is the first one mirrored, not turned, so that at 0 degrees every
     // line is drawn twice.
     const HatchFamily second{-angle, fill.FillType == 4 ? spacing : 0.0};
-    HatchPolygons(area, {angle, spacing}, second,
-                  [&out](PointI from, PointI to) { out.Line(from, to); });
+    HatchPolygons(
+        area, {angle, spacing}, second,
+        [&drawing](PointI from, PointI to) { drawing.out.Line(from, to); },
+        &drawing.work.crossings);
 }
 
 void FillWithPattern(Drawing& drawing, std::int32_t index, PolygonGroups& area) {
@@ -89,7 +91,7 @@ void FillEmpty(Drawing& drawing, const PenState& pens, PolygonGroups& area) {
 void FillArea(Drawing& drawing, const PenState& pens, const FillState& fill, PolygonGroups& area) {
     const std::int32_t type = fill.FillType;
     const std::int32_t level = fill.ShadingLevel;
-    if (type == 3 || type == 4) return FillHatched(drawing.out, fill, area);
+    if (type == 3 || type == 4) return FillHatched(drawing, fill, area);
     if (type == 11) return FillWithPattern(drawing, fill.FillPatternIndex, area);
     if (type == 10 && level == 0) return FillEmpty(drawing, pens, area);
     if (type == 10 && level > 0 && level < 100) {
@@ -109,6 +111,11 @@ void SendEdge(Drawing& drawing, VertexIterator begin, VertexIterator end) {
     drawing.EmitPolyline(points.size(), points.data());
 }
 
+// False: the polygon was drawn too often (PlotWork).
+bool TakeVertices(Drawing& drawing) {
+    return drawing.work.vertices.Take(static_cast<std::int64_t>(drawing.polygon.vertices.size()));
+}
+
 }  // namespace
 
 namespace handlers {
@@ -120,6 +127,7 @@ namespace handlers {
 void EdgePolygon(Drawing& drawing) {
     PolygonBuffer& polygon = drawing.polygon;
     if (polygon.mode) polygon.Close(drawing.motion.penDown, drawing.reading);
+    if (!TakeVertices(drawing)) return;
     if (drawing.reading.edgesWhole) return EdgeBuffer(drawing);
     if (polygon.vertices.size() < 3) return;
     const VertexIterator first = polygon.vertices.cbegin();
@@ -144,9 +152,9 @@ void EdgePolygon(Drawing& drawing) {
 void FillPolygon(Parameters& in, Drawing& drawing, const PenState& pens, const FillState& fill) {
     PolygonBuffer& polygon = drawing.polygon;
     if (polygon.mode) polygon.Close(drawing.motion.penDown, drawing.reading);
-    if (drawing.reading.fillsByType) {
-        return FillBuffer(drawing, pens, fill, in.GetShortOr(0) == 1);
-    }
+    const bool winding = drawing.reading.fillsByType && in.GetShortOr(0) == 1;
+    if (!TakeVertices(drawing)) return;
+    if (drawing.reading.fillsByType) return FillBuffer(drawing, pens, fill, winding);
     if (polygon.vertices.empty() || pens.WhitePenSuppressed) return;
     drawing.out.SetLineWidth(0);
     PolygonGroups area = GroupVertices(polygon.vertices, drawing.coordinates);

@@ -148,8 +148,16 @@ void SendPairs(const std::vector<PointD>& crossings, const SegmentSink& sink) {
     }
 }
 
-// Walks the lines in order and keeps the edges that the current one crosses.
-void Sweep(const Lines& lines, const std::vector<Edge>& edges, const SegmentSink& sink) {
+// Of a line with so many crossings; sorting many takes longer.
+std::int64_t UnitsOf(std::size_t crossings) {
+    constexpr std::size_t kFew = 64;
+    return 1 + static_cast<std::int64_t>(crossings <= kFew ? crossings : 3 * crossings);
+}
+
+// Walks the lines in order and keeps the edges that the current one crosses. False when the budget
+// is spent.
+bool Sweep(const Lines& lines, const std::vector<Edge>& edges, const SegmentSink& sink,
+           WorkBudget& budget) {
     std::vector<Edge> active;
     std::vector<PointD> crossings;
     auto next = edges.begin();
@@ -157,6 +165,7 @@ void Sweep(const Lines& lines, const std::vector<Edge>& edges, const SegmentSink
     while (next != edges.end() || !active.empty()) {
         if (active.empty()) index = next->begin;
         for (; next != edges.end() && next->begin <= index; ++next) active.push_back(*next);
+        if (!budget.Take(UnitsOf(active.size()))) return false;
         crossings.clear();
         for (const Edge& edge : active) crossings.push_back(lines.Crossing(index, edge.a, edge.b));
         std::sort(crossings.begin(), crossings.end(),
@@ -167,12 +176,15 @@ void Sweep(const Lines& lines, const std::vector<Edge>& edges, const SegmentSink
                                     [index](const Edge& edge) { return edge.end <= index; }),
                      active.end());
     }
+    return true;
 }
 
 }  // namespace
 
 HatchResult HatchPolygons(const PolygonGroups& area, HatchFamily first, HatchFamily second,
-                          const SegmentSink& sink) {
+                          const SegmentSink& sink, WorkBudget* budget) {
+    WorkBudget unlimited;
+    WorkBudget& work = budget != nullptr ? *budget : unlimited;
     if (area.points.empty()) return HatchResult::kInvalidArgument;
     const Box<double> box = BoundingBox(area.points);
     const auto edgeCount = static_cast<double>(area.points.size() - area.counts.size());
@@ -180,9 +192,10 @@ HatchResult HatchPolygons(const PolygonGroups& area, HatchFamily first, HatchFam
         if (family.spacing < kTiny) continue;
         const Lines lines(box, family);
         if (lines.Count() * edgeCount > static_cast<double>(kMaxHatchWork)) {
+            work.Meet();
             return HatchResult::kOutOfMemory;
         }
-        Sweep(lines, CrossedEdges(area, lines), sink);
+        if (!Sweep(lines, CrossedEdges(area, lines), sink, work)) return HatchResult::kOutOfMemory;
     }
     return HatchResult::kDone;
 }

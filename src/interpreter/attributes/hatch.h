@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "common/geometry.h"
+#include "common/work_budget.h"
 
 namespace qm {
 
@@ -37,10 +38,11 @@ using SegmentSink = std::function<void(PointI from, PointI to)>;
 // them together), then the second family's. A polygon's edges join neighbouring points: it must be
 // closed by its points, as an open one leaves an odd crossing over, which is dropped. Lines run
 // left to right, vertical and oblique ones upward; ends are truncated to whole units. No point at
-// all is an invalid argument. A family of more than kMaxHatchWork lines times edges ends the fill
-// with kOutOfMemory; memory stays proportional to the number of edges.
+// all is an invalid argument. A family of more than kMaxHatchWork lines times edges, and a line for
+// which `budget` (null: none) has not one unit for itself and one for each crossing (three where
+// they are many), end the fill with kOutOfMemory; memory stays proportional to the number of edges.
 HatchResult HatchPolygons(const PolygonGroups& area, HatchFamily first, HatchFamily second,
-                          const SegmentSink& sink);
+                          const SegmentSink& sink, WorkBudget* budget = nullptr);
 
 inline constexpr std::int64_t kMaxHatchWork = std::int64_t{1} << 26;
 

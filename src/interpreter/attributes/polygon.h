@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "common/geometry.h"
+#include "common/work_budget.h"
 #include "interpreter/coordinates.h"
 
 namespace qm {
@@ -63,14 +64,18 @@ bool ReachesOutside(const Contour& polygon, const ClipWindow& window);
 
 // The parts of the polygon (even-odd) inside the window, each contour truncated to whole plotter
 // units; a hole is a contour of its own. Empty when nothing is inside. A polygon whose edges meet
-// each other more than kMaxEdgeMeetings times comes out as one self-touching contour of the same
-// even-odd area instead, because the clipper's time and memory grow with each meeting.
-std::vector<Contour> ClipPolygon(const Contour& polygon, const ClipWindow& window);
+// each other more than kMaxEdgeMeetings times, or for whose pairs of edges `budget` (null: none)
+// has no unit each, comes out as one self-touching contour of the same even-odd area instead,
+// because the clipper's time and memory grow with each meeting.
+std::vector<Contour> ClipPolygon(const Contour& polygon, const ClipWindow& window,
+                                 WorkBudget* budget = nullptr);
 
 // Contours that enclose by the even-odd rule what `contours` together wind around (non-zero rule).
-// Contours whose edges meet each other too often stay as they are.
-std::vector<Contour> WoundAround(std::vector<Contour> contours);
+// Contours whose edges meet each other too often, or have no units of `budget`, stay as they are.
+std::vector<Contour> WoundAround(std::vector<Contour> contours, WorkBudget* budget = nullptr);
 
 inline constexpr std::int64_t kMaxEdgeMeetings = 65536;
+// Units of the budget that a pair which meets takes more than one which does not.
+inline constexpr std::int64_t kMeetingCost = 64;
 
 }  // namespace qm

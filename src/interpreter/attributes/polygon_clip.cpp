@@ -112,22 +112,30 @@ void AddEdges(const Vertices& polygon, std::vector<Edge>& edges) {
     }
 }
 
-// Whether more than kMaxEdgeMeetings pairs of edges touch or cross; neighbours count. Few vertices
-// cannot reach the limit; 14999 cost at most a tenth of a second.
-bool MeetTooOften(const std::vector<Vertices>& polygons) {
-    std::int64_t count = 0;
-    for (const Vertices& polygon : polygons) count += static_cast<std::int64_t>(polygon.size());
-    if (count * (count - 1) / 2 <= kMaxEdgeMeetings) return false;
+// Whether more than kMaxEdgeMeetings pairs of edges touch or cross, neighbours counted, or
+// comparing them is more than the budget has. So few vertices that comparing them costs next to
+// nothing are taken for free.
+bool MeetTooOften(const std::vector<Vertices>& polygons, WorkBudget* budget) {
+    constexpr std::size_t kFewVertices = 64;
+    std::size_t count = 0;
+    for (const Vertices& polygon : polygons) count += polygon.size();
+    if (count <= kFewVertices) return false;
     std::vector<Edge> edges;
-    edges.reserve(static_cast<std::size_t>(count));
+    edges.reserve(count);
     for (const Vertices& polygon : polygons) AddEdges(polygon, edges);
     std::sort(edges.begin(), edges.end(),
               [](const Edge& l, const Edge& r) { return l.xMin < r.xMin; });
     std::int64_t meetings = 0;
     for (std::size_t i = 0; i < edges.size(); ++i) {
-        for (std::size_t k = i + 1; k < edges.size() && edges[k].xMin <= edges[i].xMax; ++k) {
-            if (Meet(edges[i], edges[k]) && ++meetings > kMaxEdgeMeetings) return true;
+        const std::int64_t before = meetings;
+        std::size_t k = i + 1;
+        for (; k < edges.size() && edges[k].xMin <= edges[i].xMax; ++k) {
+            if (Meet(edges[i], edges[k])) ++meetings;
         }
+        const auto pairs = static_cast<std::int64_t>(k - i);
+        const std::int64_t units = pairs + (meetings - before) * kMeetingCost;
+        if (budget != nullptr && !budget->Take(units)) return true;
+        if (meetings > kMaxEdgeMeetings) return true;
     }
     return false;
 }
@@ -182,18 +190,19 @@ bool ReachesOutside(const Contour& polygon, const ClipWindow& window) {
     });
 }
 
-std::vector<Contour> ClipPolygon(const Contour& polygon, const ClipWindow& window) {
+std::vector<Contour> ClipPolygon(const Contour& polygon, const ClipWindow& window,
+                                 WorkBudget* budget) {
     std::vector<Vertices> polygons{ToVertices(polygon)};
-    const bool joined = MeetTooOften(polygons);
+    const bool joined = MeetTooOften(polygons, budget);
     Vertices& vertices = polygons.front();
     return joined ? ClipJoined(std::move(vertices), window)
                   : ClipExactly(std::move(vertices), window);
 }
 
-std::vector<Contour> WoundAround(std::vector<Contour> contours) {
+std::vector<Contour> WoundAround(std::vector<Contour> contours, WorkBudget* budget) {
     std::vector<Vertices> polygons;
     std::transform(contours.begin(), contours.end(), std::back_inserter(polygons), ToVertices);
-    if (!MeetTooOften(polygons)) ResolveWinding(contours);
+    if (!MeetTooOften(polygons, budget)) ResolveWinding(contours);
     return contours;
 }
 

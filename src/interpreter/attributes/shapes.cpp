@@ -28,11 +28,13 @@ class FillPattern {
   public:
     static constexpr std::int64_t kMaxBytes = std::int64_t{64} << 20;
 
-    // Dimensions in pixels, above 0. Nothing is allocated when the bits exceed kMaxBytes.
-    FillPattern(std::int32_t width, std::int32_t height)
+    // Dimensions in pixels, above 0. Nothing is allocated when the bits exceed kMaxBytes or
+    // `budget`.
+    FillPattern(std::int32_t width, std::int32_t height, WorkBudget& budget)
         : rowBytes_((static_cast<std::size_t>(width) + 15) / 16 * 2) {
         const auto bytes = CheckedBytes(height, static_cast<std::int64_t>(rowBytes_), kMaxBytes);
-        if (bytes) bits_.resize(*bytes);
+        if (bytes && budget.Take(static_cast<std::int64_t>(*bytes))) bits_.resize(*bytes);
+        if (!bytes) budget.Meet();
     }
 
     bool Allocated() const { return !bits_.empty(); }
@@ -153,14 +155,14 @@ void EdgeWedge(Parameters& in, Drawing& drawing) {
 }
 
 // RF index, width, height, pixel ...: a pattern of 0 (no ink) and 1; missing pixels are 0. One of
-// more than FillPattern::kMaxBytes is read and dropped.
-void RasterFillDefinition(Parameters& in, Output& out) {
+// more than FillPattern::kMaxBytes, or beyond what is left for patterns, is read and dropped.
+void RasterFillDefinition(Parameters& in, Drawing& drawing) {
     const std::int16_t index = in.GetShortParam();
     if (index == kAbsentShort) return;
     const std::int32_t width = in.GetShortParam();
     const std::int32_t height = in.GetShortParam();
     if (width <= 0 || height <= 0) return;
-    FillPattern pattern(width, height);
+    FillPattern pattern(width, height, drawing.work.patternBytes);
     // Once no number follows none ever will, whatever the dimensions promise.
     const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     for (std::size_t i = 0; i < pixels; ++i) {
@@ -173,7 +175,7 @@ void RasterFillDefinition(Parameters& in, Output& out) {
     }
     if (!pattern.Allocated()) return;
     pattern.Invert();
-    out.DefineFillPattern(index, width, height, pattern.Bits());
+    drawing.out.DefineFillPattern(index, width, height, pattern.Bits());
 }
 
 // AC [x, y]: where a line of every hatch goes through. Quirk: read and dropped.

@@ -31,11 +31,12 @@ struct RowBand {
 // picture grows, and a picture that claims many empty rows costs nothing.
 class RowStore {
   public:
-    // `stride`: bytes of one row; 0 makes a store that holds no row.
-    explicit RowStore(std::int64_t stride);
+    // `stride`: bytes of one row; 0 makes a store that holds no row. `room`: bytes of all rows, of
+    // which no more than 2 GiB count.
+    explicit RowStore(std::int64_t stride, std::int64_t room = INT64_MAX);
 
     std::size_t Stride() const { return stride_; }
-    // Rows that fit into 2 GiB; every row from this number on counts as a failed allocation.
+    // Rows that fit into the room; every row from this number on counts as a failed allocation.
     std::int64_t RowLimit() const { return rowLimit_; }
 
     // The row for writing; null when it is out of bounds. Throws std::bad_alloc.

@@ -38,7 +38,7 @@ struct RasterState {
     std::int32_t method = 0;             // compression of the next transfers
 
     // What the pictures of this plot may still cost.
-    WorkBudget budget;
+    PictureBudget budget;
     // The picture being received, if one is, and where its next row or plane goes.
     std::unique_ptr<CRTLRaster> picture;
     std::int32_t currentRow = 0;

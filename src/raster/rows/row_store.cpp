@@ -26,8 +26,9 @@ std::int64_t RowsPerBlock(std::int64_t stride) {
 
 }  // namespace
 
-RowStore::RowStore(std::int64_t stride)
-    : rowLimit_(stride > 0 ? kPictureLimit / stride : 0), blockRows_(RowsPerBlock(stride)) {
+RowStore::RowStore(std::int64_t stride, std::int64_t room)
+    : rowLimit_(stride > 0 ? std::min(room, kPictureLimit) / stride : 0),
+      blockRows_(RowsPerBlock(stride)) {
     if (rowLimit_ > 0) stride_ = static_cast<std::size_t>(stride);
 }
 

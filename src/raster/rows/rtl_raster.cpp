@@ -44,18 +44,25 @@ void Decode(int method, ByteSpan data, const std::uint8_t* seed, const RowTarget
 }  // namespace
 
 CRTLRaster::CRTLRaster(std::int32_t width, std::int32_t height, int bitsPerPixel,
-                       PlaneKind planeKind, WorkBudget* budget)
+                       PlaneKind planeKind, PictureBudget* budget)
     : width_(width),
       height_(height),
       bitsPerPixel_(bitsPerPixel),
       planeKind_(planeKind),
       budget_(budget),
-      rows_(StoredRowBytes(width, bitsPerPixel, planeKind)) {}
+      rows_(StoredRowBytes(width, bitsPerPixel, planeKind),
+            budget != nullptr ? budget->Room() : INT64_MAX) {
+    if (width > 0 && bitsPerPixel > 0 && rows_.RowLimit() == 0) Refuse();
+}
 
 // Quirk: capacity is counted in steps of 100 rows, and each step sets the seed to the row before
 // the requested one. So a row that failed breaks the delta chain only at rows 100, 200, ...
 bool CRTLRaster::GrowTo(std::int32_t row) {
-    if (row < 0 || row >= rows_.RowLimit()) return false;
+    if (row < 0) return false;
+    if (row >= rows_.RowLimit()) {
+        Refuse();
+        return false;
+    }
     if (row >= capacity_) {
         capacity_ = (row / kRowsPerGrowth + 1) * kRowsPerGrowth;
         seedRow_ = std::int64_t{row} - 1;
@@ -82,9 +89,10 @@ int CRTLRaster::AddRow(std::int32_t row, ByteSpan data, int method, std::size_t 
     return 1;
 }
 
-std::int32_t CRTLRaster::StorableRows(std::int32_t row, std::int32_t count) const {
+std::int32_t CRTLRaster::StorableRows(std::int32_t row, std::int32_t count) {
     if (row < 0 || RowBytes() == 0) return 0;
     const std::int64_t fit = std::min<std::int64_t>(count, rows_.RowLimit() - row);
+    if (fit < count) Refuse();
     return static_cast<std::int32_t>(std::max<std::int64_t>(fit, 0));
 }
 
@@ -153,7 +161,7 @@ std::optional<std::size_t> CRTLRaster::PrepareBitmap(int angle) {
 
 GlobalBlock CRTLRaster::MakeBitmap(int angle) {
     const auto size = PrepareBitmap(angle);
-    if (!size || !Afford(1, *size)) return {};
+    if (!size || (budget_ != nullptr && !budget_->TakeBitmap(*size))) return {};
     GlobalBlock block = GlobalBlock::Allocate(*size);
     const GlobalView view(block.Get());
     if (view.Data() == nullptr) throw std::bad_alloc();

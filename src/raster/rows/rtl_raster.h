@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "common/packed_bitmap.h"
+#include "common/work_budget.h"
 #include "platform/global_block.h"
 #include "raster/rows/bitmap_rows.h"
 #include "raster/rows/palette.h"
@@ -19,35 +20,43 @@
 
 namespace qm {
 
-// How many bytes of pictures one plot may have made. A few bytes of a plot can ask for gigabytes (a
-// row repeated 65535 times, a row of 2 GiB), and can ask again and again. Each picture is bounded,
-// the budget bounds them all together; what goes beyond counts as a failed allocation.
-class WorkBudget {
+// How many bytes the pictures of one plot may have written and may keep. A few bytes of a plot can
+// ask for gigabytes (a row repeated 65535 times, a row of 2 GiB), and can ask again and again; what
+// goes beyond the budget counts as a failed allocation (docs/limits.md).
+class PictureBudget {
   public:
-    // For a plot of `plotBytes` bytes: enough for one picture of the largest size (its rows and its
-    // bitmap), and for files whose every five bytes stand for a blank row of a very large page.
-    static WorkBudget ForPlot(std::uint32_t plotBytes) {
-        return WorkBudget(kBase + kPerPlotByte * plotBytes);
+    // For a plot of `plotBytes` bytes: enough for an A0 sheet of 600 dots per inch and one bit a
+    // dot in any file, and for files whose every five bytes stand for a blank row of a large page.
+    static PictureBudget ForPlot(std::uint32_t plotBytes) {
+        return {WorkBudget::For(kWork, kWorkPerByte, plotBytes),
+                WorkBudget::For(kMemory, kMemoryPerByte, plotBytes)};
     }
-    explicit WorkBudget(std::int64_t bytes = INT64_MAX) : left_(bytes) {}
+    PictureBudget() = default;
+    PictureBudget(WorkBudget work, WorkBudget memory) : work_(work), memory_(memory) {}
 
-    // False, and nothing taken, when less is left.
-    bool Take(std::int64_t bytes) {
-        if (bytes > left_) return false;
-        left_ -= bytes;
-        return true;
-    }
-    // For `rows` rows of `bytes` bytes; short rows cost more than their bytes.
+    // For writing `rows` rows of `bytes` bytes; short rows cost more than their bytes.
     bool TakeRows(std::int64_t rows, std::size_t bytes) {
-        return Take(rows * (static_cast<std::int64_t>(bytes) + kPerRow));
+        return work_.Take(rows * (static_cast<std::int64_t>(bytes) + kPerRow));
     }
+    // For a bitmap that stays in the document.
+    bool TakeBitmap(std::size_t bytes) {
+        return TakeRows(1, bytes) && memory_.Take(static_cast<std::int64_t>(bytes));
+    }
+    // Bytes of rows that a picture may hold before it becomes a bitmap.
+    std::int64_t Room() const { return memory_.Left(); }
+    // A row did not find room.
+    void Meet() { memory_.Meet(); }
+    bool Met() const { return work_.Met() || memory_.Met(); }
+
+    static constexpr std::int64_t kWork = std::int64_t{1} << 30;
+    static constexpr std::int64_t kWorkPerByte = 8192;
+    static constexpr std::int64_t kPerRow = 64;
+    static constexpr std::int64_t kMemory = std::int64_t{64} << 20;
+    static constexpr std::int64_t kMemoryPerByte = 256;
 
   private:
-    static constexpr std::int64_t kBase = std::int64_t{1} << 32;
-    static constexpr std::int64_t kPerPlotByte = 65536;
-    static constexpr std::int64_t kPerRow = 64;
-
-    std::int64_t left_;
+    WorkBudget work_;
+    WorkBudget memory_;
 };
 
 class CRTLRaster {
@@ -56,7 +65,7 @@ class CRTLRaster {
     // pixel of the result (0 to 255), and the kind of planes in which rows arrive. Rows and bitmap
     // are taken from `budget`, which must outlive the picture; null: from none.
     CRTLRaster(std::int32_t width, std::int32_t height, int bitsPerPixel, PlaneKind planeKind,
-               WorkBudget* budget = nullptr);
+               PictureBudget* budget = nullptr);
 
     std::int32_t Width() const { return width_; }
     std::int32_t Height() const { return height_; }
@@ -108,15 +117,18 @@ class CRTLRaster {
     bool Afford(std::int64_t rows, std::size_t bytes) {
         return budget_ == nullptr || budget_->TakeRows(rows, bytes);
     }
+    void Refuse() {
+        if (budget_ != nullptr) budget_->Meet();
+    }
     const std::uint8_t* Seed() const { return seedRow_ < 0 ? nullptr : rows_.Find(seedRow_); }
-    std::int32_t StorableRows(std::int32_t row, std::int32_t count) const;
+    std::int32_t StorableRows(std::int32_t row, std::int32_t count);
     void MergePlanes();
 
     std::int32_t width_;
     std::int32_t height_;
     int bitsPerPixel_;
     PlaneKind planeKind_;
-    WorkBudget* budget_;
+    PictureBudget* budget_;
     RowStore rows_;
     std::int64_t capacity_ = 0;  // rows
     std::int64_t seedRow_ = -1;  // below 0: a row of zeros

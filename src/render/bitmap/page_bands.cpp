@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "render/bitmap/page_painter.h"
+#include "render/bitmap/page_work.h"
 
 namespace qm::bitmap {
 
@@ -117,7 +118,10 @@ std::size_t BandBytesFor(const PageRaster& raster) {
 
 void DrawBands(const PageSource& page, const PageOptions& options, const PageRaster& raster,
                const std::function<void(const Band&)>& take, std::size_t bandBytes) {
-    BandDrawer(page, options, raster, take, bandBytes).Run();
+    const std::optional<DisplayList> part = AffordablePart(page, options, raster);
+    PageSource drawn = page;
+    if (part) drawn.drawing = &*part;
+    BandDrawer(drawn, options, raster, take, bandBytes).Run();
 }
 
 }  // namespace qm::bitmap

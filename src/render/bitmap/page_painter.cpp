@@ -330,7 +330,7 @@ void PagePainter::SweepFill(const DrawingStyle& style) {
     if (ink.ignoresPaper) ink.colour = result;
     if (style.fillKind == kFillKindPattern) {
         const auto found = patterns_.find(style.fillIndex);
-        if (found != patterns_.end()) ink.pattern = found->second.get();
+        if (found != patterns_.end()) ink.pattern = InkOf(found->second);
     }
     Sweep(FillRule::kEvenOdd, ink);
 }
@@ -372,8 +372,15 @@ void PagePainter::Put(const Ink& ink, std::int32_t y, std::int32_t x, std::int32
 // --------------------------------------------------------------- patterns, clip regions, pictures
 
 void PagePainter::Pattern(const FillPattern& pattern) {
-    auto& kept = patterns_[pattern.index];
-    kept = IsDrawable(pattern) ? std::make_unique<PatternInk>(pattern) : nullptr;
+    // Its ink is counted when something is filled with it: a plot can define many and use none.
+    patterns_[pattern.index] = {pattern, nullptr};
+}
+
+const PatternInk* PagePainter::InkOf(KnownPattern& known) {
+    if (!known.ink && IsDrawable(known.pattern)) {
+        known.ink = std::make_unique<PatternInk>(known.pattern);
+    }
+    return known.ink.get();
 }
 
 unsigned PagePainter::PatternCoverage(const PatternInk& pattern, std::int32_t x,

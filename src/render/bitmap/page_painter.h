@@ -75,6 +75,12 @@ class PagePainter final : public DisplayListVisitor {
         unsigned strength = 255;
     };
 
+    struct KnownPattern {
+        FillPattern pattern;
+        std::unique_ptr<PatternInk> ink;
+    };
+
+    static const PatternInk* InkOf(KnownPattern& known);
     const Look& LookOf(const DrawingStyle& style);
     bool IsFast(const Look& look) const;
     void Checkpoint();
@@ -103,7 +109,7 @@ class PagePainter final : public DisplayListVisitor {
     DotBox bounds_;                   // what may be drawn of the band
     std::vector<std::uint8_t> mask_;  // of a clip region that is no rectangle, a byte a dot
     bool masked_ = false;
-    std::map<std::int32_t, std::unique_ptr<PatternInk>> patterns_;
+    std::map<std::int32_t, KnownPattern> patterns_;
     bool lookIsOld_ = true;
     Look look_;
     std::vector<PointD> path_;

@@ -3,8 +3,10 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 
+#include "common/numbers.h"
 #include "common/tool_error.h"
 #include "render/bitmap/page_bands.h"
 #include "render/bitmap/page_raster.h"
@@ -16,6 +18,18 @@ namespace {
 
 // Rows kept beyond this are written in true colours although fewer might do.
 constexpr std::size_t kMostKept = std::size_t{64} << 20;
+
+// Dots at the start of `dots` that have the colour, in whole steps.
+constexpr std::size_t kRunStep = 8;
+std::size_t RunOf(const BandDot* dots, std::size_t count, std::uint32_t colour) {
+    std::size_t run = 0;
+    for (; run + kRunStep <= count; run += kRunStep) {
+        std::uint32_t different = 0;
+        for (std::size_t i = 0; i < kRunStep; ++i) different |= dots[run + i].colour ^ colour;
+        if (different != 0) break;
+    }
+    return run;
+}
 
 bool IsGreyDot(std::uint32_t colour) {
     return (colour & 0xFF) == (colour >> 8 & 0xFF) && (colour & 0xFF) == colour >> 16;
@@ -170,6 +184,13 @@ void PngPage::Rewrite(Format format) {
 bool PngPage::TakeNumbers(const BandDot* row) {
     const auto most = std::size_t{1} << bits_;
     for (std::size_t x = 0; x < numbers_.size(); ++x) {
+        // Most of a page is paper.
+        if (x % kRunStep == 0 && x > 0) {
+            const std::size_t run = RunOf(row + x, numbers_.size() - x, row[x - 1].colour);
+            std::fill_n(&numbers_[x], run, numbers_[x - 1]);
+            x += run;
+            if (x == numbers_.size()) break;
+        }
         const std::uint32_t colour = row[x].colour;
         const std::size_t count = colours_.Colours().size();
         const std::size_t number = colours_.NumberOf(colour);
@@ -191,7 +212,13 @@ void PngPage::WriteNumbers(const std::uint8_t* numbers) {
     const unsigned bits = bits_;
     if (bits == 8) return rows_->Write(numbers);
     std::fill(packed_.begin(), packed_.end(), std::uint8_t{0});
-    for (std::size_t x = 0; x < numbers_.size(); ++x) {
+    std::size_t x = 0;
+    for (; bits == 1 && x + 8 <= numbers_.size(); x += 8) {
+        unsigned byte = 0;
+        for (std::size_t i = 0; i < 8; ++i) byte = byte << 1 | numbers[x + i];
+        packed_[x / 8] = static_cast<std::uint8_t>(byte);
+    }
+    for (; x < numbers_.size(); ++x) {
         const std::size_t at = x * bits;
         packed_[at / 8] =
             static_cast<std::uint8_t>(packed_[at / 8] | numbers[x] << (8 - bits - at % 8));
@@ -234,18 +261,50 @@ void PngPage::Finish() {
 
 namespace qm {
 
+namespace {
+
+// The page at options.dpi or, when the plot has no more dots for it, at fewer, which `options` then
+// tell.
+bitmap::PageRaster FittingRaster(const PageSource& page, PageOptions& options) {
+    using namespace bitmap;
+    PageRaster raster = RasterOf(page, options, "a PNG", kAnyNumberOfDots);
+    const auto dots = std::int64_t{raster.width} * raster.height;
+    if (options.dots == nullptr || options.dots->Take(dots)) return raster;
+    const double part = static_cast<double>(options.dots->Left()) / static_cast<double>(dots);
+    options.dpi = std::max(1.0, std::floor(options.dpi * std::sqrt(part)));
+    if (options.note) {
+        options.note((page.name.empty() ? "the page" : page.name) +
+                     " has too many dots for the plot's size; it is drawn with " +
+                     std::to_string(RoundToInt32(options.dpi)) + " dots per inch");
+    }
+    raster = RasterOf(page, options, "a PNG", kAnyNumberOfDots);
+    options.dots->Take(std::min(options.dots->Left(), std::int64_t{raster.width} * raster.height));
+    return raster;
+}
+
+}  // namespace
+
+WorkBudget DotsForPng(double dpi, std::uint64_t bytes) {
+    const double scale = std::max(1.0, dpi / 100.0);
+    const auto scaled = [&](std::int64_t dots) {
+        return TruncateToInt64(static_cast<double>(dots) * scale * scale);
+    };
+    return WorkBudget::For(scaled(kPngDots), scaled(kPngDotsPerByte), bytes);
+}
+
 void WritePng(const PageSource& page, const PageOptions& options, OutputSink& sink) {
     using namespace bitmap;
-    const PageRaster raster = RasterOf(page, options, "a PNG", kAnyNumberOfDots);
+    PageOptions drawing = options;
+    const PageRaster raster = FittingRaster(page, drawing);
     PngHeader header;
     header.width = raster.width;
     header.height = raster.height;
-    header.dotsPerInch = options.dpi;
+    header.dotsPerInch = drawing.dpi;
     PngPage png(header, sink);
     const auto take = [&](const Band& band) {
         for (std::int32_t y = band.Top(); y < band.Bottom(); ++y) png.Write(band.Row(y));
     };
-    DrawBands(page, options, raster, take, BandBytesFor(raster));
+    DrawBands(page, drawing, raster, take, BandBytesFor(raster));
     png.Finish();
 }
 

@@ -58,7 +58,7 @@ TEST(RtlRaster, RefusedRows) {
 }
 
 TEST(RtlRaster, RowsBeyondTheBudgetAreRefused) {
-    WorkBudget budget(3 * (100 + 64) - 1);
+    PictureBudget budget(WorkBudget(3 * (100 + 64) - 1), WorkBudget());
     CRTLRaster raster(100, 0, 8, kNoPlanes, &budget);
     EXPECT_EQ(Add(raster, 0, {1}, 0), 1);
     raster.AddSeedCopies(1, 2);
@@ -66,6 +66,18 @@ TEST(RtlRaster, RowsBeyondTheBudgetAreRefused) {
     EXPECT_EQ(Add(raster, 1, {1}, 0), 1);
     EXPECT_EQ(Add(raster, 2, {1}, 0), 0);
     EXPECT_FALSE(raster.MakeBitmap(0));
+}
+
+TEST(RtlRaster, RowsAndBitmapsBeyondTheRoomAreRefused) {
+    PictureBudget budget(WorkBudget(), WorkBudget(1000));
+    CRTLRaster raster(100, 0, 8, kNoPlanes, &budget);
+    raster.AddEmptyRows(0, 11);
+    EXPECT_EQ(raster.RowCount(), 10);
+    EXPECT_TRUE(budget.Met());
+    EXPECT_FALSE(raster.MakeBitmap(0)) << "the colour table has no room either";
+    CRTLRaster small(10, 0, 24, kNoPlanes, &budget);
+    small.AddEmptyRows(0, 10);
+    EXPECT_TRUE(small.MakeBitmap(0));
 }
 
 TEST(RtlRaster, AHugeClaimIsStoredWhenItsRowsFit) {

@@ -67,6 +67,30 @@ TEST(PngPage, TakesTheSmallestFormatThatHoldsTheColours) {
     }
 }
 
+TEST(PngPage, PagesBeyondThePlotsDotsAreCoarser) {
+    DisplayList list;
+    list.AppendLine({0, 0}, {10160, 10160});
+    PageSource page;
+    page.drawing = &list;
+    page.name = "P";
+    WorkBudget dots(1000000 + 250000);
+    PageOptions options;
+    options.dpi = 100.0;
+    options.marginMillimetres = 0.0;
+    options.dots = &dots;
+    std::string said;
+    options.note = [&said](const std::string& note) { said += note + '\n'; };
+    const int widths[] = {1000, 500, 10};
+    for (const int width : widths) {
+        MemorySink sink;
+        WritePng(page, options, sink);
+        EXPECT_EQ(PngDots(sink.text).Width(), width);
+    }
+    EXPECT_EQ(said.find("P has too many dots for the plot's size; it is drawn with 50 dots"), 0U);
+    EXPECT_EQ(DotsForPng(72.0, 10).Left(), (std::int64_t{1} << 28) + 10240);
+    EXPECT_EQ(DotsForPng(200.0, 10).Left(), ((std::int64_t{1} << 28) + 10240) * 4);
+}
+
 // Shades first, a colour in the last row.
 TEST(PngPage, WritesKeptRowsAnew) {
     for (const std::uint32_t last : {0xFF0000U, 0x808080U}) {
