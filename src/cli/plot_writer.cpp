@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "cli/sink_stream.h"
 #include "common/numbers.h"
@@ -11,7 +12,9 @@
 #include "host/document_walker.h"
 #include "host/source_and_events.h"
 #include "platform/text.h"
+#include "render/bitmap/own_picture.h"
 #include "render/bitmap/page_bitmap.h"
+#include "render/page_frame.h"
 
 namespace qm::cli {
 
@@ -28,12 +31,21 @@ ComPtr<IQmFilterSave> MakeSaveFilter(bool rtl) {
     return filter;
 }
 
-// The picture has a whole number of dots per inch in the file, so it is drawn with one.
+constexpr double kTurnOfHighPages = -90.0;
+
+// The picture has a whole number of dots per inch in the file, so it is drawn with one, and without
+// a margin, which would grow each time that the file is converted. Other programs show only what is
+// wider than high as it is meant, so a high page is drawn turned.
 PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
     const int dpi = std::max(1, RoundToInt32(options.rtlDpi));
     page.dpi = dpi;
+    page.marginMillimetres = 0.0;
     return [page, dpi, bits = options.bits](const PlotPage& source) {
-        return PageBitmap{DrawBitmap(SourceOf(source), page, bits), dpi};
+        PageSource drawn = SourceOf(source);
+        if (auto own = OwnPicture(drawn, dpi, bits)) return PageBitmap{std::move(*own), dpi};
+        const PageFrame frame = FrameOf(drawn, Summarise(*drawn.drawing).extent, page);
+        if (frame.height > frame.width) drawn.rotation += kTurnOfHighPages;
+        return PageBitmap{DrawBitmap(drawn, page, bits), dpi};
     };
 }
 

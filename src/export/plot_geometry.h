@@ -1,5 +1,5 @@
 // From document units to plotter units: X = trunc((x + offsetX) * scale), and y likewise or, when
-// flipped, Y = trunc((height - (y + offsetY)) * scale). Ellipses as chains of points.
+// flipped, Y = trunc((height - (y + offsetY)) * scale).
 //
 // FreezeTransform derives the mapping from the attributes of a page; the two mappings apply it, one
 // for each kind of vector sink. Pure. Tests: tests/export/framework_test.cpp,
@@ -9,7 +9,6 @@
 #include <objbase.h>
 
 #include <cstdint>
-#include <vector>
 
 #include "common/geometry.h"
 #include "common/numbers.h"
@@ -88,21 +87,5 @@ class RealMapping {
   private:
     PlotTransform transform_;
 };
-
-// Angles in degrees, counter-clockwise from +x; `rotation` turns the whole ellipse.
-struct EllipseArc {
-    double centreX = 0;
-    double centreY = 0;
-    double radiusX = 0;
-    double radiusY = 0;
-    double rotation = 0;
-    double start = 0;
-    double span = 360;
-};
-
-// The points of the arc, start and end included: trunc(|span| / 6) equal steps, at least 1. A span
-// of 0 means a full turn. A full turn ends exactly where it starts. Above a hundred turns the steps
-// grow instead of their number. Throws std::bad_alloc.
-std::vector<PointD> EllipsePoints(const EllipseArc& arc);
 
 }  // namespace qm

@@ -14,6 +14,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "common/ellipse_points.h"
 #include "common/numbers.h"
 #include "export/export_settings.h"
 #include "export/plot_geometry.h"

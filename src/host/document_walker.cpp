@@ -155,6 +155,7 @@ HRESULT PushDrawing(IQmSaveStructure& node, const PlotPage& page, QuarterTurn tu
     if (FAILED(status)) return status;
     VectorBlockPusher pusher(*sink, turn);
     Play(page.Drawing(), pusher);
+    pusher.Finish();
     if (FAILED(pusher.Status())) return pusher.Status();
     status = sink->EndObject();
     return SUCCEEDED(status) ? PushPictures(node, page, pusher.Pictures()) : status;

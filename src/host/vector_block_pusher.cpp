@@ -2,11 +2,15 @@
 #include "host/vector_block_pusher.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 #include "common/colour.h"
+#include "common/ellipse_points.h"
 #include "common/numbers.h"
+#include "common/units.h"
 
 namespace qm {
 
@@ -24,12 +28,23 @@ const LONG* AsLongs(const void* integers) {
     return static_cast<const LONG*>(integers);
 }
 
-// Whether `value` has to be sent; it then counts as sent.
-template <typename Value>
-bool Renew(std::optional<Value>& sent, Value value) {
-    if (sent == value) return false;
-    sent = value;
-    return true;
+// An outline goes out in pieces of so many points.
+constexpr std::size_t kMaxPath = 1 << 16;
+
+// Plots say widths in hundredths of a millimetre, and cut them to plotter units when they are read:
+// the largest width not above `units` that comes back as it was.
+LONG KeptWidth(std::int32_t units) {
+    LONG width = std::max(units, 0);
+    for (; width > 0; --width) {
+        char text[32];
+        const double millimetres = width / kUnitsPerMillimetre;
+        const auto end =
+            std::to_chars(text, text + sizeof text, millimetres, std::chars_format::fixed, 2).ptr;
+        double read = 0.0;
+        std::from_chars(text, end, read);
+        if (TruncateToInt32(read * kUnitsPerMillimetre) == width) break;
+    }
+    return width;
 }
 
 bool HasAllBits(const FillPattern& pattern) {
@@ -66,82 +81,188 @@ void VectorBlockPusher::Push(HRESULT (STDMETHODCALLTYPE Sink::*method)(Parameter
     if (SUCCEEDED(status_)) status_ = (sink_.*method)(arguments...);
 }
 
-const LONG* VectorBlockPusher::Turned(PointSpan points) {
-    if (turn_.quarters == 0) return AsLongs(points.data);
-    turned_.clear();
-    std::transform(points.begin(), points.end(), std::back_inserter(turned_), turn_);
-    return AsLongs(turned_.data());
+// ------------------------------------------------------------------------------------------- looks
+
+VectorBlockPusher::Sent VectorBlockPusher::Wanted(const DrawingStyle& style, bool filled) const {
+    constexpr LONG kMaskPen = 9;
+    constexpr LONG kCopyPen = 13;
+    Sent wanted = sent_;
+    wanted.drawMode = style.drawMode == kMaskPen ? kMaskPen : kCopyPen;
+    wanted.layer = style.layer;
+    wanted.lineStyle = style.lineStyle;
+    wanted.pen = style.pen;
+    // Areas are filled with the pen's colour.
+    wanted.colour = filled ? style.fillColour : style.drawColour;
+    // The sink sets the pen down where an area begins, which leaves a dot: a thin one.
+    wanted.lineWidth = filled ? 0 : KeptWidth(style.lineWidth);
+    if (filled) {
+        wanted.fillKind = style.fillKind;
+        wanted.fillIndex = style.fillIndex;
+    }
+    return wanted;
 }
 
-void VectorBlockPusher::Select(const DrawingStyle& style, bool filled) {
-    if (Renew(sent_.drawMode, LONG{style.drawMode})) Push(&Sink::AppendDrawMode, style.drawMode);
-    if (Renew(sent_.layer, LONG{style.layer})) Push(&Sink::AppendLayer, style.layer);
+bool VectorBlockPusher::Knows(const Sent& wanted) const {
+    return wanted.drawMode == sent_.drawMode && wanted.layer == sent_.layer &&
+           wanted.lineStyle == sent_.lineStyle && wanted.pen == sent_.pen &&
+           wanted.colour == sent_.colour && wanted.lineWidth == sent_.lineWidth &&
+           wanted.fillKind == sent_.fillKind && wanted.fillIndex == sent_.fillIndex;
+}
+
+void VectorBlockPusher::Select(const Sent& wanted) {
+    if (wanted.drawMode != sent_.drawMode) Push(&Sink::AppendDrawMode, *wanted.drawMode);
+    if (wanted.layer != sent_.layer) Push(&Sink::AppendLayer, *wanted.layer);
     // In front of the pen: a sink that knows no line style yet writes type 0, which is dots only.
-    if (Renew(sent_.lineStyle, LONG{style.lineStyle})) {
-        Push(&Sink::AppendLineStyle, style.lineStyle);
-    }
+    if (wanted.lineStyle != sent_.lineStyle) Push(&Sink::AppendLineStyle, *wanted.lineStyle);
     // The colour is what selects a pen, and the width is the pen's: both follow every change of it.
-    const bool newPen = Renew(sent_.pen, LONG{style.pen});
-    if (newPen) Push(&Sink::AppendPen, style.pen);
-    // Areas are filled with the pen's colour.
-    const std::uint32_t colour = filled ? style.fillColour : style.drawColour;
-    if (Renew(sent_.colour, colour) || newPen) {
-        const auto [red, green, blue] = Colour::FromBgr(colour);
+    const bool newPen = wanted.pen != sent_.pen;
+    if (newPen) Push(&Sink::AppendPen, *wanted.pen);
+    if (newPen || wanted.colour != sent_.colour) {
+        const auto [red, green, blue] = Colour::FromBgr(*wanted.colour);
         Push(&Sink::AppendDrawColor1, red, green, blue);
     }
-    // The sink sets the pen down where an area begins, which leaves a dot: a thin one.
-    const LONG width = filled ? 0 : style.lineWidth;
-    if (Renew(sent_.lineWidth, width) || newPen) Push(&Sink::AppendLineWidth, width);
-    if (!filled) return;
-    const bool newKind = Renew(sent_.fillKind, LONG{style.fillKind});
-    if (Renew(sent_.fillIndex, LONG{style.fillIndex}) || newKind) {
-        Push(&Sink::AppendFillStyle, style.fillKind, style.fillIndex);
+    if (newPen || wanted.lineWidth != sent_.lineWidth) {
+        Push(&Sink::AppendLineWidth, *wanted.lineWidth);
     }
+    if (wanted.fillKind != sent_.fillKind || wanted.fillIndex != sent_.fillIndex) {
+        Push(&Sink::AppendFillStyle, *wanted.fillKind, *wanted.fillIndex);
+    }
+    sent_ = wanted;
 }
 
-void VectorBlockPusher::Lines(const DrawingStyle& style, PointSpan points) {
-    if (points.count != 2) return Polygon(style, points, false);
-    Select(style, false);
-    const PointI from = turn_(points[0]);
-    const PointI to = turn_(points[1]);
+// ---------------------------------------------------------------------------------------- outlines
+
+void VectorBlockPusher::BeginOutline(const DrawingStyle& style) {
+    const Sent wanted = Wanted(style, false);
+    if (!Knows(wanted)) {
+        FlushPath();
+        Select(wanted);
+    }
+    begins_ = true;
+}
+
+void VectorBlockPusher::AddPoint(PointI point) {
+    const bool begins = std::exchange(begins_, false);
+    if (!path_.empty() && point == path_.back()) return;
+    if (begins) FlushPath();
+    path_.push_back(point);
+    if (path_.size() < kMaxPath) return;
+    SendPath();
+    path_.assign(1, point);
+    pathGoesOn_ = true;
+}
+
+void VectorBlockPusher::SendPath() {
+    if (path_.size() > 2) {
+        return Push(&Sink::AppendPolygon, static_cast<LONG>(path_.size()), AsLongs(path_.data()),
+                    VARIANT_BOOL{VARIANT_FALSE});
+    }
+    const PointI from = path_.front();
+    const PointI to = path_.back();
     Push(&Sink::AppendLine, from.x, from.y, to.x, to.y);
 }
 
+void VectorBlockPusher::FlushPath() {
+    if (path_.size() > (pathGoesOn_ ? 1U : 0U)) SendPath();
+    path_.clear();
+    pathGoesOn_ = false;
+}
+
+void VectorBlockPusher::Lines(const DrawingStyle& style, PointSpan points) {
+    if (points.count == 0) return;
+    BeginOutline(style);
+    for (const PointI point : points) AddPoint(turn_(point));
+}
+
 void VectorBlockPusher::Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) {
-    Select(style, filled);
+    // Round the turned box in the direction that a sink takes.
     const PointI a = turn_(box.a);
     const PointI b = turn_(box.b);
-    Push(&Sink::AppendRectangle, a.x, a.y, b.x, b.y, AsBoolean(filled));
+    const QuarterTurn back{(4 - turn_.quarters) % 4};
+    const PointI corners[] = {back(a), back({b.x, a.y}), back(b), back({a.x, b.y}), back(a)};
+    Polygon(style, {corners, std::size(corners)}, filled);
 }
 
 void VectorBlockPusher::Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
                                bool filled) {
-    Select(style, filled);
+    FlushPath();
+    Select(Wanted(style, filled));
     const PointI at = turn_(centre);
     Push(&Sink::AppendCircle, at.x, at.y, radius, AsBoolean(filled));
 }
 
-// The sink makes as many points as the span has steps, so more than a turn is cut to one; a span of
-// 0, which it would take for a turn, has no length to show.
+// As many points as the span has steps, so more than a turn is cut to one; a span of 0, which would
+// be taken for a turn, has no length to show.
 void VectorBlockPusher::Arc(const DrawingStyle& style, const ArcShape& arc) {
     if (!std::isfinite(arc.start) || !std::isfinite(arc.span) || arc.span == 0.0F) return;
-    Select(style, false);
+    BeginOutline(style);
     const PointI at = turn_(arc.centre);
-    Push(&Sink::AppendArc3, at.x, at.y, arc.radiusX, arc.radiusY, turn_.Degrees(), arc.start,
-         std::clamp(arc.span, -kFullTurn, kFullTurn));
+    const EllipseArc ellipse{double{1} * at.x,
+                             double{1} * at.y,
+                             double{1} * arc.radiusX,
+                             double{1} * arc.radiusY,
+                             turn_.Degrees(),
+                             arc.start,
+                             std::clamp(arc.span, -kFullTurn, kFullTurn)};
+    for (const PointD& point : EllipsePoints(ellipse)) {
+        AddPoint({RoundToInt32(point.x), RoundToInt32(point.y)});
+    }
+}
+
+// ------------------------------------------------------------------------------------------- areas
+
+void VectorBlockPusher::AddRing(PointSpan points) {
+    const std::size_t before = area_.size();
+    for (const PointI point : points) {
+        const PointI turned = turn_(point);
+        if (area_.size() == before || !(turned == area_.back())) area_.push_back(turned);
+    }
+    while (area_.size() > before + 1 && area_.back() == area_[before]) area_.pop_back();
+    if (area_.size() < before + 3) {
+        area_.resize(before);
+    } else {
+        rings_.push_back(static_cast<LONG>(area_.size() - before));
+    }
+}
+
+void VectorBlockPusher::SendArea(const DrawingStyle& style) {
+    if (rings_.empty()) return;
+    Sent wanted = Wanted(style, true);
+    // The dot that the sink leaves where an area begins has that area's look.
+    const bool isDotOfArea = path_.size() == 1 && !pathGoesOn_ && path_[0] == area_[0] &&
+                             wanted.colour == sent_.colour && wanted.lineWidth == sent_.lineWidth;
+    if (isDotOfArea) path_.clear();
+    FlushPath();
+    Select(wanted);
+    if (rings_.size() == 1) {
+        Push(&Sink::AppendPolygon, rings_[0], AsLongs(area_.data()), VARIANT_BOOL{VARIANT_TRUE});
+    } else {
+        Push(&Sink::AppendPolyPolygon, static_cast<LONG>(rings_.size()),
+             static_cast<const LONG*>(rings_.data()), static_cast<LONG>(area_.size()),
+             AsLongs(area_.data()), VARIANT_BOOL{VARIANT_TRUE});
+    }
+    area_.clear();
+    rings_.clear();
 }
 
 void VectorBlockPusher::Polygon(const DrawingStyle& style, PointSpan points, bool filled) {
-    if (points.count == 0) return;
-    Select(style, filled);
-    Push(&Sink::AppendPolygon, static_cast<LONG>(points.count), Turned(points), AsBoolean(filled));
+    if (!filled) return Lines(style, points);
+    AddRing(points);
+    SendArea(style);
 }
 
 void VectorBlockPusher::PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) {
-    if (rings.points.count == 0) return;
-    Select(style, filled);
-    Push(&Sink::AppendPolyPolygon, static_cast<LONG>(rings.count), AsLongs(rings.lengths),
-         static_cast<LONG>(rings.points.count), Turned(rings.points), AsBoolean(filled));
+    const PointI* ring = rings.points.data;
+    for (std::size_t i = 0; i < rings.count; ++i) {
+        const PointSpan points{ring, static_cast<std::size_t>(rings.lengths[i])};
+        if (filled) {
+            AddRing(points);
+        } else {
+            Lines(style, points);
+        }
+        ring += points.count;
+    }
+    if (filled) SendArea(style);
 }
 
 void VectorBlockPusher::Picture(const DrawingStyle&, const BoxI& box, std::int32_t,
@@ -151,6 +272,7 @@ void VectorBlockPusher::Picture(const DrawingStyle&, const BoxI& box, std::int32
 
 void VectorBlockPusher::Pattern(const FillPattern& pattern) {
     if (!HasAllBits(pattern)) return;
+    FlushPath();
     Push(&Sink::DefineFillPattern, pattern.index, pattern.width, pattern.height, pattern.bits.data);
 }
 

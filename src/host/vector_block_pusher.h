@@ -2,12 +2,16 @@
 //
 //   VectorBlockPusher pusher(*sink, QuarterTurn{});
 //   Play(page.Drawing(), pusher);
+//   pusher.Finish();
 //   if (SUCCEEDED(pusher.Status())) ... pusher.Pictures() ...
 //
 // Colours, pens and the like go out with the first primitive that shows them, so that changes which
-// nothing is drawn with leave no trace in the file. What a vector sink has no method or no text for
-// (searchable texts, clip regions, line ends, dashes of the plot's own) stays behind; see
-// docs/unsupported.md. Test: tests/host/document_walker_test.cpp.
+// nothing is drawn with leave no trace in the file. What comes back when such a file is opened is
+// pushed as it was: outlines that continue each other go out as one without repeated points, arcs
+// as the points that a sink would make of them, widths as they are read again, and of an area
+// neither the dot nor the last point that the sink adds itself. What a vector sink has no method or
+// no text for (searchable texts, clip regions, line ends, dashes of the plot's own) stays behind;
+// see docs/unsupported.md. Test: tests/host/document_walker_test.cpp.
 #pragma once
 
 #include <qmfilter.h>
@@ -46,6 +50,9 @@ class VectorBlockPusher final : public DisplayListVisitor {
     // What the sink does not take: the pictures met so far, in drawing order.
     const std::vector<PagePicture>& Pictures() const { return pictures_; }
 
+    // To be called at the end.
+    void Finish() { FlushPath(); }
+
     // Two points go out as a line, more as an open polygon: half as long a text, and dashes go on
     // from one line to the next.
     void Lines(const DrawingStyle& style, PointSpan points) override;
@@ -64,11 +71,6 @@ class VectorBlockPusher final : public DisplayListVisitor {
     template <typename... Parameters, typename... Arguments>
     void Push(HRESULT (STDMETHODCALLTYPE IQmSaveVectorData::*method)(Parameters...),
               Arguments... arguments);
-    // The points as the sink gets them; valid until the next call.
-    const LONG* Turned(PointSpan points);
-    // Tells the sink what has changed since the last primitive.
-    void Select(const DrawingStyle& style, bool filled);
-
     // What the sink knows.
     struct Sent {
         std::optional<LONG> drawMode;
@@ -81,12 +83,31 @@ class VectorBlockPusher final : public DisplayListVisitor {
         std::optional<LONG> fillIndex;
     };
 
+    // What the sink has to know for a primitive.
+    Sent Wanted(const DrawingStyle& style, bool filled) const;
+    bool Knows(const Sent& wanted) const;
+    // Tells the sink what has changed since the last primitive.
+    void Select(const Sent& wanted);
+
+    // Of an outline: its look, then its points as the sink gets them.
+    void BeginOutline(const DrawingStyle& style);
+    void AddPoint(PointI point);
+    void SendPath();
+    void FlushPath();
+    // Adds a ring to the area at hand, unless there is nothing in it to fill.
+    void AddRing(PointSpan points);
+    void SendArea(const DrawingStyle& style);
+
     IQmSaveVectorData& sink_;
     QuarterTurn turn_;
-    std::vector<PointI> turned_;
     HRESULT status_ = S_OK;
     Sent sent_;
     std::vector<PagePicture> pictures_;
+    std::vector<PointI> path_;  // of the outline at hand, not sent yet
+    bool pathGoesOn_ = false;   // its first point is the last one that was sent
+    bool begins_ = false;       // the next point is the first of an outline
+    std::vector<PointI> area_;  // rings of the area at hand, one behind the other
+    std::vector<LONG> rings_;   // their lengths
 };
 
 }  // namespace qm

@@ -150,6 +150,23 @@ TEST_F(QmplotTest, SavedPlotsOpenAgain) {
     EXPECT_NE(again.err.find("--rtl keeps them"), std::string::npos) << again.err;
 }
 
+// Pictures keep their dots; drawn anew they would grow.
+TEST_F(QmplotTest, ExamplesSettleAsPlotsAndAsPictures) {
+    int examples = 0;
+    for (const auto& entry : fs::directory_iterator(QM_EXAMPLES)) {
+        if (entry.path().extension() != ".plt") continue;
+        ++examples;
+        for (const std::string options :
+             {" -q ", " -q --rtl --dpi 40 ", " -q --rtl --dpi 60 --bits 1 "}) {
+            const std::string convert = QM_QMPLOT " convert --force-overwrite" + options;
+            const Result result = RunShell(convert + entry.path().string() + " 1.plt && " +
+                                           convert + "1.plt 2.plt && cmp 1.plt 2.plt");
+            EXPECT_EQ(result.status, 0) << entry.path() << options << result.out << result.err;
+        }
+    }
+    EXPECT_GT(examples, 5);
+}
+
 TEST_F(QmplotTest, OnePageIsThePageAskedFor) {
     EXPECT_EQ(Run("convert pages.plt a.svg").status, 0);
     EXPECT_EQ(Run("convert pages.plt b.svg --page 2").status, 0);

@@ -70,23 +70,32 @@ const Trip kTrips[] = {
     {"MaskPenMode", "PU0,0;MC1,168;PD9,0;MC;PU0,9;PD9,9;",
      "MC1,168;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU0,0PD9,0;MC;PU0,9PD9,9;PU;PG;"},
     {"Circles", "PW0.35;PU100,200;CI50;PM0;CI20;PM2;FP;",
-     "MC;LT;LT;PC1,0,0,0;SP1;PW0.35,1;PU;PA100,200;CI50;PW0.00,1;FT;PU120,200;PD;PM0PA120,200;"},
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.35,1;PU;PA100,200;CI50;PW0.00,1;FT;PU120,200;PD;PM0PA119,201;"},
     // The area's pen is thin, since the sink sets it down where the area begins.
     {"WideOutlineAndArea", "PW1;PA0,0;EA100,50;PA200,0;RA300,50;",
      "MC;LT;LT;PC1,0,0,0;SP1;PW1.00,1;PU0,0PD;PA100,0;PA100,50;PA0,50;PA0,0;PW0.00,1;FT;PU200,0;PD;"
-     "PM0PA300,0;PA300,50;PA200,50;PA200,0;PA200,0;PM2;FP;PU;PG;"},
+     "PM0PA300,0;PA300,50;PA200,50;PA200,0;PM2;FP;PU;PG;"},
     {"WideDot", "PW1;PU7,7;PD;PU;", "MC;LT;LT;PC1,0,0,0;SP1;PW1.00,1;PU7,7PD7,7;PU;PG;"},
     {"AreaWithHole", "PA0,0;PM0;PD90,0,90,90,0,90;PM1;PU30,30;PD60,30,60,60,30,60;PM2;FP;",
-     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;FT;PU0,0PM0PDPA90,0;PA90,90;PA0,90;PA0,0;PM1;PU30,30;PD;"
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;FT;PU0,0PM0PDPA90,0;PA90,90;PA0,90;PM1;PU30,30;PD;"
      "PA60,30;PA60,60;PA30,60;PM2;FP;PU;PG;"},
     {"UserPattern", "RF3,2,2,0,1,1,0;FT11,3;PU0,0;PM0;PD50,0,50,50;PM2;FP;",
      "RF3,2,2,0,1,1,0;MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;FT11,3PU0,0;PD;PM0PA50,0;PA50,50;PA0,0;"
-     "PA0,0;PM2;FP;PU;PG;"},
+     "PM2;FP;PU;PG;"},
     {"ShadedBlack", "FT10,50;PU0,0;PM0;PD50,0,50,50;PM2;FP;", "MC;LT;LT;PC1,127,127,127;SP1;"},
     // 12 degrees in steps of six.
     {"ArcAsSteps", "PA1000,0;PD;AA0,0,12;PU;",
-     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU1000,0PD;PA1000,0;PA1000,0;PU1000,0PD;PA995,105;PA978,208;"},
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU1000,0PD;PA995,105;PA978,208;"},
     // The strokes come back, the text to search for does not.
+    {"OutlinesThatContinue", "PU0,0;PM0;PD9,0,9,9;PM2;EP;PU0,0;PD;PD0,9,0,9,5,5;EA7,8;",
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU0,0PD;PA9,0;PA9,9;PA0,0;PA0,9;PA5,5;PA7,5;PA7,8;PA5,8;PA5,5;PU;PG;"},
+    {"WidthsThatComeBack", "PW0.175;PU0,0;PD9,0;PW0.225;PU;PD0,9;",
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.15,1;PU0,0PD9,0;PW0.23,1;PU9,0PD0,9;PU;PG;"},
+    {"NothingToFill", "PU0,0;PM0;PD9,0,0,0;PM2;FP;PU0,0;PD9,9;",
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU0,0PD9,9;PU;PG;"},
+    {"DotInFrontOfAnArea", "PU0,0;PD;PM0;PD9,0,9,9;PM2;FP;PW1;PU0,0;PD;PM0;PD9,0,9,9;PM2;FP;",
+     "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;FT;PU0,0;PD;PM0PA9,0;PA9,9;PA0,0;PM2;FP;PW1.00,1;PU0,0PD0,0;"
+     "PW0.00,1;PU0,0;PD;PM0PA9,0;PA9,9;PA0,0;PM2;FP;PU;PG;"},
     {"Label", "PA0,0;LBI\003",
      "MC;LT;LT;PC1,0,0,0;SP1;PW0.00,1;PU20,120PD40,120;PU30,120PD30,0;PU20,0PD40,0;PU;PG;"},
     {"OwnDashesBecomeSolid", "UL1,30,70;LT1,-5;PU0,0;PD900,0;",
@@ -107,6 +116,7 @@ TEST_P(Trips, WriteAndReopen) {
     EXPECT_EQ(text.substr(0, start.size()), start);
     const auto again = Reopened(saved);
     ASSERT_EQ(again.size(), 1U);
+    EXPECT_EQ(Saved(again), saved);
     const Extent before = Summarise(pages[0].Drawing()).extent;
     const Extent after = Summarise(again[0].Drawing()).extent;
     EXPECT_NEAR(after.minX, before.minX, 1.0);
