@@ -29,7 +29,7 @@ void ReversePixels(std::uint8_t* row, std::size_t width, int bits) {
     };
     for (std::size_t x = 0; x < width; ++x) {
         const std::size_t from = width - 1 - x;
-        const unsigned pixel = (row[from / perByte] >> shift(from)) & mask;
+        const unsigned pixel = (unsigned{row[from / perByte]} >> shift(from)) & mask;
         std::uint8_t& to = reversed[x / perByte];
         to = static_cast<std::uint8_t>(to | (pixel << shift(x)));
     }
