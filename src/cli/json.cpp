@@ -10,8 +10,7 @@ namespace qm::cli {
 namespace {
 
 bool IsSurrogate(wchar_t c) {
-    const auto code = static_cast<std::uint32_t>(c);
-    return code >= 0xD800 && code <= 0xDFFF;
+    return c >= 0xD800 && c <= 0xDFFF;
 }
 
 void AppendEscape(std::string& out, wchar_t c) {

@@ -47,7 +47,7 @@ ComPtr<SourceStream> OpenStream(const InputFile& file) {
     const HRESULT status =
         SHCreateStreamOnFileW(Utf8ToWide(file.Path()).c_str(), STGM_READ, stream.Put());
     if (FAILED(status)) throw ToolError(file.Name() + ": cannot be read: " + StatusName(status));
-    const auto source = MakeObject<SourceStream>(stream);
+    auto source = MakeObject<SourceStream>(stream);
     if (!source) throw std::bad_alloc();
     return source;
 }

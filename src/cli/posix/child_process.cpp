@@ -43,6 +43,7 @@ pid_t Start(const std::vector<std::string>& words, int output) {
     std::vector<std::string> copies = {"qmplot"};
     copies.insert(copies.end(), words.begin(), words.end());
     std::vector<char*> arguments;
+    arguments.reserve(copies.size() + 1);
     for (std::string& word : copies) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;
