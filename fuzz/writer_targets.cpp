@@ -108,8 +108,8 @@ class Numbers {
     std::uint8_t Byte() { return Take<std::uint8_t>(); }
     // Mostly on the page, else anywhere.
     std::int32_t Coordinate() {
-        const auto near = Take<std::int16_t>();
-        return near == INT16_MAX ? Take<std::int32_t>() : near;
+        const auto nearby = Take<std::int16_t>();
+        return nearby == INT16_MAX ? Take<std::int32_t>() : nearby;
     }
     PointI Point() {
         const std::int32_t x = Coordinate();
