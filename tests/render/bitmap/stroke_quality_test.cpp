@@ -29,15 +29,16 @@ double Distance(PointD p, PointD from, PointD to) {
 
 // Of the dot with its lower left corner at (x, y), 0 to 255.
 int SampledCoverage(const std::vector<PointD>& points, double half, int x, int y) {
-    std::vector<std::size_t> near;
+    std::vector<std::size_t> touched;
     for (std::size_t i = 1; i < points.size(); ++i) {
-        if (Distance({x + 0.5, y + 0.5}, points[i - 1], points[i]) < half + 0.75) near.push_back(i);
+        if (Distance({x + 0.5, y + 0.5}, points[i - 1], points[i]) < half + 0.75)
+            touched.push_back(i);
     }
     int inside = 0;
-    for (int sample = 0; !near.empty() && sample < kSamples * kSamples; ++sample) {
+    for (int sample = 0; !touched.empty() && sample < kSamples * kSamples; ++sample) {
         const PointD p{x + (sample % kSamples + 0.5) / kSamples,
                        y + (sample / kSamples + 0.5) / kSamples};
-        inside += std::any_of(near.begin(), near.end(), [&](std::size_t i) {
+        inside += std::any_of(touched.begin(), touched.end(), [&](std::size_t i) {
             return Distance(p, points[i - 1], points[i]) <= half;
         });
     }
