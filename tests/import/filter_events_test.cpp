@@ -54,7 +54,9 @@ TEST_F(ImportTest, ProgressRisesToNinetyNine) {
 // The sinks are asked in turn; one that comes later cannot take an abort back.
 TEST_F(ImportTest, AnAbortKeepsThePagesSoFar) {
     const std::pair<LONG, int> rows[] = {{1, 1}, {40, 2}, {60, 3}, {99, 4}};
-    for (const auto& [at, pages] : rows) {
+    for (const auto& row : rows) {
+        const LONG at = row.first;  // a lambda takes no structured binding
+        const int pages = row.second;
         SCOPED_TRACE(at);
         TearDown();
         SetUp();

@@ -90,6 +90,22 @@ TEST(Reading, Coordinates) {
     EXPECT_EQ(OnlyOf("SC0,1,0,1;PD1,1;", roll, "Line"), Lines{"Line 0 0 800 400"});
 }
 
+TEST(Reading, ShapesTurnedWithinAPage) {
+    // clang-format off
+    ExpectReadings("Circle Arc Rectangle FilledRectangle FilledPolygon Polyline FilledPolyPolygon", {
+        {"RO90", "PS400,200;PD10,20;RO90;PU50,60;CI9;PD;AA50,50,90;PU50,60;RA70,90;EA70,90;PM0;"
+                 "PD60,60,60,70;PM1;PU61,61;PD62,61,62,62;PM2;FP;",
+         {"Circle 50 60 9", "Arc 50 50 10 1.57079633 1.57079632", "FilledRectangle 50 60 70 90",
+          "Rectangle 50 60 70 90",
+          "FilledPolyPolygon 2 4 3 : 50,60 60,60 60,70 50,60 61,61 62,61 62,62"},
+         {"Circle 340 50 9", "Arc 350 50 10 3.14159265 1.57079632",
+          "FilledPolygon 5 : 340,50 340,70 310,70 310,50 340,50",
+          "Polyline 5 : 340,50 340,70 310,70 310,50 340,50",
+          "FilledPolyPolygon 2 4 4 : 340,50 340,60 330,60 340,50 339,61 339,62 338,62 339,61"}},
+    });
+    // clang-format on
+}
+
 // A hyphen is one stroke in the middle of its letter: of 0.3 x 0.3 cm from 20, 60 to 100, 60.
 TEST(Reading, Labels) {
     const std::string size = "SI0.3,0.3;";
