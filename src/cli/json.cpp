@@ -9,9 +9,7 @@ namespace qm::cli {
 
 namespace {
 
-bool IsSurrogate(wchar_t c) {
-    return c >= 0xD800 && c <= 0xDFFF;
-}
+bool IsSurrogate(wchar_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
 void AppendEscape(std::string& out, wchar_t c) {
     char text[8];
