@@ -24,7 +24,7 @@ struct PageState {
 
     // Page ends that count; what follows the last one is drawn on its page. A page takes some
     // kilobytes in the document and can be had for four bytes.
-    static constexpr std::int64_t kMaxPages = 2000;
+    static constexpr std::int64_t kMaxPages = 1000;
     WorkBudget budget{kMaxPages};
 };
 

@@ -33,8 +33,8 @@ struct PlotWork {
     // Pairs of edges compared before a polygon is cut at the window. Beyond: its pieces stay joined
     // along the window's sides.
     WorkBudget edgePairs;
-    static constexpr std::int64_t kEdgePairs = 32'000'000;
-    static constexpr std::int64_t kEdgePairsPerByte = 128;
+    static constexpr std::int64_t kEdgePairs = 16'000'000;
+    static constexpr std::int64_t kEdgePairsPerByte = 64;
     // Bytes of fill patterns. Beyond: the definition is left out.
     WorkBudget patternBytes;
     static constexpr std::int64_t kPatternBytes = 16'000'000;

@@ -66,7 +66,7 @@ void WritePng(const PageSource& page, const PageOptions& options, OutputSink& si
 // Dots for the pages of a plot of `bytes` bytes, up to 100 dots per inch; beyond that more, as the
 // sheets have more.
 WorkBudget DotsForPng(double dpi, std::uint64_t bytes);
-inline constexpr std::int64_t kPngDots = std::int64_t{1} << 28;
+inline constexpr std::int64_t kPngDots = std::int64_t{1} << 26;
 inline constexpr std::int64_t kPngDotsPerByte = 1024;
 
 }  // namespace qm

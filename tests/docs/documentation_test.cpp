@@ -77,28 +77,39 @@ TEST(Documentation, QuirksAreTheCommentsOfTheCode) {
 
 // ---------------------------------------------------------------- Limits
 
-// The number that `name` is set to in some header; empty when there is none, or it is no literal.
-std::string ValueOf(const std::string& name) {
-    const std::regex definition("\\b" + name + R"( = (?:std::\w+\{)?([\d'.e]+)\}?(?: << (\d+))?;)");
+// The lines of all sources that set a constant to a number.
+Lines ConstantLines() {
+    Lines lines;
     for (const std::string& file : SourcesBelow("src")) {
-        for (const std::string& line : ReadLines(kRoot / file)) {
-            std::smatch found;
-            if (!std::regex_search(line, found, definition)) continue;
-            std::string digits = found[1];
-            digits.erase(std::remove(digits.begin(), digits.end(), '\''), digits.end());
-            const int shift = found[2].matched ? std::stoi(found[2]) : 0;
-            return std::to_string(static_cast<long long>(std::stod(digits)) << shift);
-        }
+        for (const std::string& line : ReadLines(kRoot / file))
+            if (line.find(" k") != std::string::npos && line.find(" = ") != std::string::npos)
+                lines.push_back(line);
+    }
+    return lines;
+}
+
+// The number that `name` is set to; empty when there is none, or it is no literal.
+std::string ValueOf(const std::string& name, const Lines& constants) {
+    const std::regex number(R"( = (?:std::\w+\{)?([\d'.e]+)\}?(?: << (\d+))?;)");
+    for (const std::string& line : constants) {
+        std::smatch found;
+        if (line.find(' ' + name + " = ") == std::string::npos) continue;
+        if (!std::regex_search(line, found, number)) continue;
+        std::string digits = found[1];
+        digits.erase(std::remove(digits.begin(), digits.end(), '\''), digits.end());
+        const int shift = found[2].matched ? std::stoi(found[2]) : 0;
+        return std::to_string(static_cast<long long>(std::stod(digits)) << shift);
     }
     return {};
 }
 
 TEST(Documentation, LimitsAreTheConstantsOfTheCode) {
     static const std::regex kConstant(R"(`(?:\w+::)?(k[A-Z]\w+)`)");
+    const Lines constants = ConstantLines();
     int checked = 0;
     for (const std::string& line : ReadLines(kRoot / "docs/limits.md")) {
         for (const std::string& name : AllMatches(line, kConstant)) {
-            const std::string value = ValueOf(name);
+            const std::string value = ValueOf(name, constants);
             EXPECT_NE(value, "") << "docs/limits.md: " << name << " is no constant of the code";
             EXPECT_NE(line.find(value), std::string::npos)
                 << "docs/limits.md: " << name << " is " << value;

@@ -61,7 +61,7 @@ TEST(Limits, ACommandThatFindsNothingLeftIsLeftOut) {
          Work::kCrossings, Work::kCrossingsPerByte, 3, "hatch lines"},
         {"patterns", Repeated("RF1,255,255;", 4000), &Counter::patternBytes, 8160,
          Work::kPatternBytes, Work::kPatternBytesPerByte, 1, "fill patterns"},
-        {"pages", Repeated("CI9;PG;", 3000), &Counter::pages, 1, PageState::kMaxPages, 0, 1,
+        {"pages", Repeated("CI9;PG;", 1500), &Counter::pages, 1, PageState::kMaxPages, 0, 1,
          "page ends"},
     };
     for (const Row& row : rows) {
@@ -83,11 +83,11 @@ TEST(Limits, ACommandThatFindsNothingLeftIsLeftOut) {
 
 TEST(Limits, WhatFitsIsDrawnWhole) {
     const std::string plot = std::string(kSquare) + "FT4,40,45;" + Repeated("FP;EP;", 100) +
-                             Repeated("RF1,64,64;", 1000) + Repeated("CI9;PG;", 1000);
+                             Repeated("RF1,64,64;", 1000) + Repeated("CI9;PG;", 500);
     Counter counter(plot);
     counter.Interpret();
     EXPECT_EQ(counter.Notes().limitsMet, "");
-    EXPECT_EQ(counter.pages, 1000);
+    EXPECT_EQ(counter.pages, 500);
 }
 
 }  // namespace

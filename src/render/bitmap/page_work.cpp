@@ -16,13 +16,16 @@ namespace {
 
 // What parts of the work take, in units; measured.
 constexpr double kPoint = 40.0;
-constexpr double kThinDot = 25.0;  // of a line's length
+constexpr double kPointInBand = 25.0;  // of polygons and arcs, which each band takes up anew
+constexpr double kThinDot = 25.0;      // of a line's length
 constexpr double kRowOfThick = 80.0;
 constexpr double kThickDot = 1.0;
 constexpr double kOutlined = 5.0;  // times as much for lines that are drawn as areas
 constexpr double kDash = 100.0;
+constexpr double kBytesPerDot = 12.0;
+constexpr double kBandBytes = 4194304.0;
 constexpr double kEdgeDot = 40.0;
-constexpr double kAreaDot = 1.0;
+constexpr double kAreaDot = 1.3;
 constexpr double kBlendedDot = 5.0;
 constexpr double kPatternDot = 120.0;
 constexpr double kPictureDot = 15.0;
@@ -63,6 +66,7 @@ class Meter final : public DisplayListVisitor {
   public:
     Meter(const PageRaster& raster, double bytes, DisplayList* list)
         : scale_(raster.dotsPerUnit),
+          bands_(std::max(1.0, kBytesPerDot * raster.width * raster.height / kBandBytes)),
           units_(kUnits + kUnitsPerDot * raster.width * raster.height +
                  kUnitsPerByteAndDot * bytes * (double{1} * raster.width + raster.height)),
           dashes_(kDashes + kDashesPerByte * bytes),
@@ -105,7 +109,7 @@ class Meter final : public DisplayListVisitor {
         const double length = kTwoPi * std::abs(double{1} * radius);
         const double area = length / 2.0 * std::abs(double{1} * radius);
         const auto append = [&] { list_->AppendCircle(centre, radius, filled); };
-        if (!filled) return PutLine(style, length, CornersOf(length), append);
+        if (!filled) return PutLine(style, length, CornersOf(length), append, true);
         PutArea(AreaUnits(style, area, length, CornersOf(length)), append);
     }
     void Arc(const DrawingStyle& style, const ArcShape& arc) override {
@@ -113,7 +117,8 @@ class Meter final : public DisplayListVisitor {
         const double length =
             span * kRadiansPerDegree *
             std::max(std::abs(double{1} * arc.radiusX), std::abs(double{1} * arc.radiusY));
-        PutLine(style, length, CornersOf(length), [&] { list_->AppendArc(arc); });
+        PutLine(
+            style, length, CornersOf(length), [&] { list_->AppendArc(arc); }, true);
     }
     void Picture(const DrawingStyle&, const BoxI& box, std::int32_t rasterOperation,
                  ByteRun bitmap) override {
@@ -150,10 +155,11 @@ class Meter final : public DisplayListVisitor {
 
     // Of the polygon that an arc is drawn as.
     std::size_t CornersOf(double length) const {
-        return static_cast<std::size_t>(4.0 + 2.0 * std::sqrt(std::min(length * scale_, 1e8)));
+        return static_cast<std::size_t>(4.0 + 6.3 * std::sqrt(std::min(length * scale_, 1e8)));
     }
     // Lengths and areas in the drawing's units.
-    double LineUnits(const DrawingStyle& style, double length, std::size_t points) const {
+    double LineUnits(const DrawingStyle& style, double length, std::size_t points,
+                     double corners = 0.0) const {
         const double dots = length * scale_;
         const double width = style.lineWidth * scale_;
         double units = kPoint * static_cast<double>(points);
@@ -166,14 +172,14 @@ class Meter final : public DisplayListVisitor {
         const bool isPlain = CapOf(style.lineAttributes) == LineCap::kRound &&
                              style.drawMode == kCopyPen && style.dashCount == 0 &&
                              style.lineStyle == 0;
-        return isPlain ? units : kOutlined * units;
+        return (isPlain ? units : kOutlined * units) + kPointInBand * bands_ * corners;
     }
     double AreaUnits(const DrawingStyle& style, double area, double length,
                      std::size_t points) const {
         double perDot = style.drawMode == kCopyPen ? kAreaDot : kBlendedDot;
         if (style.fillKind == kFillKindPattern) perDot = kPatternDot;
-        return kPoint * static_cast<double>(points) + perDot * area * scale_ * scale_ +
-               kEdgeDot * length * scale_;
+        return (kPoint + kPointInBand * bands_) * static_cast<double>(points) +
+               perDot * area * scale_ * scale_ + kEdgeDot * length * scale_;
     }
 
     // Whether a line of that length is drawn in dashes.
@@ -200,12 +206,14 @@ class Meter final : public DisplayListVisitor {
         if (Affords(units) && list_ != nullptr) append();
     }
     template <typename Append>
-    void PutLine(DrawingStyle style, double length, std::size_t points, const Append& append) {
+    void PutLine(DrawingStyle style, double length, std::size_t points, const Append& append,
+                 bool isArc = false) {
         const DrawingStyle asked = style;
         const bool dashed = AffordsDashes(style, length);
         if (!dashed) style.dashCount = 0;
         if (!dashed) style.lineStyle = 0;
-        if (!Affords(LineUnits(style, length, points)) || list_ == nullptr) return;
+        const double corners = isArc ? static_cast<double>(points) : 0.0;
+        if (!Affords(LineUnits(style, length, points, corners)) || list_ == nullptr) return;
         if (!dashed) list_->AppendValue(RecordKind::kLineStyle, 0);
         append();
         if (!dashed) AppendLineStyle(asked);
@@ -254,6 +262,7 @@ class Meter final : public DisplayListVisitor {
     }
 
     double scale_;  // dots of a unit
+    double bands_;
     double units_;
     double dashes_;
     DisplayList* list_;

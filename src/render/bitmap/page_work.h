@@ -16,9 +16,9 @@ namespace qm::bitmap {
 
 // Work in units of about a nanosecond: a dot that is filled takes one or less, a dot of a thin
 // line's length, of a pattern or of a picture more.
-inline constexpr double kUnits = 2.5e8;
-inline constexpr double kUnitsPerDot = 8.0;         // of the page
-inline constexpr double kUnitsPerByteAndDot = 1.0;  // bytes of the plot's file, dots of both sides
+inline constexpr double kUnits = 2e8;
+inline constexpr double kUnitsPerDot = 8.0;          // of the page
+inline constexpr double kUnitsPerByteAndDot = 0.75;  // bytes of the plot's file, dots of both sides
 // Dashes, each of which takes some 100 units; further dashed lines are drawn as solid ones.
 inline constexpr double kDashes = 1e6;
 inline constexpr double kDashesPerByte = 16.0;

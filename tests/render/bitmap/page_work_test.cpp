@@ -17,7 +17,7 @@ constexpr std::uint64_t kBytes = 1000;
 constexpr BoxI kPage{{0, 0}, {40000, 40000}};
 
 void Dashes(DisplayList& list) {
-    const std::int32_t lengths[] = {8, 8};
+    const std::int32_t lengths[] = {4, 4};
     list.AppendLineDash(lengths, 2);
 }
 
@@ -47,17 +47,17 @@ const Row kRows[] = {
     {"a chain of them", [](auto& l) { for (int i = 0; i < 20; ++i) { l.AppendLine(kPage.a, kPage.b); l.AppendLine(kPage.b, kPage.a); } },
      &PageSummary::lines, 1000, 30000, kNotAll},
     {"wide lines", [](auto& l) { l.AppendValue(RecordKind::kLineWidth, 4000); l.AppendLine(kPage.a, kPage.b); },
-     &PageSummary::lines, 100, 900, kNotAll},
-    {"dashes", [](auto& l) { Dashes(l); l.AppendLine(kPage.a, kPage.b); l.AppendLine({5, 0}, {0, 9}); },
+     &PageSummary::lines, 50, 900, kNotAll},
+    {"dashes", [](auto& l) { Dashes(l); l.AppendLine({0, 0}, {10000, 10000}); l.AppendLine({5, 0}, {0, 9}); },
      &PageSummary::lines, 2 * kTimes, 2 * kTimes, kNoDashes},
     {"areas", [](auto& l) { l.AppendRectangle(kPage, true); },
-     &PageSummary::rectangles, 20, 100, kNotAll},
+     &PageSummary::rectangles, 10, 100, kNotAll},
     {"circles", [](auto& l) { l.AppendCircle({20000, 20000}, 20000, true); },
-     &PageSummary::circles, 20, 100, kNotAll},
+     &PageSummary::circles, 10, 100, kNotAll},
     {"thin polygons", [](auto& l) { const PointI p[] = {{0, 0}, {40000, 40000}, {39990, 40000}}; l.AppendPolygon({p, 3}, true); },
      &PageSummary::polygons, kTimes, kTimes, ""},
     {"polygons", [](auto& l) { const PointI p[] = {{0, 0}, {40000, 40000}, {0, 40000}}; l.AppendPolygon({p, 3}, true); },
-     &PageSummary::polygons, 40, 300, kNotAll},
+     &PageSummary::polygons, 20, 300, kNotAll},
     {"patterns", [](auto& l) { l.AppendFillStyle(3, 1); l.AppendRectangle(kPage, true); },
      &PageSummary::rectangles, 0, 2, kNotAll},
 };

@@ -87,8 +87,8 @@ TEST(PngPage, PagesBeyondThePlotsDotsAreCoarser) {
         EXPECT_EQ(PngDots(sink.text).Width(), width);
     }
     EXPECT_EQ(said.find("P has too many dots for the plot's size; it is drawn with 50 dots"), 0U);
-    EXPECT_EQ(DotsForPng(72.0, 10).Left(), (std::int64_t{1} << 28) + 10240);
-    EXPECT_EQ(DotsForPng(200.0, 10).Left(), ((std::int64_t{1} << 28) + 10240) * 4);
+    EXPECT_EQ(DotsForPng(72.0, 10).Left(), (std::int64_t{1} << 26) + 10240);
+    EXPECT_EQ(DotsForPng(200.0, 10).Left(), ((std::int64_t{1} << 26) + 10240) * 4);
 }
 
 // Shades first, a colour in the last row.
