@@ -460,8 +460,7 @@ TEST(RasterMode, DetectionReadsOverRasterData) {
     const std::string data(600, '\1');
     PlotReader plot("\033%0A" + Row(data) + "\033%0BIN;SP1;PU;PD;PU;");
     EXPECT_EQ(plot.Detect(), 1);
-    PlotReader pcl("\033pX\033%0BIN;SP1;PU;PD;PU;");
-    EXPECT_EQ(pcl.Detect(), 1);
+    EXPECT_EQ(PlotReader("\033pX\033%0BIN;SP1;PU;PD;PU;").Detect(), 1);
 }
 
 TEST(RasterMode, ClaimsCostNothing) {
@@ -486,13 +485,6 @@ TEST(RasterMode, PicturesStopWhenTheBudgetIsSpent) {
         reader.Interpret();
         EXPECT_EQ(reader.State().drawing.out.PageEmpty(), bytes == 100);
     }
-}
-
-TEST(RasterMode, TheBudgetGrowsWithThePlot) {
-    const auto work = (std::size_t{1} << 30) + 8192 * 1000 - 64;
-    EXPECT_FALSE(PictureBudget::ForPlot(1000).TakeRows(1, work + 1));
-    EXPECT_TRUE(PictureBudget::ForPlot(1000).TakeRows(1, work));
-    EXPECT_EQ(PictureBudget::ForPlot(1000).Room(), (64 << 20) + 256 * 1000);
 }
 
 TEST(EscapeTable, NoSequenceTwice) {

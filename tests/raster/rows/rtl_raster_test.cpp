@@ -176,5 +176,12 @@ TEST(RtlRaster, LongPicturesCrossTheBlocksOfTheStore) {
     }
 }
 
+TEST(PictureBudget, GrowsWithThePlot) {
+    const auto work = (std::size_t{1} << 30) + 8192 * 1000 - 64;
+    EXPECT_FALSE(PictureBudget::ForPlot(1000).TakeRows(1, work + 1));
+    EXPECT_TRUE(PictureBudget::ForPlot(1000).TakeRows(1, work));
+    EXPECT_EQ(PictureBudget::ForPlot(1000).Room(), (64 << 20) + 256 * 1000);
+}
+
 }  // namespace
 }  // namespace qm
