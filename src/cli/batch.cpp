@@ -80,20 +80,19 @@ class Planner {
     }
     void Visit(const fs::directory_entry& entry, const fs::path& below) {
         const fs::path name = entry.path().filename();
-        std::error_code failure;
-        if (name.u8string().rfind('.', 0) == 0) {
+        if (name.u8string().rfind('.', 0) == 0 || !IsWanted(entry)) {
             ++plan_.skipped;
-        } else if (!entry.is_directory(failure)) {
-            // Reading a pipe could wait forever, and a link may lead nowhere.
-            if (!entry.is_regular_file(failure))
-                ++plan_.skipped;
-            else
-                Add(entry.path().u8string(), below / name.stem(), true);
-        } else if (entry.is_symlink(failure) || IsOwn(entry.path())) {
-            ++plan_.skipped;
-        } else {
+        } else if (std::error_code failure; entry.is_directory(failure)) {
             Walk(entry.path(), below / name);
+        } else {
+            Add(entry.path().u8string(), below / name.stem(), true);
         }
+    }
+    // A link to a folder may lead back here, reading a pipe could wait forever.
+    bool IsWanted(const fs::directory_entry& entry) const {
+        std::error_code failure;
+        if (entry.is_directory(failure)) return !entry.is_symlink(failure) && !IsOwn(entry.path());
+        return entry.is_regular_file(failure);
     }
     bool IsOwn(const fs::path& folder) const {
         const auto status = StatusOf(folder.u8string());
