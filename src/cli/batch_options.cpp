@@ -14,14 +14,14 @@ OptionGroup ManyFilesGroup(BatchOptions& options) {
                        options.zeroSeparated);
     zero.needs = "files-from";
     return {"Many files",
-            {TextOption("files-from", 0, "LIST",
+            {FileOption("files-from", 0, "LIST",
                         "With -o: also the files whose names stand in LIST, a line each; '-' is "
                         "standard input. Their folders are kept below DIR",
                         options.list),
              std::move(zero),
              Flag("skip-done", 0, "Skip files whose output is there and newer than they are",
                   options.skipDone),
-             TextOption("report", 0, "FILE", "Add a line of JSON for each file to FILE",
+             FileOption("report", 0, "FILE", "Add a line of JSON for each file to FILE",
                         options.report),
              NumberOption(
                  "timeout", "S", "Give up on a file after S seconds",

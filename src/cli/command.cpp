@@ -1,7 +1,7 @@
 // See command.h.
 #include "cli/command.h"
 
-#include <charconv>
+#include <algorithm>
 #include <locale>
 #include <sstream>
 #include <utility>
@@ -26,12 +26,11 @@ Number NumberOf(const std::string& text, Number low, Number high, const char* ki
     throw ToolError(message.str());
 }
 
-bool IsOneOf(const std::string& value, const std::string& choices) {
+std::vector<std::string> WordsOf(const std::string& choices) {
+    std::vector<std::string> words;
     std::istringstream list(choices);
-    for (std::string choice; std::getline(list, choice, '|');) {
-        if (choice == value) return true;
-    }
-    return false;
+    for (std::string choice; std::getline(list, choice, '|');) words.push_back(choice);
+    return words;
 }
 
 }  // namespace
@@ -63,13 +62,25 @@ Option TextOption(std::string name, char letter, std::string value, std::string 
             [&target](const std::string& given) { target = given; }};
 }
 
+Option FileOption(std::string name, char letter, std::string value, std::string text,
+                  std::string& target) {
+    Option option = TextOption(std::move(name), letter, std::move(value), std::move(text), target);
+    option.isFile = true;
+    return option;
+}
+
 Option ChoiceOption(std::string name, std::string choices, std::string text,
                     std::function<void(const std::string&)> set) {
-    auto take = [choices, set = std::move(set)](const std::string& given) {
-        if (!IsOneOf(given, choices)) throw ToolError("'" + given + "' is none of " + choices);
+    const std::vector<std::string> words = WordsOf(choices);
+    auto take = [choices, words, set = std::move(set)](const std::string& given) {
+        if (std::find(words.begin(), words.end(), given) == words.end()) {
+            throw ToolError("'" + given + "' is none of " + choices);
+        }
         set(given);
     };
-    return {std::move(name), 0, std::move(choices), std::move(text), std::move(take)};
+    Option option = {std::move(name), 0, std::move(choices), std::move(text), std::move(take)};
+    option.words = words;
+    return option;
 }
 
 }  // namespace qm::cli

@@ -26,6 +26,9 @@ struct Option {
     // Names of the formats (output_format.h) that convert takes it for, with blanks between; empty:
     // for all.
     std::string formats = {};
+    // For the completions of shells: what the value may be, or that it names a file or folder.
+    std::vector<std::string> words = {};
+    bool isFile = false;
 };
 
 struct OptionGroup {
@@ -78,6 +81,9 @@ Option IntegerOption(std::string name, char letter, std::string value, std::stri
 Option NumberOption(std::string name, std::string value, std::string text,
                     std::function<void(double)> set, double low, double high);
 Option TextOption(std::string name, char letter, std::string value, std::string text,
+                  std::string& target);
+// The name of a file or folder.
+Option FileOption(std::string name, char letter, std::string value, std::string text,
                   std::string& target);
 // `choices` as help shows them: "hpgl|hprtl".
 Option ChoiceOption(std::string name, std::string choices, std::string text,

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <utility>
 
 #include "cli/batch.h"
@@ -83,12 +84,13 @@ class Conversions {
         if (toStandardOutput && options_.ending.empty()) {
             throw Error("standard output has no ending; --to chooses the format");
         }
-        if (!toStandardOutput && !options_.ending.empty()) {
+        const bool named = toStandardOutput || FindFormat(output, false) == nullptr;
+        if (!named && !options_.ending.empty()) {
             throw UsageError(
                 "--to is for -o DIR and for standard output; " + output + " has its ending",
                 command_.name);
         }
-        return FormatOf(toStandardOutput ? EndingWithDot(options_.ending) : output);
+        return FormatOf(options_.ending.empty() ? output : EndingWithDot(options_.ending));
     }
 
     int ConvertOne(const std::string& input, const std::string& output) {
@@ -178,15 +180,19 @@ OptionGroup OutputGroup(ConvertOptions& options) {
                         options.batch.isChild = true;
                     }};
     child.hidden = true;
+    Option to = TextOption("to", 0, "ENDING",
+                           "Format of the files in DIR (svg if not given), of standard output, or "
+                           "of an OUT whose name "
+                           "does not end in one",
+                           options.ending);
+    std::istringstream endings(WritableEndings());
+    for (std::string ending; endings >> ending;) to.words.push_back(ending.substr(1));
     return {"Output",
-            {TextOption("output", 'o', "DIR|FILE",
+            {FileOption("output", 'o', "DIR|FILE",
                         "Write into this folder, which is made; the one file when it has an "
                         "ending that is written and there is one FILE",
                         options.target),
-             TextOption("to", 0, "ENDING",
-                        "Format of the files in DIR (svg if not given) or of standard output",
-                        options.ending),
-             PageOption(options.conversion.pages),
+             std::move(to), PageOption(options.conversion.pages),
              Flag("force-overwrite", 0, "Replace plots that exist; other files are replaced always",
                   options.batch.overwrite),
              IntegerOption("jobs", 'j', "N",

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 namespace qm::cli {
 
@@ -57,17 +58,25 @@ std::string HelpOfOptions(const Command& command) {
 
 }  // namespace
 
+std::vector<Option> ProgramOptions() {
+    Option folder = {"manuals",
+                     0,
+                     "DIR",
+                     "Write the manual pages, and completions for bash, zsh and fish, below this "
+                     "folder; ~/.local/share is where man and the shells find them",
+                     {}};
+    folder.isFile = true;
+    return {{"help", 'h', "", "Print this and exit; behind a command, what it takes", {}},
+            {"version", 0, "", "Print the version and exit", {}},
+            std::move(folder)};
+}
+
 std::string HelpOfAll(const std::vector<Command>& commands) {
-    std::string out =
-        "qmplot opens plot files (HP-GL, HP-GL/2, HP-RTL): tells what they are,\n"
-        "converts them, lists what they draw.\n\n"
-        "Usage: qmplot COMMAND [OPTIONS] ...\n\nCommands:\n";
+    std::string out = Wrapped(kAbout, 0) + "\nUsage: qmplot COMMAND [OPTIONS] ...\n\nCommands:\n";
     for (const Command& command : commands) out += Row(command.name, command.summary);
     out += "\nOptions:\n";
-    out += Row("-h, --help", "Print this and exit; behind a command, what it takes");
-    out += Row("    --version", "Print the version and exit");
-    return out +
-           "\n'-' as FILE reads standard input. qmplot COMMAND --help tells more of a command.\n";
+    for (const Option& option : ProgramOptions()) out += Row(NameOf(option), option.text);
+    return out + '\n' + Wrapped(kAboutFiles, 0);
 }
 
 std::string HelpOf(const Command& command) {

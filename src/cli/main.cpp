@@ -9,6 +9,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/help.h"
+#include "cli/manual_files.h"
 #include "cli/version.h"
 #include "common/tool_error.h"
 
@@ -29,6 +30,11 @@ int Run(const std::vector<std::string>& words) {
     }
     if (first == "--help" || first == "-h") {
         std::cout << qm::cli::HelpOfAll(commands);
+        return qm::kExitSuccess;
+    }
+    if (first == "--manuals") {
+        if (words.size() != 2) throw qm::cli::UsageError("--manuals takes a folder", "");
+        qm::cli::WriteManualFiles(commands, words[1]);
         return qm::kExitSuccess;
     }
     const Command& command = qm::cli::FindCommand(commands, first);

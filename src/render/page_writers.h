@@ -35,7 +35,8 @@ struct PageSource {
 PageSource SourceOf(const PlotPage& page);
 
 struct PageOptions {
-    double dpi = 150.0;              // dots per inch, PNG only
+    double dpi = 150.0;  // dots per inch, PNG only
+    int sideDots = 0;    // PNG: dots of the longer side in place of dpi; 0: as dpi has it
     double marginMillimetres = 5.0;  // paper around the drawing's extent
     bool smooth = true;              // PNG: edges blend into the paper; else dots are drawn or not
     int threads = 1;                 // that draw a PNG

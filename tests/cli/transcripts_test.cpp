@@ -33,14 +33,17 @@ const Transcript kTranscripts[] = {
      "qmplot: ./r: is not written, because it is the script\n[2]\nobject 1203\n"},
 
     // -o names a folder or the one file.
-    {"OutputIsAFile", "q convert -o result.png a.plt; file -b result.png | cut -d, -f1; q convert -o both.pdf a.plt pages.plt",
-     "[0]\nPNG image data\nqmplot: both.pdf names one file, but there are several to convert; -o DIR takes them; "
+    {"OutputIsAFile", "q convert -o result.png a.plt; head -c 4 result.png | tail -c 3; echo; q convert -o both.pdf a.plt pages.plt",
+     "[0]\nPNG\nqmplot: both.pdf names one file, but there are several to convert; -o DIR takes them; "
      "see qmplot convert --help\n[2]\n"},
     {"OutputIsAFolderWithAnEnding", "mkdir x.svg; q convert -o x.svg a.plt; ls x.svg", "[0]\na.svg\n"},
     {"StandardOutput", "q convert --to svg a.plt - | tail -n 2; q convert --to svg pages.plt -; q convert a.plt -",
      "</svg>\n[0]\n"
      "qmplot: pages.plt: has 3 pages, and this format holds one; --page chooses it\n[2]\n"
      "qmplot: standard output has no ending; --to chooses the format; see qmplot convert --help\n[2]\n"},
+    {"NameWithoutAnEnding", "q convert --to png --size 64 a.plt thumb; od -An -tu1 -j 16 -N 8 thumb; q convert --to png a.plt b.svg",
+     "[0]\n   0   0   0  64   0   0   0  42\n"
+     "qmplot: --to is for -o DIR and for standard output; b.svg has its ending; see qmplot convert --help\n[2]\n"},
     {"OnePageToStandardOutput", "q convert --page 2 pages.plt 2.svg; qmplot convert --page 2 --to svg pages.plt - | cmp - 2.svg", "[0]\n"},
     {"PipeIsClosed", "(sleep 0.1; qmplot convert --to svg a.plt - 2>err; echo $? >>err) | true; cat err", "0\n"},
 

@@ -8,6 +8,7 @@
 
 #include "common/numbers.h"
 #include "common/tool_error.h"
+#include "host/page_summary.h"
 #include "render/bitmap/page_bands.h"
 #include "render/bitmap/page_raster.h"
 #include "render/page_writers.h"
@@ -263,10 +264,20 @@ namespace qm {
 
 namespace {
 
+// The resolution at which the longer side has options.sideDots.
+double DpiOfSide(const PageSource& page, const PageOptions& options) {
+    const PageFrame frame = FrameOf(page, Summarise(*page.drawing).extent, options);
+    // A dot is begun for whatever is left over of the division.
+    constexpr double kLeftOver = 1e-6;
+    return (options.sideDots - kLeftOver) * frame.unitsPerInch /
+           std::max(frame.width, frame.height);
+}
+
 // The page at options.dpi or, when the plot has no more dots for it, at fewer, which `options` then
 // tell.
 bitmap::PageRaster FittingRaster(const PageSource& page, PageOptions& options) {
     using namespace bitmap;
+    if (options.sideDots > 0) options.dpi = DpiOfSide(page, options);
     PageRaster raster = RasterOf(page, options, "a PNG", kAnyNumberOfDots);
     const auto dots = std::int64_t{raster.width} * raster.height;
     if (options.dots == nullptr || options.dots->Take(dots)) return raster;
