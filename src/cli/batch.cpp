@@ -10,11 +10,13 @@
 #include <map>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <thread>
 #include <utility>
 
 #include "cli/child_process.h"
 #include "cli/console.h"
+#include "cli/done_check.h"
 #include "cli/output_guard.h"
 #include "cli/run_report.h"
 #include "common/tool_error.h"
@@ -117,6 +119,7 @@ class Runner {
           guard_(InputsOf(plan), options.overwrite),
           report_(options.report),
           percents_(static_cast<std::size_t>(options.jobs), 0) {
+        if (options.skipDone) done_.emplace(plan.jobs);
         counts_[Outcome::kSkipped] = plan.skipped;
     }
 
@@ -158,7 +161,7 @@ class Runner {
                 Do(components, worker, i);
                 const std::lock_guard<std::mutex> lock(mutex_);
                 percents_[worker] = 0;
-                ++done_;
+                ++finished_;
             }
         } catch (...) {  // the report cannot be written, or the memory is gone: no use going on
             stopped_ = true;
@@ -168,7 +171,7 @@ class Runner {
     }
     void Do(const Components& components, std::size_t worker, std::size_t index) {
         const Job& job = jobs_[index];
-        if (options_.skipDone && IsDone(job)) {
+        if (done_ && done_->IsDone(job)) {
             return Record({job.input,
                            Outcome::kSkipped,
                            kExitSuccess,
@@ -220,8 +223,16 @@ class Runner {
                                           job.walked ? "--child=walked" : "--child=named"};
         words.insert(words.end(), options_.childWords.begin(), options_.childWords.end());
         words.insert(words.end(), {"--", job.input, job.output});
-        MakeFolderOf(job);
-        const ChildResult child = RunChild(words, {options_.timeout, options_.maxMemory});
+        const OutputFormat& format = FormatFor(job.output, conversion_.write.plot.rtl);
+        const auto answer = [&](const std::string& output) -> std::string {
+            try {
+                Claim(job, output, format);
+                return {};
+            } catch (const ToolError& error) {
+                return error.what();
+            }
+        };
+        const ChildResult child = RunChild(words, {options_.timeout, options_.maxMemory}, answer);
         const std::string line = child.output.substr(0, child.output.find('\n'));
         FileReport report;
         report.input = job.input;
@@ -244,19 +255,6 @@ class Runner {
     static double SecondsSince(std::chrono::steady_clock::time_point start) {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     }
-    // The first page's file gets its name last (Convert), so it tells of the others too.
-    bool IsDone(const Job& job) const {
-        const auto input = StatusOf(job.input);
-        if (!input || !input->regular) return false;
-        for (const std::string& name : {job.output, NumberedName(job.output, 1)}) {
-            const auto output = StatusOf(name);
-            if (output && output->regular &&
-                output->written > std::max(input->written, input->changed)) {
-                return true;
-            }
-        }
-        return false;
-    }
     static void MakeFolderOf(const Job& job) {
         if (!job.inSubfolder) return;
         const fs::path folder = fs::u8path(job.output).parent_path();
@@ -264,7 +262,13 @@ class Runner {
         fs::create_directories(folder, failure);
         if (failure) throw SystemError(folder.u8string(), "made", failure.value());
     }
+    // The parent alone knows what the other files are and are written to.
     void Prepare(const Job& job, const std::string& output, const OutputFormat& format) {
+        if (!options_.isChild) return Claim(job, output, format);
+        const std::string refusal = AskParent(output);
+        if (!refusal.empty()) throw ToolError(refusal);
+    }
+    void Claim(const Job& job, const std::string& output, const OutputFormat& format) {
         guard_.Claim(output, job.input, format);
         MakeFolderOf(job);
     }
@@ -293,7 +297,7 @@ class Runner {
         {
             const std::lock_guard<std::mutex> lock(mutex_);
             percents_[worker] = static_cast<std::size_t>(percent);
-            all = done_ * 100;
+            all = finished_ * 100;
             for (const std::size_t part : percents_) all += part;
         }
         messages_.Progress(
@@ -305,6 +309,7 @@ class Runner {
     const BatchOptions& options_;
     const ConversionOptions& conversion_;
     Messages& messages_;
+    std::optional<DoneCheck> done_;
     OutputGuard guard_;
     RunReport report_;
     std::atomic<std::size_t> next_{0};
@@ -312,7 +317,7 @@ class Runner {
     std::mutex mutex_;                   // guards what follows
     std::vector<std::size_t> percents_;  // of the file that each thread is at
     std::map<Outcome, std::size_t> counts_;
-    std::size_t done_ = 0;
+    std::size_t finished_ = 0;
     int status_ = kExitSuccess;
     std::exception_ptr failure_;
 };

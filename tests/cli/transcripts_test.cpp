@@ -79,6 +79,11 @@ const Transcript kTranscripts[] = {
      "q convert -v --skip-done -o out a.plt pages.plt; rm out/pages-1.svg; q convert --skip-done -o out a.plt pages.plt",
      "[0]\nqmplot: a.plt: 1 page, 674 bytes, out/a.svg\nqmplot: skipped: pages.plt: done already\n"
      "qmplot: 1 converted, 0 failed, 1 skipped\n[0]\nqmplot: 1 converted, 0 failed, 1 skipped\n[0]\n"},
+    {"OutputOfAnotherIsNotDone", "cp a.plt a.hpgl; cp pages.plt b.plt; cp a.plt b-1.plt; for i in 1 2; do q convert -o out -q --skip-done a.plt a.hpgl b.plt b-1.plt; done",
+     "qmplot: a.hpgl: would be written to out/a.svg, as a.plt; convert one of them to another folder\n"
+     "qmplot: b-1.plt: would be written to out/b-1.svg, as b.plt; convert one of them to another folder\n[2]\n"
+     "qmplot: a.hpgl: would be written to out/a.svg, as a.plt; convert one of them to another folder\n"
+     "qmplot: b-1.plt: would be written to out/b-1.svg, as b.plt; convert one of them to another folder\n[2]\n"},
     {"Report", "q convert -q -o out --report r --timeout 60 a.plt letter.txt; sed 's/\"seconds\":[0-9.]*/S/' r",
      "qmplot: letter.txt: not a plot file; --force reads it all the same\n[1]\n"
      "{\"outcome\":\"converted\",\"status\":0,\"input\":\"a.plt\",\"outputs\":[\"out/a.svg\"],\"pages\":1,\"bytes\":674,S,\"message\":\"\"}\n"
@@ -89,8 +94,29 @@ const Transcript kTranscripts[] = {
     {"MemoryIsUp", "(printf 'IN;IN;IN;IN;IN;IN;\\033%%0A\\033*v6W\\000\\003\\010\\010\\010\\010\\033*r9000s9000T\\033*r1A'; "
      "for i in $(seq 8000); do printf '\\033*b9W123456789'; done) >b; q convert -o out --max-memory 128 a.plt b; ls out",
      "qmplot: b: wants more memory than --max-memory allows\nqmplot: 1 converted, 1 failed, 0 skipped\n[2]\na.svg\n"},
+    {"ChildrenKnowOfEachOther", "cp a.plt a.hpgl; cp a.plt b; q convert -o out --timeout 60 a.plt a.hpgl; "
+     "q convert -o . --to plt --force-overwrite --timeout 60 a.hpgl a.plt; cmp a.plt b",
+     "qmplot: a.hpgl: would be written to out/a.svg, as a.plt; convert one of them to another folder\n"
+     "qmplot: 1 converted, 1 failed, 0 skipped\n[2]\n"
+     "qmplot: ./a.plt: is not written, because it is one of the files to convert\n"
+     "qmplot: a.plt: would be written to ./a.plt, as a.hpgl; convert one of them to another folder\n"
+     "qmplot: 0 converted, 2 failed, 0 skipped\n[2]\n"},
+    {"ChildWithoutAParentWritesNothing", "q convert --child=named a.plt a.svg 3</dev/null | tail -n 1; find . -name a.svg",
+     "qmplot: the process that converts the other files has ended\n[2]\n"},
     {"ChildrenSkipToo", "mkdir f; cp letter.txt a.plt f; q convert -o out --timeout 60 f",
      "qmplot: 1 converted, 0 failed, 1 skipped\n[0]\n"},
+    {"RunOverManyMachines", "cp a.plt a.hpgl; cp pages.plt b.plt; cp a.plt b-1.plt; cp a.plt c.plt; cp a.plt c-2.plt; "
+     "printf '%s\\n' b.plt pages.plt a.plt a.hpgl letter.txt b-1.plt c.plt c-2.plt >l; "
+     "m=" QM_EXAMPLES "/many-machines; export PART_SIZE=1; for i in 1 2; do $m/prepare-run l r; "
+     "for p in r/parts/*; do $m/convert-part $p out r/reports --timeout 60 2>/dev/null; done; grep -c . r/parts/*; $m/tally l r; echo [$?]; done",
+     "r/parts/000000:6\nr/parts/000001:1\nr/parts/000002:1\n"
+     "8 plots: 5 converted, 0 found complete, 3 failed, 0 converted twice, 0 left\nfailed: a.hpgl\nfailed: letter.txt\nfailed: b-1.plt\n[1]\n"
+     "r/parts/000000:6\nr/parts/000001:1\nr/parts/000002:1\n"
+     "8 plots: 3 converted, 0 found complete, 3 failed, 2 converted twice, 0 left\nfailed: a.hpgl\nfailed: letter.txt\nfailed: b-1.plt\n"
+     "twice: b.plt\ntwice: a.plt\n[2]\n"},
+    {"RunOfAKilledQmplot", "printf '#!/bin/sh\\nkill -9 $$' >k; chmod +x k; echo a.plt >l; m=" QM_EXAMPLES "/many-machines; $m/prepare-run l r; "
+     "QMPLOT=./k $m/convert-part r/parts/000001 out r/reports 2>/dev/null; echo [$?]; $m/tally l r",
+     "[137]\n1 plots: 0 converted, 0 found complete, 0 failed, 0 converted twice, 1 left\nleft: a.plt\n"},
 
     // Archives.
     {"ArchiveWithoutAPlot", "q info other.zip", "qmplot: other.zip: not a plot file: a zip archive that holds no plan.prn\n[1]\n"},

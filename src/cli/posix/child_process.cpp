@@ -7,10 +7,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <fstream>
+#include <iostream>
 #include <optional>
 #include <utility>
 
@@ -22,6 +24,9 @@ namespace qm::cli {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+// Where a child reads answers; its standard input may be the plot.
+constexpr int kAnswers = 3;
 
 // Closed at the end of the scope.
 class Descriptor {
@@ -39,7 +44,22 @@ class Descriptor {
     int file_;
 };
 
-pid_t Start(const std::vector<std::string>& words, int output) {
+struct Pipe {
+    Pipe() : Pipe(MakeEnds()) {}
+
+    Descriptor reading;
+    Descriptor writing;
+
+  private:
+    explicit Pipe(std::array<int, 2> ends) : reading(ends[0]), writing(ends[1]) {}
+    static std::array<int, 2> MakeEnds() {
+        std::array<int, 2> ends{};
+        if (pipe2(ends.data(), O_CLOEXEC) != 0) throw SystemError("a pipe", "made");
+        return ends;
+    }
+};
+
+pid_t Start(const std::vector<std::string>& words, int output, int answers) {
     std::vector<std::string> copies = {"qmplot"};
     copies.insert(copies.end(), words.begin(), words.end());
     std::vector<char*> arguments;
@@ -49,6 +69,7 @@ pid_t Start(const std::vector<std::string>& words, int output) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, answers, kAnswers);
     pid_t child = 0;
     const int failure =
         posix_spawn(&child, "/proc/self/exe", &actions, nullptr, arguments.data(), environ);
@@ -60,8 +81,8 @@ pid_t Start(const std::vector<std::string>& words, int output) {
 // Reads what the child writes until it ends.
 class Watch {
   public:
-    Watch(pid_t child, int pipe, const ChildLimits& limits)
-        : child_(child), pipe_(pipe), limits_(limits) {}
+    Watch(pid_t child, int pipe, int answers, const ChildLimits& limits, const ChildAnswer& answer)
+        : child_(child), pipe_(pipe), answers_(answers), limits_(limits), answer_(answer) {}
 
     ChildResult Run() {
         while (ReadSome()) Hurry();
@@ -81,7 +102,20 @@ class Watch {
         const ssize_t count = read(pipe_, bytes, sizeof bytes);
         if (count < 0) return errno == EINTR;
         result_.output.append(bytes, static_cast<std::size_t>(count));
+        for (std::size_t end; (end = result_.output.find('\0')) != std::string::npos;) {
+            Reply(answer_(result_.output.substr(0, end)));
+            result_.output.erase(0, end + 1);
+        }
         return count > 0;
+    }
+    // A child that has ended meanwhile needs none.
+    void Reply(const std::string& answer) const {
+        const std::size_t size = answer.size() + 1;
+        for (std::size_t sent = 0; sent < size;) {
+            const ssize_t count = write(answers_, answer.c_str() + sent, size - sent);
+            if (count < 0 && errno != EINTR) return;
+            if (count > 0) sent += static_cast<std::size_t>(count);
+        }
     }
     void Hurry() {
         constexpr double kPatience = 2.0;
@@ -112,7 +146,9 @@ class Watch {
 
     const pid_t child_;
     const int pipe_;
+    const int answers_;
     const ChildLimits limits_;
+    const ChildAnswer& answer_;
     const Clock::time_point start_ = Clock::now();
     std::optional<double> asked_;  // to end, seconds after the start
     ChildResult result_;
@@ -122,14 +158,26 @@ class Watch {
 
 bool ChildrenAreSupported() { return true; }
 
-ChildResult RunChild(const std::vector<std::string>& words, const ChildLimits& limits) {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) throw SystemError("a pipe", "made");
-    const Descriptor reading(ends[0]);
-    Descriptor writing(ends[1]);
-    const pid_t child = Start(words, writing.Get());
-    writing.Close();
-    return Watch(child, reading.Get(), limits).Run();
+ChildResult RunChild(const std::vector<std::string>& words, const ChildLimits& limits,
+                     const ChildAnswer& answer) {
+    Pipe output;
+    Pipe answers;
+    const pid_t child = Start(words, output.writing.Get(), answers.reading.Get());
+    output.writing.Close();
+    answers.reading.Close();
+    return Watch(child, output.reading.Get(), answers.writing.Get(), limits, answer).Run();
+}
+
+std::string AskParent(const std::string& question) {
+    std::cout.write(question.c_str(), static_cast<std::streamsize>(question.size() + 1)).flush();
+    std::string answer;
+    for (char byte = 0;;) {
+        const ssize_t count = read(kAnswers, &byte, 1);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) throw ToolError("the process that converts the other files has ended");
+        if (byte == '\0') return answer;
+        answer += byte;
+    }
 }
 
 }  // namespace qm::cli

@@ -7,7 +7,11 @@ namespace qm::cli {
 
 bool ChildrenAreSupported() { return false; }
 
-ChildResult RunChild(const std::vector<std::string>&, const ChildLimits&) {
+ChildResult RunChild(const std::vector<std::string>&, const ChildLimits&, const ChildAnswer&) {
+    throw ToolError("child processes are not used on this system");
+}
+
+std::string AskParent(const std::string&) {
     throw ToolError("child processes are not used on this system");
 }
 
