@@ -225,7 +225,7 @@ Command ConvertCommand() {
     command.examples = {
         {"plan.plt plan.pdf", "All pages as one PDF"},
         {"--page 2 --dpi 300 plan.plt sheet2.png", "One page as a picture"},
-        {"--to svg plan.plt - | gzip >plan.svgz", "Into a pipe"},
+        {"--to svg --page 1 plan.plt - | gzip >plan.svgz", "Into a pipe"},
         {"-o out -j 4 --to pdf plots/", "Every plot below a folder, four at once"},
         {"--rtl --bits 1 --dpi 600 plan.plt mono.plt", "A plot of black and white dots"}};
     command.statuses = {{"0", "Everything was written"},
