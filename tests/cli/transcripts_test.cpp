@@ -105,15 +105,15 @@ const Transcript kTranscripts[] = {
      "qmplot: the process that converts the other files has ended\n[2]\n"},
     {"ChildrenSkipToo", "mkdir f; cp letter.txt a.plt f; q convert -o out --timeout 60 f",
      "qmplot: 1 converted, 0 failed, 1 skipped\n[0]\n"},
-    {"RunOverManyMachines", "cp a.plt a.hpgl; cp pages.plt b.plt; cp a.plt b-1.plt; cp a.plt c.plt; cp a.plt c-2.plt; "
-     "printf '%s\\n' b.plt pages.plt a.plt a.hpgl letter.txt b-1.plt c.plt c-2.plt >l; "
+    {"RunOverManyMachines", "cp a.plt a.hpgl; cp pages.plt b.plt; cp a.plt b-1.plt; cp a.plt c.plt; cp a.plt c-2.plt; n=$(printf 'c\\134\\344\\042\\001.plt'); cp a.plt \"$n\"; "
+     "printf '%s\\n' b.plt pages.plt a.plt a.hpgl letter.txt b-1.plt c.plt c-2.plt \"$n\" >l; "
      "m=" QM_EXAMPLES "/many-machines; export PART_SIZE=1; for i in 1 2; do $m/prepare-run l r; "
      "for p in r/parts/*; do $m/convert-part $p out r/reports --timeout 60 2>/dev/null; done; grep -c . r/parts/*; $m/tally l r; echo [$?]; done",
-     "r/parts/000000:6\nr/parts/000001:1\nr/parts/000002:1\n"
-     "8 plots: 5 converted, 0 found complete, 3 failed, 0 converted twice, 0 left\nfailed: a.hpgl\nfailed: letter.txt\nfailed: b-1.plt\n[1]\n"
-     "r/parts/000000:6\nr/parts/000001:1\nr/parts/000002:1\n"
-     "8 plots: 3 converted, 0 found complete, 3 failed, 2 converted twice, 0 left\nfailed: a.hpgl\nfailed: letter.txt\nfailed: b-1.plt\n"
-     "twice: b.plt\ntwice: a.plt\n[2]\n"},
+     "r/parts/000000:6\nr/parts/000001:1\nr/parts/000002:1\nr/parts/000003:1\n"
+     "9 plots: 6 converted, 0 found complete, 3 failed, 0 converted twice, 0 left\nfailed: a.hpgl\nfailed: letter.txt\nfailed: b-1.plt\n[1]\n"
+     "r/parts/000000:6\nr/parts/000001:1\nr/parts/000002:1\nr/parts/000003:1\n"
+     "9 plots: 4 converted, 0 found complete, 3 failed, 2 converted twice, 0 left\n"
+     "twice: b.plt\ntwice: a.plt\nfailed: a.hpgl\nfailed: letter.txt\nfailed: b-1.plt\n[2]\n"},
     {"RunOfAKilledQmplot", "printf '#!/bin/sh\\nkill -9 $$' >k; chmod +x k; echo a.plt >l; m=" QM_EXAMPLES "/many-machines; $m/prepare-run l r; "
      "QMPLOT=./k $m/convert-part r/parts/000001 out r/reports 2>/dev/null; echo [$?]; $m/tally l r",
      "[137]\n1 plots: 0 converted, 0 found complete, 0 failed, 0 converted twice, 1 left\nleft: a.plt\n"},
