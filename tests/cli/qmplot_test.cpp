@@ -275,5 +275,22 @@ TEST_F(QmplotTest, PrintsGoldenLines) {
     }
 }
 
+// What the examples and the golden plots become in the formats of plain numbers, as checksums, a
+// line a file. When one changes on purpose: look at the file, then take the new line.
+TEST_F(QmplotTest, WritesWholePlotsAsBefore) {
+    RunShell("cp " QM_EXAMPLES "/*.plt " QM_GOLDEN "/*.plt .");
+    for (const std::string options :
+         {"svg --to svg", "plotter --to svg --reading plotter", "dxf --to dxf", "plt --to plt",
+          "true --to rtl --dpi 45", "grey --to rtl --dpi 30 --bits 8 --no-antialias",
+          "bits --to rtl --dpi 30 --bits 1"}) {
+        Run("convert -q *.plt -o " + options);
+    }
+    Run("info --texts *.plt >info; " QM_QMPLOT " info --json *.plt >json");
+    RunShell("for plot in *.plt; do " QM_QMPLOT " trace $plot; done >trace");
+    // zlib packs pictures as it likes.
+    const Result sums = RunShell("sed -i 's/base64,[^\"]*//' */*.svg; cksum */* info json trace");
+    EXPECT_EQ(sums.out, Get(QM_GOLDEN "/../outputs.sums")) << sums.err;
+}
+
 }  // namespace
 }  // namespace qm::testing_cli
