@@ -8,7 +8,6 @@
 
 #include "common/colour.h"
 #include "common/packed_bitmap.h"
-#include "host/display_list_player.h"
 #include "platform/text.h"
 
 namespace qm::cli {
@@ -22,26 +21,38 @@ Extent ExtentOf(const BoxI& box) {
     return extent;
 }
 
-// Lists pictures, colours by pen and, on demand, texts.
-class Lister final : public DisplayListVisitor {
+// Lists pictures, colours by pen and, on demand, texts, in the pass that counts.
+class Lister final : public Summariser {
   public:
     Lister(PageReport& report, bool texts) : report_(report), texts_(texts) {}
 
-    void Lines(const DrawingStyle& style, PointSpan) override { Note(style, false); }
-    void Rectangle(const DrawingStyle& style, const BoxI&, bool filled) override {
+    void Lines(const DrawingStyle& style, PointSpan points) override {
+        Summariser::Lines(style, points);
+        Note(style, false);
+    }
+    void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
+        Summariser::Rectangle(style, box, filled);
         Note(style, filled);
     }
-    void Circle(const DrawingStyle& style, PointI, std::int32_t, bool filled) override {
+    void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
+                bool filled) override {
+        Summariser::Circle(style, centre, radius, filled);
         Note(style, filled);
     }
-    void Arc(const DrawingStyle& style, const ArcShape&) override { Note(style, false); }
-    void Polygon(const DrawingStyle& style, PointSpan, bool filled) override {
+    void Arc(const DrawingStyle& style, const ArcShape& arc) override {
+        Summariser::Arc(style, arc);
+        Note(style, false);
+    }
+    void Polygon(const DrawingStyle& style, PointSpan points, bool filled) override {
+        Summariser::Polygon(style, points, filled);
         Note(style, filled);
     }
-    void PolyPolygon(const DrawingStyle& style, const Rings&, bool filled) override {
+    void PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) override {
+        Summariser::PolyPolygon(style, rings, filled);
         Note(style, filled);
     }
-    void Text(const DrawingStyle&, const BoxI& box, std::string_view text) override {
+    void Text(const DrawingStyle& style, const BoxI& box, std::string_view text) override {
+        Summariser::Text(style, box, text);
         if (!texts_) return;
         ContentReport content;
         content.isText = true;
@@ -49,7 +60,9 @@ class Lister final : public DisplayListVisitor {
         if (box.a.x <= box.b.x) content.box = ExtentOf(box);
         report_.contents.push_back(std::move(content));
     }
-    void Picture(const DrawingStyle&, const BoxI& box, std::int32_t, ByteRun bytes) override {
+    void Picture(const DrawingStyle& style, const BoxI& box, std::int32_t operation,
+                 ByteRun bytes) override {
+        Summariser::Picture(style, box, operation, bytes);
         ContentReport content;
         content.box = ExtentOf(box);
         if (const auto bitmap = PackedBitmapView::Parse(bytes.data, bytes.size)) {
@@ -98,9 +111,9 @@ PageReport ReportOf(const PlotPage& page, std::size_t number, bool texts) {
     report.number = number;
     report.name = WideToUtf8(page.Name());
     report.rotation = page.Rotation();
-    report.summary = Summarise(page.Drawing());
     Lister lister(report, texts);
     Play(page.Drawing(), lister);
+    report.summary = lister.Finish();
     for (const PageLayer& layer : page.Layers()) {
         PenReport pen;
         pen.number = layer.number;

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "common/numbers.h"
-#include "host/display_list_player.h"
 
 namespace qm {
 
@@ -16,139 +16,142 @@ constexpr std::int32_t kCopyPen = 13;
 constexpr std::uint32_t kWhite = 0xFFFFFF;
 constexpr int kMaxTurns = 1000;
 
-class Summariser final : public DisplayListVisitor {
-  public:
-    explicit Summariser(PageSummary& summary) : summary_(summary) {}
+void Include(PointSpan points, BoxI& box) {
+    PointI low = box.a;
+    PointI high = box.b;
+    for (const PointI p : points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    box = {low, high};
+}
 
-    // To be called when everything has been seen.
-    void Finish() { TakeLines(); }
-
-    void Lines(const DrawingStyle& style, PointSpan points) override {
-        Count(style, summary_.lines, points.count - 1);
-        if (style.lineWidth != linesWidth_) {
-            TakeLines();
-            linesWidth_ = style.lineWidth;
-            linesHalfWidth_ = HalfWidth(style);
-        }
-        if (!anyLines_) lines_ = {points[0], points[0]};
-        anyLines_ = true;
-        Include(points, lines_);
-    }
-    void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
-        Count(style, summary_.rectangles);
-        WidenBox(box, filled ? 0.0 : HalfWidth(style));
-        NoteArea(filled);
-    }
-    void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
-                bool filled) override {
-        Count(style, summary_.circles);
-        WidenPoint(centre.x, centre.y,
-                   std::abs(double{1} * radius) + (filled ? 0.0 : HalfWidth(style)));
-        NoteArea(filled);
-    }
-    void Arc(const DrawingStyle& style, const ArcShape& arc) override {
-        Count(style, summary_.arcs);
-        TakeLines();
-        if (HasWholeEllipse(arc, HalfWidth(style))) return;
-        const Extent box = ArcExtent(arc);
-        WidenPoint(box.minX, box.minY, HalfWidth(style));
-        WidenPoint(box.maxX, box.maxY, HalfWidth(style));
-    }
-    void Polygon(const DrawingStyle& style, PointSpan points, bool filled) override {
-        Count(style, filled ? summary_.polygons : summary_.polylines);
-        Widen(points, filled ? 0.0 : HalfWidth(style));
-        NoteArea(filled);
-    }
-    void PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) override {
-        Count(style, filled ? summary_.polygons : summary_.polylines);
-        Widen(rings.points, filled ? 0.0 : HalfWidth(style));
-        NoteArea(filled);
-    }
-    void Text(const DrawingStyle& style, const BoxI&, std::string_view) override {
-        Count(style, summary_.texts);
-    }
-    void Picture(const DrawingStyle& style, const BoxI& box, std::int32_t, ByteRun) override {
-        coloured_ = kWhite;
-        Count(style, summary_.pictures);
-        WidenBox(box, 0.0);
-        NoteArea(true);
-    }
-    void Pattern(const FillPattern&) override { ++summary_.fillPatterns; }
-    void ClipRegion(PointSpan) override { NoteArea(true); }
-    void StyleChange(const DrawingStyle& style, RecordKind kind) override {
-        if (kind != RecordKind::kDrawMode || style.drawMode == kCopyPen) return;
-        NoteArea(true);
-        coloured_ = kWhite;  // what comes out is not the pen's colour
-    }
-    bool FoundColours() const { return coloured_ != 0; }
-
-  private:
-    void Count(const DrawingStyle& style, std::uint64_t& counter, std::uint64_t primitives = 1) {
-        counter += primitives;
-        coloured_ |= (style.drawColour & style.fillColour) ^ kWhite;
-        if (style.pen >= 0 && style.pen < 256) {
-            summary_.byPen[static_cast<std::size_t>(style.pen)] += primitives;
-        }
-        if (style.layer == lastLayer_ && !summary_.layers.empty()) return;
-        lastLayer_ = style.layer;
-        const auto& known = summary_.layers;
-        if (std::find(known.begin(), known.end(), lastLayer_) == known.end()) {
-            summary_.layers.push_back(lastLayer_);
-        }
-    }
-    static double HalfWidth(const DrawingStyle& style) {
-        return style.lineWidth > 0 ? style.lineWidth / 2.0 : 0.0;
-    }
-    void NoteArea(bool area) { summary_.orderShows = summary_.orderShows || area; }
-
-    void WidenPoint(double x, double y, double by) {
-        summary_.extent.Add(x - by, y - by);
-        summary_.extent.Add(x + by, y + by);
-    }
-    void WidenBox(const BoxI& box, double by) {
-        WidenPoint(box.a.x, box.a.y, by);
-        WidenPoint(box.b.x, box.b.y, by);
-    }
-    void Widen(PointSpan points, double by) {
-        if (points.count == 0) return;
-        BoxI box{points[0], points[0]};
-        Include(points, box);
-        WidenBox(box, by);
-    }
-    static void Include(PointSpan points, BoxI& box) {
-        PointI low = box.a;
-        PointI high = box.b;
-        for (const PointI p : points) {
-            low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-            high = {std::max(high.x, p.x), std::max(high.y, p.y)};
-        }
-        box = {low, high};
-    }
-    void TakeLines() {
-        if (anyLines_) WidenBox(lines_, linesHalfWidth_);
-        anyLines_ = false;
-    }
-    // An arc inside what is known already needs no sines.
-    bool HasWholeEllipse(const ArcShape& arc, double by) const {
-        const Extent& extent = summary_.extent;
-        const double reachX = std::abs(double{1} * arc.radiusX) + by;
-        const double reachY = std::abs(double{1} * arc.radiusY) + by;
-        return !extent.empty && arc.centre.x - reachX >= extent.minX &&
-               arc.centre.x + reachX <= extent.maxX && arc.centre.y - reachY >= extent.minY &&
-               arc.centre.y + reachY <= extent.maxY;
-    }
-
-    PageSummary& summary_;
-    std::uint32_t coloured_ = 0;  // bits that some primitive's colour has not
-    std::int32_t lastLayer_ = 0;
-    // The box of the lines of one width, which are many.
-    BoxI lines_;
-    bool anyLines_ = false;
-    std::int32_t linesWidth_ = 0;
-    double linesHalfWidth_ = 0.0;
-};
+double HalfWidth(const DrawingStyle& style) {
+    return style.lineWidth > 0 ? style.lineWidth / 2.0 : 0.0;
+}
 
 }  // namespace
+
+PageSummary Summariser::Finish() {
+    TakeLines();
+    summary_.onlyWhite = !summary_.extent.empty && coloured_ == 0;
+    return std::move(summary_);
+}
+
+void Summariser::Lines(const DrawingStyle& style, PointSpan points) {
+    Count(style, summary_.lines, points.count - 1);
+    if (style.lineWidth != linesWidth_) {
+        TakeLines();
+        linesWidth_ = style.lineWidth;
+        linesHalfWidth_ = HalfWidth(style);
+    }
+    if (!anyLines_) lines_ = {points[0], points[0]};
+    anyLines_ = true;
+    Include(points, lines_);
+}
+
+void Summariser::Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) {
+    Count(style, summary_.rectangles);
+    WidenBox(box, filled ? 0.0 : HalfWidth(style));
+    NoteArea(filled);
+}
+
+void Summariser::Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
+                        bool filled) {
+    Count(style, summary_.circles);
+    WidenPoint(centre.x, centre.y,
+               std::abs(double{1} * radius) + (filled ? 0.0 : HalfWidth(style)));
+    NoteArea(filled);
+}
+
+void Summariser::Arc(const DrawingStyle& style, const ArcShape& arc) {
+    Count(style, summary_.arcs);
+    TakeLines();
+    if (HasWholeEllipse(arc, HalfWidth(style))) return;
+    const Extent box = ArcExtent(arc);
+    WidenPoint(box.minX, box.minY, HalfWidth(style));
+    WidenPoint(box.maxX, box.maxY, HalfWidth(style));
+}
+
+void Summariser::Polygon(const DrawingStyle& style, PointSpan points, bool filled) {
+    Count(style, filled ? summary_.polygons : summary_.polylines);
+    Widen(points, filled ? 0.0 : HalfWidth(style));
+    NoteArea(filled);
+}
+
+void Summariser::PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) {
+    Count(style, filled ? summary_.polygons : summary_.polylines);
+    Widen(rings.points, filled ? 0.0 : HalfWidth(style));
+    NoteArea(filled);
+}
+
+void Summariser::Text(const DrawingStyle& style, const BoxI&, std::string_view) {
+    Count(style, summary_.texts);
+}
+
+void Summariser::Picture(const DrawingStyle& style, const BoxI& box, std::int32_t, ByteRun) {
+    coloured_ = kWhite;
+    Count(style, summary_.pictures);
+    WidenBox(box, 0.0);
+    NoteArea(true);
+}
+
+void Summariser::Pattern(const FillPattern&) { ++summary_.fillPatterns; }
+
+void Summariser::ClipRegion(PointSpan) { NoteArea(true); }
+
+void Summariser::StyleChange(const DrawingStyle& style, RecordKind kind) {
+    if (kind != RecordKind::kDrawMode || style.drawMode == kCopyPen) return;
+    NoteArea(true);
+    coloured_ = kWhite;  // what comes out is not the pen's colour
+}
+
+void Summariser::Count(const DrawingStyle& style, std::uint64_t& counter,
+                       std::uint64_t primitives) {
+    counter += primitives;
+    coloured_ |= (style.drawColour & style.fillColour) ^ kWhite;
+    if (style.pen >= 0 && style.pen < 256) {
+        summary_.byPen[static_cast<std::size_t>(style.pen)] += primitives;
+    }
+    if (style.layer == lastLayer_ && !summary_.layers.empty()) return;
+    lastLayer_ = style.layer;
+    const auto& known = summary_.layers;
+    if (std::find(known.begin(), known.end(), lastLayer_) == known.end()) {
+        summary_.layers.push_back(lastLayer_);
+    }
+}
+
+void Summariser::WidenPoint(double x, double y, double by) {
+    summary_.extent.Add(x - by, y - by);
+    summary_.extent.Add(x + by, y + by);
+}
+
+void Summariser::WidenBox(const BoxI& box, double by) {
+    WidenPoint(box.a.x, box.a.y, by);
+    WidenPoint(box.b.x, box.b.y, by);
+}
+
+void Summariser::Widen(PointSpan points, double by) {
+    if (points.count == 0) return;
+    BoxI box{points[0], points[0]};
+    Include(points, box);
+    WidenBox(box, by);
+}
+
+void Summariser::TakeLines() {
+    if (anyLines_) WidenBox(lines_, linesHalfWidth_);
+    anyLines_ = false;
+}
+
+// An arc inside what is known already needs no sines.
+bool Summariser::HasWholeEllipse(const ArcShape& arc, double by) const {
+    const Extent& extent = summary_.extent;
+    const double reachX = std::abs(double{1} * arc.radiusX) + by;
+    const double reachY = std::abs(double{1} * arc.radiusY) + by;
+    return !extent.empty && arc.centre.x - reachX >= extent.minX &&
+           arc.centre.x + reachX <= extent.maxX && arc.centre.y - reachY >= extent.minY &&
+           arc.centre.y + reachY <= extent.maxY;
+}
 
 Extent ArcExtent(const ArcShape& arc) {
     Extent box;
@@ -175,12 +178,9 @@ Extent ArcExtent(const ArcShape& arc) {
 }
 
 PageSummary Summarise(const DisplayList& list) {
-    PageSummary summary;
-    Summariser visitor(summary);
+    Summariser visitor;
     Play(list, visitor);
-    visitor.Finish();
-    summary.onlyWhite = !summary.extent.empty && !visitor.FoundColours();
-    return summary;
+    return visitor.Finish();
 }
 
 }  // namespace qm

@@ -1,13 +1,15 @@
 // PageSummary: what a page holds (counts by kind and by pen) and where (its extent), gathered in
-// one pass over its display list. Test: tests/host/page_summary_test.cpp.
+// one pass over its display list. Entry points: Summarise, and Summariser for those who want more
+// of the same pass. Test: tests/host/page_summary_test.cpp.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "common/geometry.h"
-#include "host/display_list.h"
+#include "host/display_list_player.h"
 
 namespace qm {
 
@@ -34,6 +36,45 @@ struct PageSummary {
     bool orderShows = false;
     // There is something visible, and all of it is white.
     bool onlyWhite = false;
+};
+
+// Gathers a summary from what is played to it. What derives from it, to gather more in the same
+// pass, calls the method that it overrides.
+class Summariser : public DisplayListVisitor {
+  public:
+    // To be called when everything has been seen.
+    PageSummary Finish();
+
+    void Lines(const DrawingStyle& style, PointSpan points) override;
+    void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override;
+    void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
+                bool filled) override;
+    void Arc(const DrawingStyle& style, const ArcShape& arc) override;
+    void Polygon(const DrawingStyle& style, PointSpan points, bool filled) override;
+    void PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) override;
+    void Text(const DrawingStyle& style, const BoxI&, std::string_view) override;
+    void Picture(const DrawingStyle& style, const BoxI& box, std::int32_t, ByteRun) override;
+    void Pattern(const FillPattern&) override;
+    void ClipRegion(PointSpan) override;
+    void StyleChange(const DrawingStyle& style, RecordKind kind) override;
+
+  private:
+    void Count(const DrawingStyle& style, std::uint64_t& counter, std::uint64_t primitives = 1);
+    void NoteArea(bool area) { summary_.orderShows = summary_.orderShows || area; }
+    void WidenPoint(double x, double y, double by);
+    void WidenBox(const BoxI& box, double by);
+    void Widen(PointSpan points, double by);
+    void TakeLines();
+    bool HasWholeEllipse(const ArcShape& arc, double by) const;
+
+    PageSummary summary_;
+    std::uint32_t coloured_ = 0;  // bits that some primitive's colour has not
+    std::int32_t lastLayer_ = 0;
+    // The box of the lines of one width, which are many.
+    BoxI lines_;
+    bool anyLines_ = false;
+    std::int32_t linesWidth_ = 0;
+    double linesHalfWidth_ = 0.0;
 };
 
 PageSummary Summarise(const DisplayList& list);
