@@ -201,6 +201,21 @@ std::uint8_t* DisplayList::PutChainEnd(std::uint8_t* at, unsigned form) const {
         at = PutHead(at, RecordKind::kLines, kRecordHasPoints);
         at = PutPoint(at, chain_[0], last);
     }
+void DisplayList::AppendLines(PointSpan points) {
+    std::size_t next = 1;
+    while (next < points.count) {
+        AppendLine(points[next - 1], points[next]);
+        ++next;
+        // What follows continues that line as far as the block and the supply reach.
+        const std::size_t more =
+            std::min({points.count - next, chain_.size() - chainCount_, words_ / 2});
+        std::copy_n(points.data + next, more, chain_.data() + chainCount_);
+        chainCount_ += more;
+        words_ -= 2 * more;
+        next += more;
+    }
+}
+
     *at++ = BlockHead(form, lines);
     at = PutBlock(at, &chain_[1], lines, form);
     // A full block says that another follows.
@@ -286,13 +301,24 @@ void DisplayList::AppendText(const BoxI& box, std::string_view text) {
     EndRecord(PutBytes(at, text.data(), text.size()));
 }
 
-void DisplayList::AppendPicture(const BoxI& box, std::int32_t rasterOperation, ByteRun bitmap) {
-    const std::uint8_t* const kept = Keep(bitmap.data, bitmap.size);
-    std::uint8_t* at = NewContent(RecordKind::kPicture, 0, 7 + WordsFor(bitmap.size),
+void DisplayList::PutPicture(const BoxI& box, std::int32_t rasterOperation, ByteRun kept) {
+    std::uint8_t* at = NewContent(RecordKind::kPicture, 0, 7 + WordsFor(kept.size),
                                   kBoxBytes + kMaxNumberBytes + kAddressBytes);
     at = PutBox(at, box);
     at = PutNumber(at, rasterOperation);
-    EndRecord(PutAddress(at, kept, bitmap.size));
+    EndRecord(PutAddress(at, kept.data, kept.size));
+}
+
+void DisplayList::AppendPicture(const BoxI& box, std::int32_t rasterOperation, ByteRun bitmap) {
+    PutPicture(box, rasterOperation, {Keep(bitmap.data, bitmap.size), bitmap.size});
+}
+
+void DisplayList::AppendPicture(const BoxI& box, std::int32_t rasterOperation,
+                                std::shared_ptr<const std::uint8_t> packedBitmap,
+                                std::size_t size) {
+    pictures_.push_back(std::move(packedBitmap));
+    usedBytes_ += size;
+    PutPicture(box, rasterOperation, {pictures_.back().get(), size});
 }
 
 void DisplayList::DefineFillPattern(const FillPattern& pattern) {
@@ -387,3 +413,4 @@ void DisplayList::DropRecords() {
 }
 
 }  // namespace qm
+    pictures_.clear();

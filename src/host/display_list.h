@@ -123,9 +123,9 @@ struct PartCover {
     bool IsEmpty() const { return minX > maxX; }
 };
 
-// Coordinates are plotter units, y upward. All Append functions copy what they are given and throw
-// std::bad_alloc, the list then being what it was before. Counts are the caller's to check (not
-// negative).
+// Coordinates are plotter units, y upward. All Append functions copy what they are given unless
+// they say otherwise, and throw std::bad_alloc, the list then being what it was before. Counts are
+// the caller's to check (not negative).
 class DisplayList {
   public:
     DisplayList() = default;
@@ -142,6 +142,8 @@ class DisplayList {
         }
         StartLines(from, to);
     }
+    // AppendLine for every two neighbours.
+    void AppendLines(PointSpan points);
     void AppendRectangle(const BoxI& box, bool filled);
     void AppendCircle(PointI centre, std::int32_t radius, bool filled);
     void AppendArc(const ArcShape& arc);
@@ -150,6 +152,9 @@ class DisplayList {
     // `text` is UTF-8.
     void AppendText(const BoxI& box, std::string_view text);
     void AppendPicture(const BoxI& box, std::int32_t rasterOperation, ByteRun packedBitmap);
+    // The same without a copy: the list keeps `packedBitmap`, which has `size` bytes.
+    void AppendPicture(const BoxI& box, std::int32_t rasterOperation,
+                       std::shared_ptr<const std::uint8_t> packedBitmap, std::size_t size);
     void DefineFillPattern(const FillPattern& pattern);
     void AppendClipRegion(PointSpan points);
     void EndClipRegion();
@@ -194,6 +199,7 @@ class DisplayList {
 
     void StartLines(PointI from, PointI to);
     void FlushChain();
+    void PutPicture(const BoxI& box, std::int32_t rasterOperation, ByteRun kept);
     std::uint8_t* PutChainEnd(std::uint8_t* at, unsigned form) const;
     void EndChain();
     std::uint8_t* Room(std::size_t bytes);
@@ -211,10 +217,11 @@ class DisplayList {
     std::vector<Part> parts_;
     Block open_;                 // records that are not in a part yet
     std::vector<Block> kept_;    // what readers may keep a pointer to
-    std::size_t usedBytes_ = 0;  // of parts_ and kept_
-    PartCover cover_;            // of open_
-    DrawingStyle style_;         // what holds behind the last record
-    PointI last_;                // the last point in open_
+    std::vector<std::shared_ptr<const std::uint8_t>> pictures_;  // the same, not copied
+    std::size_t usedBytes_ = 0;                                  // of parts_, kept_ and pictures_
+    PartCover cover_;                                            // of open_
+    DrawingStyle style_;  // what holds behind the last record
+    PointI last_;         // the last point in open_
 
     // The chain of lines that the next one may continue: the points of its last block and the one
     // in front of them. None: chainCount_ is 0.

@@ -2,6 +2,8 @@
 #include "host/drawing_block.h"
 
 #include <cstdint>
+#include <memory>
+#include <utility>
 
 #include "common/colour.h"
 #include "platform/text.h"
@@ -37,6 +39,14 @@ bool LengthsAgree(LONG rings, const LONG* lengths, LONG total) {
     }
     return sum == total;
 }
+
+// A global block that stays where it is, and is freed with this.
+struct LockedBlock {
+    explicit LockedBlock(GlobalBlock block) : owner(std::move(block)) {}
+
+    const GlobalBlock owner;
+    const GlobalView view{owner.Get()};
+};
 
 }  // namespace
 
@@ -162,6 +172,19 @@ HRESULT DrawingBlock::AppendDib(LONG x1, LONG y1, LONG x2, LONG y2, LONG size, c
     return Filed([&] {
         list_.AppendPicture({{x1, y1}, {x2, y2}}, rasterOperation,
                             {dib, static_cast<std::size_t>(size)});
+    });
+}
+
+HRESULT DrawingBlock::AppendLines(std::size_t count, const PointI* points) noexcept {
+    return Filed([&] { list_.AppendLines({points, count}); });
+}
+
+HRESULT DrawingBlock::AppendOwnedDib(const BoxI& box, GlobalBlock dib, std::size_t size,
+                                     LONG rasterOperation) noexcept {
+    return Filed([&] {
+        const auto locked = std::make_shared<const LockedBlock>(std::move(dib));
+        const std::shared_ptr<const std::uint8_t> bytes(locked, locked->view.Data());
+        list_.AppendPicture(box, rasterOperation, bytes, size);
     });
 }
 

@@ -4,6 +4,7 @@
 
 #include "host/display_list.h"
 #include "host/host_object.h"
+#include "interfaces/drawing_handover.h"
 #include "platform/com_object.h"
 #include "qmfilter.h"
 
@@ -11,7 +12,7 @@ namespace qm {
 
 // Methods answer E_INVALIDARG for counts that are negative or disagree and for null arrays, and
 // then append nothing.
-class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
+class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes, DrawingHandover> {
   public:
     static constexpr IID kIdentity = {
         0x6e7c5b1a, 0x0f2d, 0x4c55, {0x9a, 0x41, 0x7d, 0x5e, 0x20, 0xc3, 0x81, 0x12}};
@@ -60,6 +61,11 @@ class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes> {
     // Further calls may follow all the same.
     HRESULT STDMETHODCALLTYPE EndOfData() noexcept override;
     HRESULT STDMETHODCALLTYPE IsEmpty(VARIANT_BOOL* empty) noexcept override;
+
+    HRESULT STDMETHODCALLTYPE AppendLines(std::size_t count,
+                                          const PointI* points) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendOwnedDib(const BoxI& box, GlobalBlock dib, std::size_t size,
+                                             LONG rasterOperation) noexcept override;
 
   protected:
     // The block itself, for OwnObject.

@@ -63,6 +63,14 @@ void PutAttributes(IQmDocument& container, const PageFacts& facts, std::wstring_
     }
 }
 
+// An object that passes questions on to another answers with the other's interface, and would not
+// see the calls; the two are told apart by their identity.
+ComPtr<DrawingHandover> HandoverOf(const ComPtr<IQmBuildVectorData>& block) {
+    auto handover = block.As<DrawingHandover>();
+    if (handover.As<IUnknown>() == block.As<IUnknown>()) return handover;
+    return nullptr;
+}
+
 }  // namespace
 
 HostPage CreatePage(LONG blockValue) {
@@ -73,6 +81,7 @@ HostPage CreatePage(LONG blockValue) {
     page.container->CreateChild(QM_VECTOR_BLOCK, Variant::Integer(blockValue).Get(),
                                 Variant::Integer(0).Get(), child.Put());
     page.block = child.As<IQmBuildVectorData>();
+    page.handover = HandoverOf(page.block);
     const auto attributes = child.As<IQmAttributes>();
     if (page.block && attributes) {
         Put(*attributes, L"TransparentColor", Variant::Integer(kTransparentColor), kStructureFlags);

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "interfaces/drawing_handover.h"
 #include "platform/com_ptr.h"
 #include "platform/prog_id.h"
 
@@ -30,9 +31,11 @@ struct Layer {
 using LayerTable = std::array<Layer, kLayers>;
 using PenFlags = std::array<bool, kLayers>;
 
-// A page being filled. Both pointers are null when the host could not make one of them.
+// A page being filled. All pointers are null when the host could not make one of the objects.
 struct HostPage {
     ComPtr<IQmBuildVectorData> block;
+    // The same block, when it is our own host's and nobody stands in front of it.
+    ComPtr<DrawingHandover> handover;
     ComPtr<IQmDocument> container;
 };
 

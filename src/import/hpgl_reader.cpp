@@ -19,8 +19,10 @@ namespace {
 // Degrees as the host takes them, by the cut constant as everywhere.
 float Degrees(double radians) { return static_cast<float>(radians / kRadiansPerDegree); }
 
-// Bytes of the bitmap itself: the block may have been rounded up by the system.
-std::size_t BitmapBytes(const GlobalView& block) {
+// Bytes of the bitmap itself: the block may have been rounded up by the system. 0 when it cannot be
+// read.
+std::size_t BitmapBytes(const GlobalBlock& owner) {
+    const GlobalView block(owner.Get());
     const auto bitmap = PackedBitmapView::Parse(block.Data(), block.Size());
     if (!bitmap) return block.Size();
     return static_cast<std::size_t>(bitmap->Pixels() - block.Data()) + bitmap->PixelBytes();
@@ -118,6 +120,16 @@ void HPGLReader::Line(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::in
         extent_.Add(x1, y1);
     }
     if (page_.block) page_.block->AppendLine(x0, y0, x1, y1);
+}
+
+void HPGLReader::Lines(std::size_t count, const PointI* points) {
+    if (!page_.handover || frameOffset_ != 0) return HPGLRead::Lines(count, points);
+    if (trackExtent_) {
+        LabelExtent extent = extent_;  // its numbers in registers
+        for (std::size_t i = 0; i < count; ++i) extent.Add(points[i].x, points[i].y);
+        extent_ = extent;
+    }
+    page_.handover->AppendLines(count, points);
 }
 
 void HPGLReader::AppendRectangle(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1,
@@ -234,15 +246,17 @@ int HPGLReader::ReportProgress(std::int32_t percent) {
 
 void HPGLReader::Raster(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2,
                         void* bitmap, std::int32_t /*flag*/, std::int32_t rop) {
-    const GlobalBlock owner(bitmap);
-    const GlobalView view(bitmap);
-    if (view.Data() == nullptr) return;
+    GlobalBlock owner(bitmap);
+    const std::size_t size = BitmapBytes(owner);
+    if (size == 0) return;
     const auto [left, right] = std::minmax({x1, x2});
     const auto [bottom, top] = std::minmax({Shifted(y1), Shifted(y2)});
-    if (page_.block) {
-        // Quirk: pictures go into the drawing block; the host's raster blocks are never used.
-        page_.block->AppendDib(left, bottom, right, top, static_cast<LONG>(BitmapBytes(view)),
-                               view.Data(), rop);
+    // Quirk: pictures go into the drawing block; the host's raster blocks are never used.
+    if (page_.handover) {
+        page_.handover->AppendOwnedDib({{left, bottom}, {right, top}}, std::move(owner), size, rop);
+    } else if (page_.block) {
+        const GlobalView view(owner.Get());
+        page_.block->AppendDib(left, bottom, right, top, static_cast<LONG>(size), view.Data(), rop);
     }
     rasterPresent_ = true;
 }

@@ -7,6 +7,7 @@
 // 0x00BBGGRR; angles are radians. No operation reports an error.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "common/geometry.h"
@@ -107,6 +108,10 @@ class DrawingOperations {
     virtual void BeginRasterClip(std::int32_t x1, std::int32_t y1, std::int32_t x2,
                                  std::int32_t y2) = 0;
     virtual void EndRasterClip() = 0;
+
+    // No operation of its own: Line for every two neighbours of `count` points, for receivers that
+    // can take them at once.
+    virtual void Lines(std::size_t count, const PointI* points);
 };
 
 }  // namespace qm

@@ -10,6 +10,12 @@ std::uint32_t DrawingOperations::ReadData(void* /*buffer*/, std::uint32_t /*maxB
     return 0;
 }
 
+void DrawingOperations::Lines(std::size_t count, const PointI* points) {
+    for (std::size_t i = 1; i < count; ++i) {
+        Line(points[i - 1].x, points[i - 1].y, points[i].x, points[i].y);
+    }
+}
+
 std::uint32_t DrawingOperations::GetDataSize() { return 0; }
 
 std::uint32_t DrawingOperations::SeekData(std::int32_t /*offset*/, std::int32_t /*origin*/) {

@@ -5,6 +5,7 @@
 // tests/interpreter/pages_test.cpp.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -44,6 +45,11 @@ class Output {
     void Line(PointI from, PointI to) {
         MarkDrawn();
         operations_->Line(from.x, from.y, to.x, to.y);
+    }
+    // Line for every two neighbours.
+    void Lines(std::size_t count, const PointI* points) {
+        MarkDrawn();
+        operations_->Lines(count, points);
     }
     void Rectangle(BoxI box) {
         MarkDrawn();

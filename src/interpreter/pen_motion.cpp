@@ -14,10 +14,15 @@ void Drawing::EmitFittedSegment(PointI from, PointI to) {
     out.Line(from, to);
 }
 
+void Drawing::EmitSegments(std::size_t count, const PointI* points) {
+    if (!coordinates.windowOn && !lines.dashes.adaptive) return out.Lines(count, points);
+    for (std::size_t i = 1; i < count; ++i) EmitFittedSegment(points[i - 1], points[i]);
+}
+
 void Drawing::EmitPolyline(std::size_t count, PointI* points) {
     const bool whole = !coordinates.windowOn && !lines.dashes.adaptive;
     if (whole) return out.Polyline(static_cast<std::int32_t>(count), points);
-    for (std::size_t i = 1; i < count; ++i) EmitSegment(points[i - 1], points[i]);
+    EmitSegments(count, points);
 }
 
 void Drawing::EmitFilledPolygon(std::vector<PointI>& points) {

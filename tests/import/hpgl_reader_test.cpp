@@ -1,11 +1,16 @@
 // The document builder: what each drawing operation says to the host, and what a page end leaves.
 #include "import/hpgl_reader.h"
 
+#include <zlib.h>
+
 #include <cstring>
+#include <iomanip>
 #include <sstream>
 
 #include "common/packed_bitmap.h"
+#include "host/display_list_player.h"
 #include "platform/global_block.h"
+#include "tests/host/host_test.h"
 #include "tests/import/import_fixture.h"
 
 namespace qm {
@@ -159,6 +164,48 @@ TEST(Builder, SaysWhatNoPlotMakesItSay) {
               "block1 AppendPolygon 2 0 : -7,-97 2,40\n"
               "block1 AppendTextElement -7 -97 2 40 0 0 0 \"a\"\n"
               "block1 AppendPolygon 0 0 :\nblock1 DefineFillPattern 1 8 1 0 :\n");
+}
+
+// What our own host got, in the words of the trace; of pictures the checksum.
+class Heard final : public DisplayListVisitor {
+  public:
+    void Lines(const DrawingStyle&, PointSpan points) override {
+        for (std::size_t i = 1; i < points.count; ++i) {
+            said << "block1 AppendLine " << points[i - 1].x << ' ' << points[i - 1].y << ' '
+                 << points[i].x << ' ' << points[i].y << '\n';
+        }
+    }
+    void Picture(const DrawingStyle&, const BoxI& box, std::int32_t operation,
+                 ByteRun dib) override {
+        const auto crc = crc32(0, dib.data, static_cast<uInt>(dib.size));
+        said << "block1 AppendDib " << box.a.x << ' ' << box.a.y << ' ' << box.b.x << ' ' << box.b.y
+             << ' ' << dib.size << ' ' << operation << " crc32=" << std::uppercase << std::hex
+             << std::setw(8) << std::setfill('0') << crc << std::dec << '\n';
+    }
+    std::ostringstream said;
+};
+
+// The embedded host is given at once what others hear call by call.
+TEST_F(HostTest, IsHandedWhatTheBuilderSays) {
+    CoInitialize(nullptr);  // the class of the filter outlives the classes of a host
+    for (const char* plot :
+         {"PU9,9;LBfree\003", "IW10,0,150,60;PU9,9;LBcut\003", "FR5;PU1,1;LBlower\003",
+          "FR7;PU1,1;\033%0A\033*t1016R\033*r8s3T\033*b1W\xF0\033*b1W\x0F\033*b1W\xAA\033%0B"}) {
+        classes_.reset();  // the trace has a host of its own
+        std::istringstream trace(Trace(PlotOf(plot)));
+        classes_ = std::make_unique<HostClasses>();
+        std::string expected;
+        for (std::string line; std::getline(trace, line);) {
+            if (line.find("AppendLine ") != line.npos) expected += line + '\n';
+            if (const auto size = line.find(" 8x3x1"); size != line.npos) {
+                expected += line.erase(size, 6) + '\n';
+            }
+        }
+        Heard heard;
+        Play(Pages(plot).at(0).Drawing(), heard);
+        EXPECT_EQ(heard.said.str(), expected) << plot;
+    }
+    CoUninitialize();
 }
 
 TEST(Builder, WithoutAHostNothingHappens) {

@@ -94,19 +94,32 @@ GlyphTransform::GlyphTransform(const LabelState& label)
 
 namespace {
 
-// The same as moving and drawing to the points, of which each is converted once.
+// The same as moving and drawing to the points, of which each is converted once; strokes that
+// continue each other are sent together.
 void DrawStrokes(Drawing& drawing, const GlyphTransform& transform, GlyphCursor cursor,
                  PointD origin) {
     const CoordinateState& c = drawing.coordinates;
-    PointI at = c.ToPlotter(drawing.motion.penPos);
+    std::array<PointI, 32> run;
+    std::size_t count = 0;
+    const auto send = [&] {
+        if (count < 2) return;
+        drawing.EmitSegments(count, run.data());
+        drawing.out.MarkDrawn();
+    };
     while (const auto stroke = cursor.Next()) {
-        const PointI target = c.ToPlotter(transform.At(origin, stroke->x, stroke->y));
-        if (stroke->down) {
-            drawing.EmitSegment(at, target);
-            drawing.out.MarkDrawn();
+        if (!stroke->down) {
+            send();
+            count = 0;
+        } else if (count == 0) {
+            run[count++] = c.ToPlotter(drawing.motion.penPos);
+        } else if (count == run.size()) {
+            send();
+            run[0] = run.back();
+            count = 1;
         }
-        at = target;
+        run[count++] = c.ToPlotter(transform.At(origin, stroke->x, stroke->y));
     }
+    send();
 }
 
 // Draws a glyph as solid lines through the pen moves; in polygon mode they become vertices. The pen
