@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
+
+#include "host/packed_bytes.h"
 
 namespace qm {
 
@@ -11,6 +14,11 @@ namespace {
 
 // A part is the unit that readers leave out, and has its own memory of just its size.
 constexpr std::size_t kPartBytes = std::size_t{32} << 10;
+// Smaller and larger parts are not packed; nor are so many behind one that lost less than a
+// quarter.
+constexpr std::size_t kLeastPacked = std::size_t{4} << 10;
+constexpr std::size_t kMostPacked = std::size_t{1} << 20;
+constexpr unsigned kPartsToLeave = 15;
 constexpr std::size_t kFirstRoom = 256;  // small, because a document can have many pages
 constexpr std::size_t kKeptBytes = std::size_t{4} << 10;
 constexpr std::size_t kAlignment = 4;  // of what is kept
@@ -91,17 +99,38 @@ std::uint8_t* DisplayList::Room(std::size_t bytes) {
     return open_.bytes.get() + open_.used;
 }
 
+// Packs the records at hand into packing_; returns how many bytes they take there, 0 when it is not
+// worth it.
+std::size_t DisplayList::PackOpen() {
+    if (open_.used < kLeastPacked || open_.used > kMostPacked) return 0;
+    if (partsToLeave_ > 0) {
+        --partsToLeave_;
+        return 0;
+    }
+    const std::size_t room = MaxPackedBytes(open_.used);
+    if (packing_.size < room) {
+        packing_.bytes.reset(new std::uint8_t[room]);
+        packing_.size = room;
+    }
+    const std::size_t packed = Pack(open_.bytes.get(), open_.used, packing_.bytes.get());
+    if (packed <= open_.used / 4 * 3) return packed;
+    partsToLeave_ = kPartsToLeave;
+    return 0;
+}
+
 // Makes the records at hand a part; needs a chain that has ended.
 void DisplayList::EndPart() {
     if (open_.used == 0) return;
     Part part;
     part.size = open_.used;
-    part.bytes.reset(new std::uint8_t[part.size]);
-    PutBytes(part.bytes.get(), open_.bytes.get(), part.size);
+    part.packed = PackOpen();
+    const std::size_t size = part.packed > 0 ? part.packed : part.size;
+    part.bytes.reset(new std::uint8_t[size]);
+    PutBytes(part.bytes.get(), part.packed > 0 ? packing_.bytes.get() : open_.bytes.get(), size);
     part.cover = cover_;
     part.after = style_;
     parts_.push_back(std::move(part));
-    usedBytes_ += open_.used;
+    usedBytes_ += size;
     open_.used = 0;
     if (open_.size > 4 * kPartBytes) open_ = Block();
     cover_ = PartCover();
@@ -172,6 +201,21 @@ void DisplayList::StartLines(PointI from, PointI to) {
     hasContent_ = true;
 }
 
+void DisplayList::AppendLines(PointSpan points) {
+    std::size_t next = 1;
+    while (next < points.count) {
+        AppendLine(points[next - 1], points[next]);
+        ++next;
+        // What follows continues that line as far as the block and the supply reach.
+        const std::size_t more =
+            std::min({points.count - next, chain_.size() - chainCount_, words_ / 2});
+        std::copy_n(points.data + next, more, chain_.data() + chainCount_);
+        chainCount_ += more;
+        words_ -= 2 * more;
+        next += more;
+    }
+}
+
 // Writes the full block of a chain that goes on.
 void DisplayList::FlushChain() {
     std::uint8_t* at = Room(kMaxChainBytes);
@@ -201,21 +245,6 @@ std::uint8_t* DisplayList::PutChainEnd(std::uint8_t* at, unsigned form) const {
         at = PutHead(at, RecordKind::kLines, kRecordHasPoints);
         at = PutPoint(at, chain_[0], last);
     }
-void DisplayList::AppendLines(PointSpan points) {
-    std::size_t next = 1;
-    while (next < points.count) {
-        AppendLine(points[next - 1], points[next]);
-        ++next;
-        // What follows continues that line as far as the block and the supply reach.
-        const std::size_t more =
-            std::min({points.count - next, chain_.size() - chainCount_, words_ / 2});
-        std::copy_n(points.data + next, more, chain_.data() + chainCount_);
-        chainCount_ += more;
-        words_ -= 2 * more;
-        next += more;
-    }
-}
-
     *at++ = BlockHead(form, lines);
     at = PutBlock(at, &chain_[1], lines, form);
     // A full block says that another follows.
@@ -397,11 +426,13 @@ void DisplayList::Finish() {
     EndChain();
     EndPart();
     open_ = Block();
+    packing_ = Block();
 }
 
 void DisplayList::DropRecords() {
     parts_.clear();
     kept_.clear();
+    pictures_.clear();
     open_ = Block();
     usedBytes_ = 0;
     cover_ = PartCover();
@@ -413,4 +444,3 @@ void DisplayList::DropRecords() {
 }
 
 }  // namespace qm
-    pictures_.clear();

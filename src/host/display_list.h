@@ -181,7 +181,8 @@ class DisplayList {
     // those of another.
     struct Part {
         std::unique_ptr<std::uint8_t[]> bytes;
-        std::size_t size = 0;
+        std::size_t size = 0;    // of the records
+        std::size_t packed = 0;  // bytes that hold them (packed_bytes.h); 0: they are not packed
         PartCover cover;
         DrawingStyle after;  // what holds behind it
     };
@@ -198,11 +199,12 @@ class DisplayList {
     };
 
     void StartLines(PointI from, PointI to);
-    void FlushChain();
     void PutPicture(const BoxI& box, std::int32_t rasterOperation, ByteRun kept);
+    void FlushChain();
     std::uint8_t* PutChainEnd(std::uint8_t* at, unsigned form) const;
     void EndChain();
     std::uint8_t* Room(std::size_t bytes);
+    std::size_t PackOpen();
     void EndPart();
     void TakeWords(std::size_t words);
     std::uint8_t* NewRecord(RecordKind kind, unsigned flags, std::size_t words, std::size_t bytes);
@@ -216,6 +218,8 @@ class DisplayList {
 
     std::vector<Part> parts_;
     Block open_;                 // records that are not in a part yet
+    Block packing_;              // room to pack them
+    unsigned partsToLeave_ = 0;  // parts that are not tried, because one before them did not pack
     std::vector<Block> kept_;    // what readers may keep a pointer to
     std::vector<std::shared_ptr<const std::uint8_t>> pictures_;  // the same, not copied
     std::size_t usedBytes_ = 0;                                  // of parts_, kept_ and pictures_

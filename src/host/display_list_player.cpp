@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "host/packed_bytes.h"
 #include "host/packed_points.h"
 
 namespace qm {
@@ -101,13 +102,20 @@ class Player {
     }
     void PlayPart(const DisplayList::Part& part) {
         if (part.cover.hasDefinitions || visitor_.Wants(part.cover)) {
-            PlayBytes(part.bytes.get(), part.bytes.get() + part.size);
+            const std::uint8_t* const records = RecordsOf(part);
+            PlayBytes(records, records + part.size);
         } else {
             style_ = part.after;
         }
     }
 
   private:
+    const std::uint8_t* RecordsOf(const DisplayList::Part& part) {
+        if (part.packed == 0) return part.bytes.get();
+        unpacked_.resize(part.size);
+        Unpack(part.bytes.get(), part.packed, unpacked_.data(), part.size);
+        return unpacked_.data();
+    }
     void PlayRecord(RecordKind kind, unsigned flags);
     void PlayCircle(bool filled);
     void PlayArc();
@@ -121,6 +129,7 @@ class Player {
     RecordReader reader_{nullptr};
     DrawingStyle style_;
     std::vector<std::int32_t> ringLengths_;
+    std::vector<std::uint8_t> unpacked_;
 };
 
 void Player::PlayRecord(RecordKind kind, unsigned flags) {

@@ -84,6 +84,7 @@ class Recording final : public DisplayListVisitor {
   public:
     // Joins what long chains are cut into.
     void Lines(const DrawingStyle& style, PointSpan points) override {
+        lengths.push_back(points.count);
         if (runs.empty() || !(runs.back().back() == points[0])) return Add(style, points);
         runs.back().insert(runs.back().end(), points.begin() + 1, points.end());
     }
@@ -114,6 +115,7 @@ class Recording final : public DisplayListVisitor {
     }
 
     std::vector<std::vector<PointI>> runs;
+    std::vector<std::size_t> lengths;  // of what runs of lines were cut into
     std::vector<std::int32_t> pens;
     std::string texts;
     std::vector<PartCover> covers;
@@ -170,6 +172,56 @@ TEST(DisplayList, GivesBackEveryPoint) {
         EXPECT_EQ(recording.texts, "text");
         list.Finish();
     }
+}
+
+// Chains are cut where the supply of words ends, which shows in what is written of them.
+TEST(DisplayList, LinesGivenTogetherAreCutAsTheyAreOneByOne) {
+    DisplayList together;
+    DisplayList single;
+    PointI at;
+    for (std::size_t count = 2; count < 300; ++count) {
+        std::vector<PointI> run(count, at);
+        for (std::size_t i = 1; i < count; ++i) {
+            run[i] = {run[i - 1].x + 1, static_cast<std::int32_t>(i)};
+            single.AppendLine(run[i - 1], run[i]);
+        }
+        together.AppendLines({run.data(), count});
+        if (count % 5 != 0) at = run.back();
+    }
+    Recording expected;
+    Recording recording;
+    Play(single, expected);
+    Play(together, recording);
+    EXPECT_GT(expected.lengths.size(), expected.runs.size()) << "some are cut";
+    EXPECT_EQ(recording.lengths, expected.lengths);
+    EXPECT_TRUE(recording.runs == expected.runs);
+}
+
+// Letters, as it were, far from each other; and lines of which none is like another.
+TEST(DisplayList, PacksWhatRepeats) {
+    DisplayList letters;
+    DisplayList noise;
+    std::uint32_t random = 1;
+    std::vector<std::vector<PointI>> expected;
+    const auto next = [&random] {
+        random = random * 1664525U + 1013904223U;
+        return static_cast<std::int32_t>(random >> 16);
+    };
+    for (int i = 0; i < 20000; ++i) {
+        const PointI at{next(), next()};
+        expected.push_back({at, {at.x, at.y + 40}, {at.x + 9, at.y}, {at.x + 9, at.y + 40}, at});
+        letters.AppendLines({expected.back().data(), 5});
+        noise.AppendLine({next(), next()}, {next(), next()});
+    }
+    letters.Finish();
+    noise.Finish();
+    std::size_t plain = 0;
+    for (const DisplayList::Part& part : letters.Parts()) plain += part.size;
+    EXPECT_LT(letters.UsedBytes(), plain * 3 / 4);
+    for (const DisplayList::Part& part : noise.Parts()) EXPECT_EQ(part.packed, 0U);
+    Recording recording;
+    Play(letters, recording);
+    EXPECT_TRUE(recording.runs == expected);
 }
 
 TEST(DisplayList, PartsCanBeLeftOut) {
