@@ -5,9 +5,11 @@
 
 #include "cli/console.h"
 #include "cli/files.h"
+#include "cli/page_report.h"
 #include "common/tool_error.h"
 #include "host/page_summary.h"
 #include "platform/text.h"
+#include "render/page_frame.h"
 
 namespace qm::cli {
 
@@ -29,6 +31,23 @@ bool HoldsOnlyPictures(const PageSummary& summary) {
                                        0;
 }
 
+// Of a page that is written.
+void TellWhatSurprises(const std::string& input, const NumberedPage& page,
+                       const PageSummary& summary, const PageOptions& options,
+                       const OutputFormat& format, const ConversionReports& reports) {
+    if (summary.onlyWhite && options.background.kind != Background::Kind::kColour) {
+        const std::string note = NoteOfWhite(page.number, summary);
+        // As a plot it stays as it is.
+        const bool keepsPens = format.isPlot && !format.holdsPictures;
+        reports.note(input + ": " + (keepsPens ? note.substr(0, note.find(';')) : note));
+    }
+    if (options.paper.width > 0.0 &&
+        FrameOf(SourceOf(page.page), summary.extent, options).cutsDrawing) {
+        reports.note(input + ": page " + std::to_string(page.number) +
+                     " is larger than the paper, which cuts it; --fit scales it");
+    }
+}
+
 std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string& input,
                                        const ConversionOptions& options, const OutputFormat& format,
                                        const ConversionReports& reports) {
@@ -44,15 +63,13 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
     bool picturesAlone = false;
     for (std::size_t number = 1; number <= count; ++number) {
         if (!options.pages.Contains(number)) continue;
-        const PlotPage& page = plot.pages[number - 1];
+        const PlotPage page = LookedAt(plot.pages[number - 1], options.write.look);
         const PageSummary summary = Summarise(page.Drawing());
         const std::string name = input + ": page " + std::to_string(number);
         if (summary.extent.empty) {
             reports.note(name + " shows nothing and is not written");
             continue;
         }
-        if (summary.onlyWhite)
-            reports.note(input + ": everything on page " + std::to_string(number) + " is white");
         if (summary.pictures > 0 && !format.holdsPictures) {
             const bool onlyPictures = HoldsOnlyPictures(summary);
             reports.note(name + (onlyPictures ? " is pictures alone" : " has pictures") +
@@ -63,6 +80,7 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
             if (onlyPictures) continue;
         }
         pages.push_back({number, page});
+        TellWhatSurprises(input, pages.back(), summary, options.write.page, format, reports);
     }
     if (pages.empty()) {
         throw ToolError(input + (picturesAlone ? ": holds pictures alone" : ": shows nothing") +

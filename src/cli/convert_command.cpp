@@ -12,6 +12,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/conversion.h"
+#include "cli/look_options.h"
 #include "cli/messages.h"
 #include "cli/output_guard.h"
 #include "cli/picture_options.h"
@@ -206,15 +207,20 @@ OptionGroup OutputGroup(ConvertOptions& options) {
 
 Command ConvertCommand() {
     const auto options = std::make_shared<ConvertOptions>();
-    options->conversion.write.page.checkpoint = ThrowIfInterrupted;
+    WriteOptions& write = options->conversion.write;
+    write.page.checkpoint = ThrowIfInterrupted;
     Command command;
     command.name = "convert";
     command.summary = "Convert plots; the ending of OUT chooses the format: " + WritableEndings();
     command.usages = {"[OPTIONS] FILE OUT", "[OPTIONS] --to ENDING FILE -",
                       "[OPTIONS] -o DIR FILE|FOLDER..."};
     command.operands = {{"FILE", "A plot file; '-' is standard input", true, true}};
-    command.groups = {OutputGroup(*options), ManyFilesGroup(options->batch),
-                      PictureGroup(options->conversion.write), OpenGroup(options->conversion.open),
+    command.groups = {OutputGroup(*options),
+                      ManyFilesGroup(options->batch),
+                      SheetGroup(write.page, write.look),
+                      LookGroup(write.look),
+                      PictureGroup(write),
+                      OpenGroup(options->conversion.open),
                       MessageGroup(options->messages)};
     command.notes = {
         "OUT '-' is standard output. Formats that hold one page (svg, png) get a file for each "
@@ -227,6 +233,7 @@ Command ConvertCommand() {
         {"--page 2 --dpi 300 plan.plt sheet2.png", "One page as a picture"},
         {"--to svg --page 1 plan.plt - | gzip >plan.svgz", "Into a pipe"},
         {"-o out -j 4 --to pdf plots/", "Every plot below a folder, four at once"},
+        {"--paper a4 --fit --pen 1=black,0.35 plan.plt plan.pdf", "On a sheet, pen 1 thicker"},
         {"--rtl --bits 1 --dpi 600 plan.plt mono.plt", "A plot of black and white dots"}};
     command.statuses = {{"0", "Everything was written"},
                         {"1", "A file is no plot, cannot be unpacked, or draws nothing"},

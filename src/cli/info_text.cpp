@@ -90,7 +90,7 @@ std::string TextOf(const PageReport& page) {
         << (page.summary.extent.empty ? "nothing visible" : SizeAndPlace(page.summary.extent));
     if (page.rotation != 0.0) out << ", to be turned by " << page.rotation << " degrees";
     out << '\n' << LineOfCounts(page.summary);
-    if (page.summary.onlyWhite) out << "    everything on page " << page.number << " is white\n";
+    if (page.summary.onlyWhite) out << "    " << NoteOfWhite(page.number, page.summary) << '\n';
     for (const PenReport& pen : page.pens) out << LineOf(pen);
     for (const ContentReport& content : page.contents) out << LineOf(content);
     return out.str();

@@ -8,6 +8,7 @@
 
 #include "cli/command.h"
 #include "cli/plot_writer.h"
+#include "render/page_look.h"
 #include "render/page_writers.h"
 
 namespace qm::cli {
@@ -21,6 +22,7 @@ struct PlotFacts {
 
 struct WriteOptions {
     PageOptions page;
+    PageLook look;
     PlotOptions plot;
     PlotFacts facts;
 };

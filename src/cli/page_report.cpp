@@ -98,6 +98,15 @@ class Lister final : public Summariser {
 
 }  // namespace
 
+std::string NoteOfWhite(std::size_t number, const PageSummary& summary) {
+    constexpr std::size_t kMostPens = 4;
+    std::string note = "everything on page " + std::to_string(number) + " is white;";
+    if (summary.layers.size() > kMostPens) return note + " --background grey shows it";
+    for (const std::int32_t pen : summary.layers)
+        note += " --pen " + std::to_string(pen) + "=black";
+    return note + (summary.layers.size() == 1 ? " shows it" : " show it");
+}
+
 std::string HexOf(std::uint32_t colour) {
     const auto [red, green, blue] = Colour::FromBgr(colour);
     char text[8];

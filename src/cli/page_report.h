@@ -48,6 +48,9 @@ struct PlotReport {
     std::vector<PageReport> pages;
 };
 
+// "everything on page 1 is white; --pen 0=black shows it", of the page of that number.
+std::string NoteOfWhite(std::size_t number, const PageSummary& summary);
+
 // "#rrggbb" of 0x00BBGGRR.
 std::string HexOf(std::uint32_t colour);
 

@@ -1,13 +1,25 @@
-// PageSelection: which pages of a plot are meant. Test: tests/cli/qmplot_test.cpp.
+// PageSelection: which pages of a plot are meant; lists of numbers. Test:
+// tests/cli/qmplot_test.cpp.
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <vector>
 
 #include "cli/command.h"
 
 namespace qm::cli {
+
+// Both ends are in it; kOpen: there is no upper one.
+struct NumberRange {
+    static constexpr std::size_t kOpen = std::numeric_limits<std::size_t>::max();
+    std::size_t first;
+    std::size_t last;
+};
+
+// "2", "1-3,5", "4-": numbers from `lowest` on. None when `text` is nothing of the kind.
+std::vector<NumberRange> RangesIn(const std::string& text, std::size_t lowest);
 
 class PageSelection {
   public:
@@ -23,11 +35,7 @@ class PageSelection {
     bool IsOnePage() const { return ranges_.size() == 1 && ranges_[0].first == ranges_[0].last; }
 
   private:
-    struct Range {
-        std::size_t first;
-        std::size_t last;  // kOpen: up to the plot's last page
-    };
-    std::vector<Range> ranges_;  // none: all pages
+    std::vector<NumberRange> ranges_;  // none: all pages
 };
 
 // --page; `pages` must outlive it.

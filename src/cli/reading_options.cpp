@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 
+#include "cli/paper_sizes.h"
 #include "common/tool_error.h"
 #include "common/units.h"
 
@@ -21,18 +21,12 @@ std::optional<Sheet> SheetNamed(std::string name) {
     for (char& c : name) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
     if (name == "a4") return SheetBetween({603.0, 521.0}, {10603.0, 7721.0});
     if (name == "a3") return SheetBetween({170.0, 602.0}, {15370.0, 10602.0});
-    if (name == "a2") return SheetOf(594.0, 420.0);
-    if (name == "a1") return SheetOf(841.0, 594.0);
-    if (name == "a0") return SheetOf(1189.0, 841.0);
     if (name == "letter") return SheetBetween({250.0, 596.0}, {10250.0, 7796.0});
     if (name == "tabloid") return SheetBetween({522.0, 259.0}, {15722.0, 10259.0});
-    std::istringstream text(name);
-    text.imbue(std::locale::classic());
-    double width = 0.0;
-    double height = 0.0;
-    char by = '\0';
-    if (!(text >> width >> by >> height) || by != 'x' || !(text >> std::ws).eof()) return {};
-    return SheetOf(width, height);
+    const auto paper = PaperNamed(name);
+    if (!paper) return {};
+    return paper->turns ? SheetOf(paper->height, paper->width)
+                        : SheetOf(paper->width, paper->height);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // See open_plot.h.
 #include "host/open_plot.h"
 
+#include <utility>
+
 #include "common/units.h"
 #include "host/document_node.h"
 #include "host/drawing_block.h"
@@ -102,6 +104,21 @@ PlotPage::PlotPage(DocumentNode& container, DrawingBlock& block, std::uint64_t s
       sourceBytes_(sourceBytes) {
     if (const Variant* const name = attributes_->Find(L"NodeID")) name_ = name->AsText();
     if (!(unitsPerInch_ > 0.0)) unitsPerInch_ = kUnitsPerInch;
+}
+
+PlotPage PlotPage::With(std::shared_ptr<const DisplayList> drawing, std::vector<PageLayer> layers,
+                        const Extent& sheet) const {
+    PlotPage page = *this;
+    page.drawing_ = std::move(drawing);
+    page.layers_ = std::move(layers);
+    page.sheet_ = sheet;
+    return page;
+}
+
+PlotPage PlotPage::Turned(double degrees) const {
+    PlotPage page = *this;
+    page.rotation_ += degrees;
+    return page;
 }
 
 HRESULT OpenPlot(IQmDataObject& source, const ProgressCallback& progress,

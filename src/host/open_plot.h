@@ -20,6 +20,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/geometry.h"
 #include "host/display_list.h"
 
 namespace qm {
@@ -86,8 +87,16 @@ class PlotPage {
     double Rotation() const noexcept { return rotation_; }
     // Size of the plot's file, by which writers bound their work; 0 when it is not known.
     std::uint64_t SourceBytes() const noexcept { return sourceBytes_; }
+    // What the page's sheet has to have room for beside the drawing; empty for most pages.
+    const Extent& Sheet() const noexcept { return sheet_; }
     // All attributes of the page's container (host_object.h).
     const AttributeMap& Attributes() const noexcept { return *attributes_; }
+
+    // The page with another drawing, its layers, and a sheet that has room for `sheet` too.
+    PlotPage With(std::shared_ptr<const DisplayList> drawing, std::vector<PageLayer> layers,
+                  const Extent& sheet) const;
+    // The page turned counter-clockwise by so many degrees more.
+    PlotPage Turned(double degrees) const;
 
   private:
     std::shared_ptr<const AttributeMap> attributes_;  // shares the container
@@ -97,6 +106,7 @@ class PlotPage {
     double unitsPerInch_;
     double rotation_;
     std::uint64_t sourceBytes_;
+    Extent sheet_;
 };
 
 struct OpenedPlot {

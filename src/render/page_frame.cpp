@@ -1,7 +1,9 @@
 // See page_frame.h.
 #include "render/page_frame.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "common/numbers.h"
 #include "platform/text.h"
@@ -34,6 +36,25 @@ Turn TurnOf(double degrees) {
     return {std::cos(degrees * kRadiansPerDegree), std::sin(degrees * kRadiansPerDegree)};
 }
 
+// The paper as it lies, in millimetres.
+Paper LaidPaper(Paper paper, const Extent& drawn) {
+    const bool wide = drawn.Width() > drawn.Height();
+    if (paper.turns && wide != (paper.width > paper.height)) std::swap(paper.width, paper.height);
+    return paper;
+}
+
+// By how much the drawing grows.
+double ScaleTo(const Paper& paper, const Extent& drawn, double margin, double unitsPerMillimetre) {
+    const double width = drawn.Width() / unitsPerMillimetre;
+    const double height = drawn.Height() / unitsPerMillimetre;
+    const double roomX = paper.width - 2.0 * margin;
+    const double roomY = paper.height - 2.0 * margin;
+    if (!paper.fits || (width <= 0.0 && height <= 0.0) || roomX <= 0.0 || roomY <= 0.0) return 1.0;
+    if (width <= 0.0) return roomY / height;
+    if (height <= 0.0) return roomX / width;
+    return std::min(roomX / width, roomY / height);
+}
+
 }  // namespace
 
 PageSource SourceOf(const PlotPage& page) {
@@ -44,11 +65,17 @@ PageSource SourceOf(const PlotPage& page) {
     source.unitsPerInch = page.UnitsPerInch();
     source.rotation = page.Rotation();
     source.sourceBytes = page.SourceBytes();
+    source.sheet = page.Sheet();
     return source;
 }
 
-PageFrame FrameOf(const PageSource& page, const Extent& extent, const PageOptions& options) {
+PageFrame FrameOf(const PageSource& page, const Extent& drawn, const PageOptions& options) {
     const Turn turn = TurnOf(page.rotation);
+    Extent extent = drawn;
+    if (!page.sheet.empty) {
+        extent.Add(page.sheet.minX, page.sheet.minY);
+        extent.Add(page.sheet.maxX, page.sheet.maxY);
+    }
     Extent turned;
     for (const double x : {extent.minX, extent.maxX}) {
         for (const double y : {extent.minY, extent.maxY}) {
@@ -60,9 +87,22 @@ PageFrame FrameOf(const PageSource& page, const Extent& extent, const PageOption
     frame.unitsPerInch = page.unitsPerInch;
     frame.width = turned.Width() + 2.0 * margin;
     frame.height = turned.Height() + 2.0 * margin;
+    double left = margin;
+    double top = margin;
+    if (options.paper.width > 0.0) {
+        const Paper paper = LaidPaper(options.paper, turned);
+        // A drawing that grows has fewer units in an inch.
+        frame.unitsPerInch /= ScaleTo(paper, turned, options.marginMillimetres,
+                                      page.unitsPerInch / kMillimetresPerInch);
+        frame.width = paper.width / kMillimetresPerInch * frame.unitsPerInch;
+        frame.height = paper.height / kMillimetresPerInch * frame.unitsPerInch;
+        left = (frame.width - turned.Width()) / 2.0;
+        top = (frame.height - turned.Height()) / 2.0;
+        frame.cutsDrawing = left < -1.0 || top < -1.0;
+    }
     // The sheet's y runs down, hence the negated second row.
-    frame.toSheet = {turn.cosine,  -turn.sine,           -turn.sine,
-                     -turn.cosine, margin - turned.minX, margin + turned.maxY};
+    frame.toSheet = {turn.cosine,  -turn.sine,         -turn.sine,
+                     -turn.cosine, left - turned.minX, top + turned.maxY};
     return frame;
 }
 

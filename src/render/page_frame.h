@@ -25,13 +25,14 @@ struct PageFrame {
     // From the drawing's coordinates (y up) to the sheet's, page rotation included.
     Matrix toSheet;
     double unitsPerInch = kUnitsPerInch;
+    bool cutsDrawing = false;  // the paper is smaller than the drawing
 
     double WidthMillimetres() const { return width / unitsPerInch * kMillimetresPerInch; }
     double HeightMillimetres() const { return height / unitsPerInch * kMillimetresPerInch; }
 };
 
-// The sheet that holds `extent`, turned as the page is, and a margin. A page that shows nothing
-// gets a sheet of margins.
+// The sheet that holds `extent`, turned as the page is, and a margin, or the paper with the drawing
+// in its middle. A page that shows nothing gets a sheet of margins.
 PageFrame FrameOf(const PageSource& page, const Extent& extent, const PageOptions& options);
 
 }  // namespace qm

@@ -26,6 +26,7 @@ struct PageSource {
     double unitsPerInch = kUnitsPerInch;  // of the coordinates
     double rotation = 0.0;     // degrees counter-clockwise by which the page is shown turned
     bool whiteIsClear = true;  // white dots of pictures let through what lies below
+    Extent sheet;              // what the sheet has to have room for beside the drawing
     // Of the plot's file: the work of a writer may grow with it (render/page_work.h). 0: not known,
     // the work is not bounded.
     std::uint64_t sourceBytes = 0;
@@ -34,10 +35,28 @@ struct PageSource {
 // The page of an opened plot, which must stay open (page_frame.cpp).
 PageSource SourceOf(const PlotPage& page);
 
+// A sheet of a given size, in millimetres.
+struct Paper {
+    double width = 0.0;  // 0: as large as the drawing and its margins
+    double height = 0.0;
+    bool turns = false;  // lies as the drawing does, wider than high or higher than wide
+    bool fits = false;   // the drawing is scaled to it, less the margins; else it keeps its size
+};
+
+// What the drawing lies on. A colour is 0x00BBGGRR.
+struct Background {
+    enum class Kind { kOfTheFormat, kNone, kColour };
+    Kind kind = Kind::kOfTheFormat;  // PNG: white; SVG and PDF: none
+    std::uint32_t colour = 0xFFFFFF;
+};
+
+// How pages are put on sheets; what is shown of them is in their drawing (render/page_look.h).
 struct PageOptions {
     double dpi = 150.0;  // dots per inch, PNG only
     int sideDots = 0;    // PNG: dots of the longer side in place of dpi; 0: as dpi has it
     double marginMillimetres = 5.0;  // paper around the drawing's extent
+    Paper paper;                     // SVG, PDF, PNG
+    Background background;           // SVG, PDF, PNG
     bool smooth = true;              // PNG: edges blend into the paper; else dots are drawn or not
     int threads = 1;                 // that draw a PNG
     std::string title;               // PDF: UTF-8, what the plot is called; may be empty

@@ -54,6 +54,7 @@ void WritePalette(const PngHeader& header, OutputSink& sink) {
 
 std::size_t BitsOfDot(const PngHeader& header) {
     const auto bits = static_cast<std::size_t>(header.bits);
+    if (header.hasAlpha) return 4 * bits;
     return header.palette.empty() && !header.isGrey ? 3 * bits : bits;
 }
 
@@ -65,7 +66,8 @@ std::size_t PngRowBytes(const PngHeader& header) {
 
 void WritePngStart(const PngHeader& header, OutputSink& sink) {
     sink.Write("\x89PNG\r\n\x1a\n");
-    const char colourType = !header.palette.empty() ? 3 : (header.isGrey ? 0 : 2);
+    char colourType = !header.palette.empty() ? 3 : (header.isGrey ? 0 : 2);
+    if (header.hasAlpha) colourType = 6;
     std::string ihdr = BigEndian(static_cast<std::uint32_t>(header.width)) +
                        BigEndian(static_cast<std::uint32_t>(header.height));
     ihdr += static_cast<char>(header.bits);

@@ -25,6 +25,7 @@ struct PngHeader {
     // Colours in order, at most 2^bits; empty for red, green, blue samples or shades of grey.
     std::vector<PaletteEntry> palette;
     bool isGrey = false;        // without a palette: one sample a dot
+    bool hasAlpha = false;      // without a palette: red, green, blue and opacity samples
     bool whiteIsClear = false;  // pure white is transparent
     double dotsPerInch = 0.0;   // 0: not told
     bool fast = false;          // compressed fast rather than small

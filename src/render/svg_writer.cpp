@@ -59,6 +59,10 @@ void SvgWriter::Begin() {
     // in programs that do not know how (they skip what @supports guards).
     out_ << "<style>.h{stroke-width:5}@supports(vector-effect:non-scaling-stroke)"
             "{.h{stroke-width:1px;vector-effect:non-scaling-stroke}}</style>\n";
+    if (options_.background.kind == Background::Kind::kColour) {
+        out_ << "<rect width=\"100%\" height=\"100%\" fill=\"";
+        out_.Colour(options_.background.colour) << "\"/>\n";
+    }
 }
 
 void SvgWriter::Body(std::optional<std::int32_t> layer) {
@@ -350,7 +354,7 @@ void WriteSvg(const PageSource& page, const PageOptions& options, OutputSink& si
     const PageSummary summary = Summarise(*page.drawing);
     const PageFrame frame = FrameOf(page, summary.extent, options);
     TextBuffer out(sink);
-    SvgWriter writer(page, frame, out);
+    SvgWriter writer(page, frame, options, out);
     writer.Begin();
     if (summary.orderShows || summary.layers.size() > kMaxGroupedLayers) {
         writer.Body(std::nullopt);

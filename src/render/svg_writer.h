@@ -20,8 +20,9 @@ namespace qm {
 
 class SvgWriter final : public DisplayListVisitor {
   public:
-    SvgWriter(const PageSource& page, const PageFrame& frame, TextBuffer& out)
-        : page_(page), frame_(frame), out_(out), path_(out) {}
+    SvgWriter(const PageSource& page, const PageFrame& frame, const PageOptions& options,
+              TextBuffer& out)
+        : page_(page), frame_(frame), options_(options), out_(out), path_(out) {}
 
     // The parts of the document, in this order. `layer`: only what stands on it.
     void Begin();
@@ -76,6 +77,7 @@ class SvgWriter final : public DisplayListVisitor {
 
     const PageSource& page_;
     const PageFrame& frame_;
+    const PageOptions& options_;
     TextBuffer& out_;
     SvgPath path_;
     std::optional<std::int32_t> onlyLayer_;

@@ -150,8 +150,9 @@ const Transcript kTranscripts[] = {
      "  Page 1: 0.2 x 0.2 mm, lower left at 0.0, 0.0\n  Page 2 (\"Page 3\"): 12.7 x 0.0 mm, lower left at 0.0, 0.0\n[0]\n"},
     {"InfoTellsColoursAndTexts", "printf 'IN;IN;IN;SP1;PC1,255,0,0;PD9,9;PC1,0,0,255;PU;LBPl\\374n\\233\"\\003' >c; q info --texts c | tail -n 3",
      "    pen   1  #ff0000 #0000ff        50 drawn  layer \"Layer no.: 1\"\n    text \"Pl\303\274n\\x9B\\\"\" at 0.5, -0.0\n[0]\n"},
-    {"OnlyWhite", "printf 'IN;SP0;PD9,9;PU;PU;PU;' >w; q info w | grep white; q convert w w.pdf",
-     "    everything on page 1 is white\nqmplot: w: everything on page 1 is white\n[0]\n"},
+    {"OnlyWhite", "printf 'IN;SP0;PD9,9;PU;PU;PU;' >w; q info w | grep white; q convert w w.pdf; q convert w w.hp; q convert --pen 0=black w w.pdf",
+     "    everything on page 1 is white; --pen 0=black shows it\nqmplot: w: everything on page 1 is white; --pen 0=black shows it\n[0]\n"
+     "qmplot: w: everything on page 1 is white\n[0]\n[0]\n"},
     {"IgnoredScale", "printf 'IN;SP1;SC0,9,0,9;PD9,9;PU;PU;' >c; q info c | wc -l; q info -q c | wc -l; q info --reading plotter c | wc -l",
      "qmplot: c: a scale (SC) without scaling points (IP) in front is ignored, as the document engine does; "
      "--reading plotter scales\n5\n5\n5\n"},
@@ -165,6 +166,35 @@ const Transcript kTranscripts[] = {
      "{\"file\":\"none\",\"error\":\"none: cannot be read: No such file or directory\",\"status\":2}\n[2]\n"},
     {"DetectAsJson", "cp a.plt \"$(printf 'q\\377\"')\"; q detect --json q* letter.txt",
      "{\"file\":\"q\\uDCFF\\\"\",\"format\":\"HPGL/2\"}\n{\"file\":\"letter.txt\",\"format\":null}\n[1]\n"},
+
+    // The sheet: 25 x 12.5 mm of drawing, less half a pen.
+    {"Margin", "q convert --margin 10 a.plt a.svg; qmplot convert --margin 0 --to svg a.plt - | cat - a.svg | grep -o 'width=.*mm'",
+     "[0]\nwidth=\"25mm\" height=\"12.5mm\nwidth=\"45mm\" height=\"32.5mm\n"},
+    {"PaperLiesAsTheDrawingDoes", "q convert --paper A5 a.plt a.svg; qmplot convert --paper 148x210 --rotate 90 --to svg a.plt - | cat a.svg - | grep -o -e 'width=.*mm' -e 'matrix.[^\"]*'",
+     "[0]\nwidth=\"210mm\" height=\"148mm\nmatrix(1 0 0 -1 3700 3210)\nwidth=\"148mm\" height=\"210mm\nmatrix(0 1 1 0 2710 3700)\n"},
+    {"FittedToThePaper", "q convert --paper 60x60 --fit a.plt a.svg; grep -o -e 'width=.*viewBox[^>]*' a.svg",
+     "[0]\nwidth=\"60mm\" height=\"60mm\" viewBox=\"0 0 1200 1200\"\n"},
+    {"PaperTooSmall", "q convert --paper 20x20 --rotate 180 a.plt a.png; q convert --fit a.plt a.svg; q convert --paper a9 a.plt a.svg",
+     "qmplot: a.plt: page 1 is larger than the paper, which cuts it; --fit scales it\n[0]\n"
+     "qmplot: --fit wants --paper as well; see qmplot convert --help\n[2]\n"
+     "qmplot: --paper: 'a9' is no paper; a0 to a5, letter, legal, tabloid or 297x210 are; see qmplot convert --help\n[2]\n"},
+    {"Background", "q convert --background '#08F' a.plt a.svg; grep -c '<rect.*fill=\"#08f\"' a.svg; q convert --background none a.plt a.png; file a.png | grep -o RGBA; "
+     "q convert --background plaid a.plt a.svg",
+     "[0]\n1\n[0]\nRGBA\nqmplot: --background: 'plaid' is no colour; red or #ff0000 is; see qmplot convert --help\n[2]\n"},
+
+    // The look.
+    {"PensAndWidths", "q convert --pen 2=red,1 --pen 1=,0.5 --pens 0,2- --line-width 2 pages.plt p.svg; cat p-*.svg | grep -o 'stroke=.*\"'",
+     "qmplot: pages.plt: page 1 shows nothing and is not written\n[0]\n"
+     "stroke=\"#f00\" stroke-width=\"40\"\nstroke=\"#0f0\" stroke-width=\"80\"\n"},
+    {"LooksOfOtherFormats", "q convert --pen 1=red -o out a.plt; q convert --pen 1=red --rtl a.plt r.plt; q convert --mono a.plt b.plt; q convert --paper a4 a.plt a.dxf",
+     "[0]\n[0]\nqmplot: --mono means nothing for HP-GL/2, only for svg, pdf, png, html, DXF, HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"
+     "qmplot: --paper means nothing for DXF, only for svg, pdf, png; see qmplot convert --help\n[2]\n"},
+    {"NoLooks", "q convert --pen 1 a.plt a.svg; q convert --pen x=red a.plt a.svg; q convert --pen 1=redd a.plt a.svg; q convert --pen 1=red,-1 a.plt a.svg; q convert --pens 3-1 a.plt a.svg",
+     "qmplot: --pen: '1' is no pen; 2=red or 2=#ff0000,0.5 is; see qmplot convert --help\n[2]\n"
+     "qmplot: --pen: 'x=red' is no pen; 2=red or 2=#ff0000,0.5 is; see qmplot convert --help\n[2]\n"
+     "qmplot: --pen: 'redd' is no colour; red or #ff0000 is; see qmplot convert --help\n[2]\n"
+     "qmplot: --pen: '-1' is no number from 0 to 1000; see qmplot convert --help\n[2]\n"
+     "qmplot: --pens: '3-1' names no pens; 1 or 1,3-5 or 4- do; see qmplot convert --help\n[2]\n"},
 
     // Pages and formats.
     {"PagesOfAList", "q convert --page 1,3- pages.plt p.svg; q convert --page 2,2-3 pages.plt q.pdf; ls p*.svg q*; q convert --page 2-3 pages.plt r.plt; q info r.plt | grep -c Page",

@@ -83,6 +83,11 @@ class PngDots {
         };
         return part(0) << 16 | part(1) << 8 | part(2);
     }
+    // 0 to 255, of type 6.
+    std::uint32_t Opacity(int x, int y) const {
+        const auto row = static_cast<std::size_t>(height_ - 1 - y);
+        return Byte(row * (RowBytes() + 1) + 1 + static_cast<std::size_t>(4 * x) + 3);
+    }
 
   private:
     std::size_t RowBytes() const {

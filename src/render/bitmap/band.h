@@ -31,11 +31,12 @@ class Band {
     Band(std::int32_t width, std::int32_t rows)
         : width_(width), dots_(static_cast<std::size_t>(width) * static_cast<std::size_t>(rows)) {}
 
-    // Makes it the white rows `top` to `bottom` - 1 of the page, not more than there is room for.
-    void Start(std::int32_t top, std::int32_t bottom) {
+    // Makes it the bare rows `top` to `bottom` - 1 of the page, not more than there is room for, on
+    // paper of that colour.
+    void Start(std::int32_t top, std::int32_t bottom, std::uint32_t paper = 0xFFFFFF) {
         top_ = top;
         bottom_ = bottom;
-        std::fill(dots_.begin(), dots_.end(), BandDot());
+        std::fill(dots_.begin(), dots_.end(), BandDot{paper, 0});
     }
     // Forgets which strokes covered which dots.
     void ClearMarks() {

@@ -5,10 +5,12 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <optional>
 #include <system_error>
 #include <thread>
 #include <vector>
 
+#include "render/bitmap/blending.h"
 #include "render/bitmap/page_painter.h"
 #include "render/bitmap/page_work.h"
 
@@ -21,6 +23,33 @@ namespace {
 constexpr std::size_t kCacheBytes = std::size_t{4} << 20;
 constexpr std::size_t kFewestRows = 64;
 constexpr std::size_t kBytesPerDot = sizeof(BandDot) + sizeof(std::int32_t);
+
+constexpr std::uint32_t kWhitePaper = 0xFFFFFF;
+
+// What is seen of the paper through a dot shows where the paper is white once and black once.
+void MarkOpacity(Band& onWhite, const Band& onBlack) {
+    for (std::int32_t y = onWhite.Top(); y < onWhite.Bottom(); ++y) {
+        BandDot* const dots = onWhite.Row(y);
+        const BandDot* const others = onBlack.Row(y);
+        for (std::int32_t x = 0; x < onWhite.Width(); ++x) {
+            const auto part = [](std::uint32_t colour, int shift) {
+                return static_cast<int>(colour >> shift & 0xFF);
+            };
+            int seen = 255;
+            for (const int shift : {0, 8, 16}) {
+                seen = std::min(seen, part(dots[x].colour, shift) - part(others[x].colour, shift));
+            }
+            const int opacity = 255 - std::max(seen, 0);
+            std::uint32_t colour = 0;
+            for (const int shift : {0, 8, 16}) {
+                if (opacity == 0) break;
+                const int own = (part(others[x].colour, shift) * 255 + opacity / 2) / opacity;
+                colour |= static_cast<std::uint32_t>(std::min(own, 255)) << shift;
+            }
+            dots[x] = {colour, static_cast<std::uint32_t>(opacity)};
+        }
+    }
+}
 
 class BandDrawer {
   public:
@@ -49,11 +78,19 @@ class BandDrawer {
   private:
     void Work() {
         try {
-            PagePainter painter(Settings(), raster_.width, rows_);
+            PaintSettings settings = Settings();
+            PagePainter painter(settings, raster_.width, rows_);
+            std::optional<PagePainter> onBlack;
+            if (options_.background.kind == Background::Kind::kNone) {
+                settings.paper = 0;
+                settings.progress = nullptr;
+                onBlack.emplace(settings, raster_.width, rows_);
+            }
             for (std::int32_t band = next_++; band < bands_; band = next_++) {
                 const std::int32_t top = band * rows_;
-                const Band& drawn =
-                    painter.Draw(*page_.drawing, top, std::min(top + rows_, raster_.height));
+                const std::int32_t bottom = std::min(top + rows_, raster_.height);
+                Band& drawn = painter.Draw(*page_.drawing, top, bottom);
+                if (onBlack) MarkOpacity(drawn, onBlack->Draw(*page_.drawing, top, bottom));
                 if (!WaitForTurn(band)) return;
                 take_(drawn);
                 EndTurn();
@@ -68,6 +105,9 @@ class BandDrawer {
         settings.dotsPerUnit = raster_.dotsPerUnit;
         settings.smooth = options_.smooth;
         settings.whiteIsClear = page_.whiteIsClear;
+        const Background& background = options_.background;
+        settings.paper = background.kind == Background::Kind::kColour ? DotColour(background.colour)
+                                                                      : kWhitePaper;
         settings.checkpoint = [this] {
             const std::lock_guard<std::mutex> lock(mutex_);
             if (failure_) throw Stopped();

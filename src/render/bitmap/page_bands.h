@@ -15,7 +15,8 @@ std::size_t BandBytesFor(const PageRaster& raster);
 
 // Calls take(band) for each band from the top of the page down, one call at a time but not all from
 // one thread; so are checkpoint and progress of `options`. Each dot comes out the same whatever
-// options.threads and `bandBytes` are. What a callback throws ends the drawing and passes through.
+// options.threads and `bandBytes` are. Without a background (kNone) a dot's mark is its opacity, 0
+// to 255. What a callback throws ends the drawing and passes through.
 void DrawBands(const PageSource& page, const PageOptions& options, const PageRaster& raster,
                const std::function<void(const Band&)>& take, std::size_t bandBytes);
 

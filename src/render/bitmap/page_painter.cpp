@@ -69,8 +69,8 @@ PagePainter::PagePainter(const PaintSettings& settings, std::int32_t width, std:
       area_(width, rows, settings.smooth),
       capsules_(band_, settings.smooth) {}
 
-const Band& PagePainter::Draw(const DisplayList& list, std::int32_t top, std::int32_t bottom) {
-    band_.Start(top, bottom);
+Band& PagePainter::Draw(const DisplayList& list, std::int32_t top, std::int32_t bottom) {
+    band_.Start(top, bottom, settings_.paper);
     patterns_.clear();
     lookIsOld_ = true;
     EndClipRegion();

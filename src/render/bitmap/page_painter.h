@@ -24,6 +24,7 @@ struct PaintSettings {
     double dotsPerUnit = 1.0;                   // what its scale is
     bool smooth = true;                         // else a dot is drawn when its centre is inside
     bool whiteIsClear = true;                   // white dots of pictures
+    std::uint32_t paper = 0xFFFFFF;             // 0x00RRGGBB
     std::function<void()> checkpoint;           // called now and then; may throw; may be empty
     std::function<void(int percent)> progress;  // of the list; may be empty
 };
@@ -35,7 +36,7 @@ class PagePainter final : public DisplayListVisitor {
     PagePainter(const PaintSettings& settings, std::int32_t width, std::int32_t rows);
 
     // The rows `top` to `bottom` - 1 of the page; valid until the next call.
-    const Band& Draw(const DisplayList& list, std::int32_t top, std::int32_t bottom);
+    Band& Draw(const DisplayList& list, std::int32_t top, std::int32_t bottom);
 
     void Lines(const DrawingStyle& style, PointSpan points) override;
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override;

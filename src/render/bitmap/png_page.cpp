@@ -293,6 +293,33 @@ bitmap::PageRaster FittingRaster(const PageSource& page, PageOptions& options) {
     return raster;
 }
 
+// Dots that tell how much of what lies below is seen.
+void WriteClearPage(const PageSource& page, const PageOptions& options,
+                    const bitmap::PageRaster& raster, PngHeader header, OutputSink& sink) {
+    using namespace bitmap;
+    header.hasAlpha = true;
+    header.fast = true;
+    WritePngStart(header, sink);
+    PngRows rows(header, PngFilter::kAsFits, sink);
+    std::vector<std::uint8_t> bytes(PngRowBytes(header));
+    const auto take = [&](const Band& band) {
+        for (std::int32_t y = band.Top(); y < band.Bottom(); ++y) {
+            std::uint8_t* to = bytes.data();
+            const BandDot* const row = band.Row(y);
+            for (const BandDot* dot = row; dot != row + band.Width(); ++dot) {
+                for (const int shift : {16, 8, 0}) {
+                    *to++ = static_cast<std::uint8_t>(dot->colour >> shift & 0xFF);
+                }
+                *to++ = static_cast<std::uint8_t>(dot->mark);
+            }
+            rows.Write(bytes.data());
+        }
+    };
+    DrawBands(page, options, raster, take, BandBytesFor(raster));
+    rows.Finish();
+    WritePngEnd(sink);
+}
+
 }  // namespace
 
 WorkBudget DotsForPng(double dpi, std::uint64_t bytes) {
@@ -311,6 +338,9 @@ void WritePng(const PageSource& page, const PageOptions& options, OutputSink& si
     header.width = raster.width;
     header.height = raster.height;
     header.dotsPerInch = drawing.dpi;
+    if (options.background.kind == Background::Kind::kNone) {
+        return WriteClearPage(page, drawing, raster, header, sink);
+    }
     PngPage png(header, sink);
     const auto take = [&](const Band& band) {
         for (std::int32_t y = band.Top(); y < band.Bottom(); ++y) png.Write(band.Row(y));

@@ -2,6 +2,7 @@
 // to the sink. Test: tests/render/pdf/pdf_writer_test.cpp.
 #include <cmath>
 
+#include "common/colour.h"
 #include "common/numbers.h"
 #include "common/tool_error.h"
 #include "render/page_frame.h"
@@ -62,11 +63,21 @@ Sheet SheetOf(const PageSource& page, const PageOptions& options) {
 }
 
 // What stands in front of a page's content.
-std::string PrologueOf(const Sheet& sheet, bool blends) {
+std::string PrologueOf(const Sheet& sheet, bool blends, const Background& background) {
     std::string text;
+    const bool coloured = background.kind == Background::Kind::kColour;
     // Colours are mixed with those of the paper, which has none of its own.
-    if (blends) {
-        text += "1 g 0 0 " + Real(sheet.width) + ' ' + Real(sheet.height) + " re f 0 g\n";
+    if (blends || coloured) {
+        std::string colour = "1 g";
+        if (coloured) {
+            const Colour parts = Colour::FromBgr(background.colour);
+            colour.clear();
+            for (const int part : {parts.red, parts.green, parts.blue}) {
+                colour += Real(part / 255.0, 3) + ' ';
+            }
+            colour += "rg";
+        }
+        text += colour + " 0 0 " + Real(sheet.width) + ' ' + Real(sheet.height) + " re f 0 g\n";
     }
     Matrix matrix = sheet.place.toPage;
     const PointI origin = sheet.place.origin;
@@ -86,7 +97,8 @@ ObjectNumber WritePage(Document& document, const PageSource& page, const PageOpt
                          Real(sheet.width) + ' ' + Real(sheet.height) + ']';
     if (sheet.userUnit > 1.0) object += "/UserUnit " + Real(sheet.userUnit);
     if (blends) object += "/Group<</S/Transparency/CS/DeviceRGB>>";
-    object += "/Contents[" + Reference(document.file.WriteStream("", PrologueOf(sheet, blends)));
+    object += "/Contents[" + Reference(document.file.WriteStream(
+                                 "", PrologueOf(sheet, blends, options.background)));
     for (const ObjectNumber piece : content) object += ' ' + Reference(piece);
     object += "]/Resources" + painter.Resources() + ">>";
     return document.file.WriteObject(object);

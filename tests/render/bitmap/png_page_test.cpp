@@ -119,6 +119,30 @@ PageSource SourceOf(const DisplayList& list) {
     return page;
 }
 
+TEST(PngPage, TellsHowMuchShowsThroughIt) {
+    DisplayList list;
+    list.AppendColour(RecordKind::kFillColour, 0x0000FF);
+    list.AppendRectangle({{0, 0}, {15, 20}}, true);
+    list.AppendColour(RecordKind::kFillColour, 0xFFFFFF);
+    list.AppendRectangle({{20, 0}, {40, 20}}, true);
+    PageOptions options;
+    options.dpi = 101.6;  // a dot has 10 units
+    options.marginMillimetres = 0.0;
+    options.background.kind = Background::Kind::kNone;
+    MemorySink sink;
+    WritePng(SourceOf(list), options, sink);
+    const PngDots image(sink.text);
+    EXPECT_EQ(image.Type(), 6);
+    const std::uint32_t expected[] = {0xFFFF0000, 0x80FF0000, 0xFFFFFFFF, 0xFFFFFFFF};
+    for (int x = 0; x < 4; ++x) {
+        EXPECT_EQ(image.Opacity(x, 0) << 24 | image.At(x, 0), expected[x]) << x;
+    }
+    options.background = {Background::Kind::kColour, 0x00FF00};
+    MemorySink coloured;
+    WritePng(SourceOf(list), options, coloured);
+    EXPECT_EQ(PngDots(coloured.text).At(1, 0), 0x807F00U);
+}
+
 TEST(PngPage, SaysWhatFitsWhenTooLarge) {
     DisplayList list;
     list.AppendLine({0, 0}, {1016 * 600, 0});
