@@ -167,6 +167,7 @@ ConversionResult Convert(const Components& components, const std::string& input,
     WorkBudget dots = DotsForPng(writeOptions.page.dpi, file.Size());
     writeOptions.page.dots = &dots;
     writeOptions.facts = FactsOf(file, plot);
+    writeOptions.page.title = writeOptions.facts.fileName;
     Writing writing(format, std::move(writeOptions), reports);
     const bool onlyOne = options.pages.IsOnePage() || plot.pages.size() == 1;
     if (format.manyPages) {

@@ -16,9 +16,7 @@ using Pages = std::vector<PlotPage>;
 void WriteAllAsPdf(const Pages& pages, const WriteOptions& options, OutputSink& sink) {
     std::vector<PageSource> sources;
     for (const PlotPage& page : pages) sources.push_back(SourceOf(page));
-    PageOptions page = options.page;
-    page.title = options.facts.fileName;
-    WritePdf(sources, page, sink);
+    WritePdf(sources, options.page, sink);
 }
 
 void WriteAllAsViewer(const Pages& pages, const WriteOptions& options, OutputSink& sink) {

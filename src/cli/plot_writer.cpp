@@ -40,6 +40,7 @@ PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
     const int dpi = std::max(1, RoundToInt32(options.rtlDpi));
     page.dpi = dpi;
     page.marginMillimetres = 0.0;
+    page.hairlineMillimetres = 0.0;  // the thinnest line of the plotter
     return [page, dpi, bits = options.bits](const PlotPage& source) {
         PageSource drawn = SourceOf(source);
         if (auto own = OwnPicture(drawn, dpi, bits)) return PageBitmap{std::move(*own), dpi};

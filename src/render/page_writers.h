@@ -55,11 +55,13 @@ struct PageOptions {
     double dpi = 150.0;  // dots per inch, PNG only
     int sideDots = 0;    // PNG: dots of the longer side in place of dpi; 0: as dpi has it
     double marginMillimetres = 5.0;  // paper around the drawing's extent
-    Paper paper;                     // SVG, PDF, PNG
-    Background background;           // SVG, PDF, PNG
-    bool smooth = true;              // PNG: edges blend into the paper; else dots are drawn or not
-    int threads = 1;                 // that draw a PNG
-    std::string title;               // PDF: UTF-8, what the plot is called; may be empty
+    // Width of pens of width 0 on the sheet (docs/cli.md says why); in a PNG at least a dot.
+    double hairlineMillimetres = kMillimetresPerInch / 150.0;
+    Paper paper;            // SVG, PDF, PNG
+    Background background;  // SVG, PDF, PNG
+    bool smooth = true;     // PNG: edges blend into the paper; else dots are drawn or not
+    int threads = 1;        // that draw a PNG
+    std::string title;      // UTF-8, what the plot is called; may be empty
     // Called now and then while a PNG or a PDF is drawn, one call at a time but not always on the
     // caller's thread; may be empty. What it throws ends the writer.
     std::function<void()> checkpoint;

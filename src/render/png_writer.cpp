@@ -52,6 +52,18 @@ void WritePalette(const PngHeader& header, OutputSink& sink) {
     if (alpha.find('\0') != std::string::npos) WriteChunk("tRNS", alpha, sink);
 }
 
+void WriteTexts(const PngHeader& header, OutputSink& sink) {
+    for (const auto& [keyword, text] : header.texts) {
+        const bool isAscii = std::all_of(
+            text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 128; });
+        // Beyond ASCII: not compressed, no language, no translated keyword.
+        std::string data = keyword;
+        data.append(isAscii ? 1 : 5, '\0');
+        data += text;
+        WriteChunk(isAscii ? "tEXt" : "iTXt", data, sink);
+    }
+}
+
 std::size_t BitsOfDot(const PngHeader& header) {
     const auto bits = static_cast<std::size_t>(header.bits);
     if (header.hasAlpha) return 4 * bits;
@@ -79,6 +91,7 @@ void WritePngStart(const PngHeader& header, OutputSink& sink) {
             static_cast<std::uint32_t>(std::lround(header.dotsPerInch * kInchesPerMetre));
         WriteChunk("pHYs", BigEndian(dots) + BigEndian(dots) + '\1', sink);
     }
+    WriteTexts(header, sink);
     WritePalette(header, sink);
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/packed_bitmap.h"
@@ -28,7 +29,9 @@ struct PngHeader {
     bool hasAlpha = false;      // without a palette: red, green, blue and opacity samples
     bool whiteIsClear = false;  // pure white is transparent
     double dotsPerInch = 0.0;   // 0: not told
-    bool fast = false;          // compressed fast rather than small
+    // Keywords of the format ("Title") and what they say in UTF-8.
+    std::vector<std::pair<std::string, std::string>> texts = {};
+    bool fast = false;  // compressed fast rather than small
 };
 
 // The bytes of a row.

@@ -5,6 +5,7 @@
 
 #include "platform/text.h"
 #include "render/base64_sink.h"
+#include "render/document_info.h"
 #include "render/fill_pattern.h"
 #include "render/png_writer.h"
 
@@ -47,6 +48,16 @@ void SvgWriter::WriteMatrix(const Matrix& m) {
          << ' ' << m.f << ")\"";
 }
 
+void SvgWriter::WriteInformation() {
+    const std::string title = TitleOf(options_.title, page_.name);
+    if (!title.empty()) (out_ << "<title>").Escaped(title) << "</title>\n";
+    out_ << "<metadata><rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\" "
+            "xmlns:dc=\"http://purl.org/dc/elements/1.1/\"><rdf:Description rdf:about=\"\"";
+    out_ << " dc:creator=\"" << kCreator << '"';
+    if (const auto date = SourceDate()) out_ << " dc:date=\"" << DateText(*date) << '"';
+    out_ << "/></rdf:RDF></metadata>\n";
+}
+
 void SvgWriter::Begin() {
     out_ << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<svg xmlns=\"http://www.w3.org/2000/svg\" "
@@ -54,11 +65,13 @@ void SvgWriter::Begin() {
             "xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\" width=\""
          << frame_.WidthMillimetres() << "mm\" height=\"" << frame_.HeightMillimetres()
          << "mm\" viewBox=\"0 0 " << frame_.width << ' ' << frame_.height << "\">\n";
-    if (!page_.name.empty()) (out_ << "<title>").Escaped(page_.name) << "</title>\n";
-    // Pens of width 0: the thinnest line of the screen or printer whatever the scale, or 0.125 mm
-    // in programs that do not know how (they skip what @supports guards).
-    out_ << "<style>.h{stroke-width:5}@supports(vector-effect:non-scaling-stroke)"
-            "{.h{stroke-width:1px;vector-effect:non-scaling-stroke}}</style>\n";
+    WriteInformation();
+    // Pens of width 0: on a screen a dot of it whatever the scale; programs that do not know how
+    // skip what @supports guards.
+    out_ << "<style>.h{stroke-width:"
+         << options_.hairlineMillimetres / kMillimetresPerInch * frame_.unitsPerInch
+         << "}@media screen{@supports(vector-effect:non-scaling-stroke)"
+            "{.h{stroke-width:1px;vector-effect:non-scaling-stroke}}}</style>\n";
     if (options_.background.kind == Background::Kind::kColour) {
         out_ << "<rect width=\"100%\" height=\"100%\" fill=\"";
         out_.Colour(options_.background.colour) << "\"/>\n";

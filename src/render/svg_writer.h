@@ -74,6 +74,7 @@ class SvgWriter final : public DisplayListVisitor {
     std::string PatternId(const DrawingStyle& style);
     void DefinePattern(const std::string& id, const FillPattern& pattern, std::uint32_t colour);
     void WriteMatrix(const Matrix& matrix);
+    void WriteInformation();
 
     const PageSource& page_;
     const PageFrame& frame_;

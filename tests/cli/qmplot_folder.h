@@ -39,6 +39,7 @@ class QmplotTest : public testing::Test {
         std::string name = (fs::temp_directory_path() / "qmplot-test-XXXXXX").string();
         ASSERT_NE(mkdtemp(name.data()), nullptr);
         folder_ = name;
+        unsetenv("SOURCE_DATE_EPOCH");
         Put("a.plt", kPlot);
         Put("pages.plt", kThreePages);
         Put("letter.txt", kText);

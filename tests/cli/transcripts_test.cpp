@@ -57,9 +57,9 @@ const Transcript kTranscripts[] = {
     {"WorstStatus", "q convert -q -o out letter.txt a.plt 2>&1 | tail -n 1", "[1]\n"},
     {"FolderIsWalked", "mkdir -p f/s .h f/.h; cp a.plt f; cp pages.plt f/s; cp letter.txt f; touch f/.x; ln -s .. f/loop; mkfifo f/p; "
      "q convert -o f/out -v f; q convert -o f/out f; cd f/out; find . -name '*.svg' | sort",
-     "qmplot: f/a.plt: 1 page, 674 bytes, f/out/a.svg\n"
+     "qmplot: f/a.plt: 1 page, 893 bytes, f/out/a.svg\n"
      "qmplot: skipped: f/letter.txt: not a plot file; --force reads it all the same\n"
-     "qmplot: f/s/pages.plt: 3 pages, 1959 bytes, f/out/s/pages-1.svg f/out/s/pages-2.svg f/out/s/pages-3.svg\n"
+     "qmplot: f/s/pages.plt: 3 pages, 2628 bytes, f/out/s/pages-1.svg f/out/s/pages-2.svg f/out/s/pages-3.svg\n"
      "qmplot: 2 converted, 0 failed, 5 skipped\n[0]\n"
      "qmplot: 2 converted, 0 failed, 6 skipped\n[0]\n"
      "./a.svg\n./s/pages-1.svg\n./s/pages-2.svg\n./s/pages-3.svg\n"},
@@ -77,7 +77,7 @@ const Transcript kTranscripts[] = {
      "qmplot: 2 converted, 0 failed, 0 skipped\n[0]\na.svg\nx\\ny.svg\n"},
     {"DoneIsSkipped", "q convert -q -o out a.plt pages.plt; sleep 0.02; touch a.plt; rm out/pages-2.svg; "
      "q convert -v --skip-done -o out a.plt pages.plt; rm out/pages-1.svg; q convert --skip-done -o out a.plt pages.plt",
-     "[0]\nqmplot: a.plt: 1 page, 674 bytes, out/a.svg\nqmplot: skipped: pages.plt: done already\n"
+     "[0]\nqmplot: a.plt: 1 page, 893 bytes, out/a.svg\nqmplot: skipped: pages.plt: done already\n"
      "qmplot: 1 converted, 0 failed, 1 skipped\n[0]\nqmplot: 1 converted, 0 failed, 1 skipped\n[0]\n"},
     {"OutputOfAnotherIsNotDone", "cp a.plt a.hpgl; cp pages.plt b.plt; cp a.plt b-1.plt; for i in 1 2; do q convert -o out -q --skip-done a.plt a.hpgl b.plt b-1.plt; done",
      "qmplot: a.hpgl: would be written to out/a.svg, as a.plt; convert one of them to another folder\n"
@@ -86,7 +86,7 @@ const Transcript kTranscripts[] = {
      "qmplot: b-1.plt: would be written to out/b-1.svg, as b.plt; convert one of them to another folder\n[2]\n"},
     {"Report", "q convert -q -o out --report r --timeout 60 a.plt letter.txt; sed 's/\"seconds\":[0-9.]*/S/' r",
      "qmplot: letter.txt: not a plot file; --force reads it all the same\n[1]\n"
-     "{\"outcome\":\"converted\",\"status\":0,\"input\":\"a.plt\",\"outputs\":[\"out/a.svg\"],\"pages\":1,\"bytes\":674,S,\"message\":\"\"}\n"
+     "{\"outcome\":\"converted\",\"status\":0,\"input\":\"a.plt\",\"outputs\":[\"out/a.svg\"],\"pages\":1,\"bytes\":893,S,\"message\":\"\"}\n"
      "{\"outcome\":\"failed\",\"status\":1,\"input\":\"letter.txt\",\"outputs\":[],\"pages\":0,\"bytes\":0,S,"
      "\"message\":\"letter.txt: not a plot file; --force reads it all the same\"}\n"},
     {"TimeIsUp", "mkfifo p; sleep 9 >p & q convert -o out --timeout 0.3 p a.plt; ls out; kill $!",
@@ -196,6 +196,13 @@ const Transcript kTranscripts[] = {
      "qmplot: --pen: '-1' is no number from 0 to 1000; see qmplot convert --help\n[2]\n"
      "qmplot: --pens: '3-1' names no pens; 1 or 1,3-5 or 4- do; see qmplot convert --help\n[2]\n"},
 
+    // Title, creator and date.
+    {"FilesSayWhatTheyAre", "cp a.plt plän.plt; export SOURCE_DATE_EPOCH=951825600; q convert plän.plt a.svg; grep -o -e '<title>[^<]*' -e 'dc:creator[^/]*' a.svg; "
+     "q convert --dpi 30 plän.plt a.png; tr '\\0' '|' <a.png | grep -a -o -e 'Title.*Page 1' -e 'Software.qmplot' -e 'Time.*00Z'; "
+     "unset SOURCE_DATE_EPOCH; qmplot convert a.plt b.svg; grep -c dc:date b.svg; qmplot convert --to svg a.plt - | cmp - b.svg",
+     "[0]\n<title>plän.plt, Page 1\ndc:creator=\"qmplot\" dc:date=\"2000-02-29T12:00:00Z\"\n[0]\n"
+     "Title|||||plän.plt, Page 1\nSoftware|qmplot\nTime|2000-02-29T12:00:00Z\n0\n"},
+
     // Pages and formats.
     {"PagesOfAList", "q convert --page 1,3- pages.plt p.svg; q convert --page 2,2-3 pages.plt q.pdf; ls p*.svg q*; q convert --page 2-3 pages.plt r.plt; q info r.plt | grep -c Page",
      "[0]\n[0]\np-1.svg\np-3.svg\nq.pdf\n[0]\n2\n"},
@@ -208,7 +215,7 @@ const Transcript kTranscripts[] = {
     {"OptionsOfOtherFormats", "q convert --bits 8 a.plt b.plt; q convert -o out --dpi 9 a.plt pages.plt",
      "qmplot: --bits means nothing for HP-GL/2, only for HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"
      "qmplot: --dpi means nothing for svg, only for png, HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"},
-    {"Quiet", "q convert -q -o out a.plt pages.plt; q convert -v a.plt b.svg", "[0]\nqmplot: a.plt: 1 page, 674 bytes, b.svg\n[0]\n"},
+    {"Quiet", "q convert -q -o out a.plt pages.plt; q convert -v a.plt b.svg", "[0]\nqmplot: a.plt: 1 page, 893 bytes, b.svg\n[0]\n"},
 };
 // clang-format on
 
@@ -231,7 +238,8 @@ class Transcripts : public QmplotTest, public testing::WithParamInterface<Transc
 
 TEST_P(Transcripts, PrintThis) {
     const std::string prelude =
-        "PATH=$(dirname " QM_QMPLOT "):$PATH; q() { qmplot \"$@\"; echo \"[$?]\"; }; exec 2>&1; ";
+        "PATH=$(dirname " QM_QMPLOT
+        "):$PATH; unset SOURCE_DATE_EPOCH; q() { qmplot \"$@\"; echo \"[$?]\"; }; exec 2>&1; ";
     EXPECT_EQ(RunShell(prelude + GetParam().lines).out, GetParam().printed);
 }
 

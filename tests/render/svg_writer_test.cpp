@@ -30,7 +30,7 @@ std::string Elements(const DisplayList& list) {
     for (std::string line; std::getline(lines, line);) {
         const std::string start = line.substr(0, 3);
         if (start == "<?x" || start == "<sv" || start == "<st" || start == "<g " ||
-            start == "</g" || start == "</s") {
+            start == "<me" || start == "</g" || start == "</s") {
             continue;
         }
         result += line + '\n';
@@ -194,7 +194,7 @@ TEST(SvgPage, PatternsStandInFrontOfTheirDiscs) {
 }
 
 TEST(SvgPage, PatternsInManyColoursBecomeSolid) {
-    const std::vector<std::uint8_t> bits(32 * 255, 0xAA);
+    const std::vector<std::uint8_t> bits(std::size_t{32} * 255, 0xAA);
     DisplayList list;
     list.DefineFillPattern({1, 255, 255, {bits.data(), bits.size()}});
     list.AppendFillStyle(3, 1);

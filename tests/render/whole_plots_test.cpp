@@ -53,7 +53,7 @@ TEST_F(WholePlots, AsPdf) {
         return text;
     };
     EXPECT_EQ(Sums(objects),
-              "chance d45865f0\nchance-pictures 180bab59\nsheet d13d3f0c\nturned 8b7bd76e\n");
+              "chance bdc44d8f\nchance-pictures 7399fc9f\nsheet be0b81d9\nturned e62e11f0\n");
 }
 
 TEST_F(WholePlots, ForTheViewer) {

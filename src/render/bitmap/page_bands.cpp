@@ -103,6 +103,7 @@ class BandDrawer {
         PaintSettings settings;
         settings.toDots = raster_.ToDots();
         settings.dotsPerUnit = raster_.dotsPerUnit;
+        settings.hairline = raster_.hairline;
         settings.smooth = options_.smooth;
         settings.whiteIsClear = page_.whiteIsClear;
         const Background& background = options_.background;

@@ -13,7 +13,7 @@ namespace qm::bitmap {
 
 namespace {
 
-constexpr double kHairline = 0.5;              // half the width of the thinnest line, in dots
+constexpr double kThinnest = 0.5;              // half the width of the thinnest line, in dots
 constexpr unsigned kCheckpointInterval = 256;  // primitives
 constexpr std::size_t kPiece = 16;             // lines that are rejected together
 // How far the corners of a polygon may lie beside the arc it stands for, in dots.
@@ -98,7 +98,9 @@ const PagePainter::Look& PagePainter::LookOf(const DrawingStyle& style) {
     if (!lookIsOld_) return look_;
     lookIsOld_ = false;
     Look look;
-    look.shape.halfWidth = std::max(kHairline, style.lineWidth * settings_.dotsPerUnit / 2.0);
+    const double width =
+        style.lineWidth > 0 ? style.lineWidth * settings_.dotsPerUnit : settings_.hairline;
+    look.shape.halfWidth = std::max(kThinnest, width / 2.0);
     look.shape.cap = CapOf(style.lineAttributes);
     look.shape.join = JoinOf(style.lineAttributes);
     look.end = EndOf(look.shape.cap);
@@ -141,7 +143,8 @@ bool PagePainter::Wants(const PartCover& cover) {
     const auto top = static_cast<double>(cover.maxY);
     const auto [least, most] = std::minmax(
         {ToDots(low, bottom).y, ToDots(low, top).y, ToDots(high, bottom).y, ToDots(high, top).y});
-    const double halfWidth = std::max(kHairline, cover.widestLine * settings_.dotsPerUnit / 2.0);
+    const double widest = std::max(settings_.hairline, cover.widestLine * settings_.dotsPerUnit);
+    const double halfWidth = std::max(kThinnest, widest / 2.0);
     const double reach = halfWidth * kMitreReach + 2.0;
     return most + reach >= band_.Top() && least - reach <= band_.Bottom();
 }

@@ -22,6 +22,7 @@ namespace qm::bitmap {
 struct PaintSettings {
     Matrix toDots;                              // from the drawing to the page's dots
     double dotsPerUnit = 1.0;                   // what its scale is
+    double hairline = 1.0;                      // width of pens of width 0 in dots
     bool smooth = true;                         // else a dot is drawn when its centre is inside
     bool whiteIsClear = true;                   // white dots of pictures
     std::uint32_t paper = 0xFFFFFF;             // 0x00RRGGBB

@@ -59,6 +59,8 @@ PageRaster RasterOf(const PageSource& page, const PageOptions& options, const ch
     raster.width = std::max(1, TruncateToInt32(width));
     raster.height = std::max(1, TruncateToInt32(height));
     raster.dotsPerUnit = options.dpi / frame.unitsPerInch;
+    raster.hairline =
+        std::max(1.0, options.hairlineMillimetres / kMillimetresPerInch * options.dpi);
     return raster;
 }
 

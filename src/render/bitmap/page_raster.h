@@ -14,6 +14,7 @@ struct PageRaster {
     std::int32_t width = 0;  // dots, at least 1
     std::int32_t height = 0;
     double dotsPerUnit = 1.0;
+    double hairline = 1.0;  // width of pens of width 0 in dots, at least 1
 
     // From the drawing to the raster's dots, y down.
     Matrix ToDots() const;

@@ -66,6 +66,7 @@ class Meter final : public DisplayListVisitor {
   public:
     Meter(const PageRaster& raster, double bytes, DisplayList* list)
         : scale_(raster.dotsPerUnit),
+          hairline_(raster.hairline),
           bands_(std::max(1.0, kBytesPerDot * raster.width * raster.height / kBandBytes)),
           units_(kUnits + kUnitsPerDot * raster.width * raster.height +
                  kUnitsPerByteAndDot * bytes * (double{1} * raster.width + raster.height)),
@@ -161,7 +162,7 @@ class Meter final : public DisplayListVisitor {
     double LineUnits(const DrawingStyle& style, double length, std::size_t points,
                      double corners = 0.0) const {
         const double dots = length * scale_;
-        const double width = style.lineWidth * scale_;
+        const double width = style.lineWidth > 0 ? style.lineWidth * scale_ : hairline_;
         double units = kPoint * static_cast<double>(points);
         if (width <= 2.0) {
             units += kThinDot * dots;
@@ -189,7 +190,8 @@ class Meter final : public DisplayListVisitor {
         double period = 0.0;
         for (const double part : pattern) period += part;
         if (pattern.empty() || period <= 0.0) return true;
-        const double width = std::max(1.0, style.lineWidth * scale_);
+        const double width =
+            std::max(1.0, style.lineWidth > 0 ? style.lineWidth * scale_ : hairline_);
         const double count = length / period * static_cast<double>(pattern.size()) / 2.0;
         const double units = kDash + width * width;
         const double dashes = count * units / kDash;
@@ -261,7 +263,8 @@ class Meter final : public DisplayListVisitor {
         }
     }
 
-    double scale_;  // dots of a unit
+    double scale_;     // dots of a unit
+    double hairline_;  // dots
     double bands_;
     double units_;
     double dashes_;

@@ -11,6 +11,7 @@
 #include "host/page_summary.h"
 #include "render/bitmap/page_bands.h"
 #include "render/bitmap/page_raster.h"
+#include "render/document_info.h"
 #include "render/page_writers.h"
 
 namespace qm::bitmap {
@@ -338,6 +339,12 @@ void WritePng(const PageSource& page, const PageOptions& options, OutputSink& si
     header.width = raster.width;
     header.height = raster.height;
     header.dotsPerInch = drawing.dpi;
+    const std::string title = TitleOf(options.title, page.name);
+    if (!title.empty()) header.texts.emplace_back("Title", title);
+    header.texts.emplace_back("Software", kCreator);
+    if (const auto date = SourceDate()) {
+        header.texts.emplace_back("Creation Time", DateText(*date));
+    }
     if (options.background.kind == Background::Kind::kNone) {
         return WriteClearPage(page, drawing, raster, header, sink);
     }

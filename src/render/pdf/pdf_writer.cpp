@@ -21,7 +21,6 @@ using pdf::Real;
 using pdf::Reference;
 
 constexpr double kPoints = 72.0;
-constexpr double kHairlinePoints = 0.25;
 // A page has at most 200 inches of its own unit, and that is at most so many points.
 constexpr double kMaxSide = 14400.0;
 constexpr double kMaxUserUnit = 75000.0;
@@ -55,7 +54,7 @@ Sheet SheetOf(const PageSource& page, const PageOptions& options) {
     // A page's y runs up, a sheet's down.
     sheet.place.toPage = {m.a * scale,  -m.b * scale, m.c * scale,
                           -m.d * scale, m.e * scale,  sheet.height - m.f * scale};
-    sheet.place.hairline = kHairlinePoints / pointsPerUnit;
+    sheet.place.hairline = options.hairlineMillimetres / kMillimetresPerInch * frame.unitsPerInch;
     if (std::abs(extent.minX) > kFar || std::abs(extent.minY) > kFar) {
         sheet.place.origin = {RoundToInt32(extent.minX), RoundToInt32(extent.minY)};
     }

@@ -25,6 +25,7 @@ inline PageOptions DotForDot() {
     PageOptions options;
     options.dpi = 1016.0;
     options.marginMillimetres = 0.0;
+    options.hairlineMillimetres = 0.0;
     return options;
 }
 

@@ -143,6 +143,24 @@ TEST(PngPage, TellsHowMuchShowsThroughIt) {
     EXPECT_EQ(PngDots(coloured.text).At(1, 0), 0x807F00U);
 }
 
+// Pens of width 0 are as wide as a dot at 150 dots per inch, and no thinner than one.
+TEST(PngPage, HairlinesHaveAWidth) {
+    DisplayList list;
+    list.AppendLine({0, 0}, {10160, 0});
+    const std::pair<double, int> rows[] = {{50.0, 1}, {150.0, 1}, {300.0, 2}, {600.0, 4}};
+    for (const auto& [dpi, width] : rows) {
+        PageOptions options;
+        options.dpi = dpi;
+        options.smooth = false;
+        MemorySink sink;
+        WritePng(SourceOf(list), options, sink);
+        const PngDots image(sink.text);
+        int black = 0;
+        for (int y = 0; y < image.Height(); ++y) black += image.At(image.Width() / 2, y) == 0;
+        EXPECT_EQ(black, width) << dpi;
+    }
+}
+
 TEST(PngPage, SaysWhatFitsWhenTooLarge) {
     DisplayList list;
     list.AppendLine({0, 0}, {1016 * 600, 0});
