@@ -108,6 +108,15 @@ TEST_F(ArchiveTest, WrongArgumentsAreRefused) {
     EXPECT_EQ(close_(other), 1);
 }
 
+TEST_F(ArchiveTest, AThousandAreOpenAtOnce) {
+    MakeZip(folder_ / "a.zip", {{"plan.prn", "IN;"}});
+    std::vector<Handle> open;
+    for (Handle next = Open(folder_ / "a.zip"); next != kNoArchive; next = Open(folder_ / "a.zip"))
+        open.push_back(next);
+    EXPECT_EQ(open.size(), 1000U);
+    for (const Handle archive : open) EXPECT_EQ(close_(archive), 1);
+}
+
 TEST_F(ArchiveTest, ExtractionStopsAtTheLimit) {
     MakeZip(folder_ / "a.zip", {{"plan.prn", std::string(1000000, ';')}});
     const ZipArchive sound((folder_ / "a.zip").wstring());

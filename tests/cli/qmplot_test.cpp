@@ -173,16 +173,6 @@ TEST_F(QmplotTest, OnePageIsThePageAskedFor) {
     EXPECT_EQ(Get("b.svg"), Get("a-2.svg"));
 }
 
-TEST_F(QmplotTest, FailedConversionsOfManyLeaveTheOthers) {
-    EXPECT_EQ(Run("convert -o out letter.txt a.plt").status, 1);
-    EXPECT_EQ(Run("convert -o out none.plt letter.txt").status, 2);
-    const Result result = Run("convert -o out letter.txt a.plt none.plt");
-    EXPECT_EQ(result.status, 2);
-    EXPECT_NE(result.err.find("letter.txt: not a plot file"), std::string::npos) << result.err;
-    EXPECT_NE(result.err.find("none.plt: cannot be read"), std::string::npos) << result.err;
-    EXPECT_EQ(NewNames(), (std::set<std::string>{"out", "out/a.svg"}));
-}
-
 // Page 1 of "pages" and the only page of "pages-1" want the same name.
 TEST_F(QmplotTest, PagesDoNotReplaceThoseOfAnotherFile) {
     Put("pages-1.plt", kPlot);

@@ -148,8 +148,8 @@ const Transcript kTranscripts[] = {
      "qmplot: none.plt: cannot be read: No such file or directory\npages.plt: HPGL/2, 3 pages\nempty.plt: HPGL/2, 0 pages\n[2]\n"},
     {"InfoNumbersPagesAsPageDoes", "printf 'IN;SP1;PD9,9;PG;IW0,0,1,1;PU5,5;PD6,6;PG;IW;PU0,0;PD508,0;' >g; q info g | grep Page; q convert --page 2 g g.svg",
      "  Page 1: 0.2 x 0.2 mm, lower left at 0.0, 0.0\n  Page 2 (\"Page 3\"): 12.7 x 0.0 mm, lower left at 0.0, 0.0\n[0]\n"},
-    {"InfoTellsColoursAndTexts", "printf 'IN;IN;IN;SP1;PC1,255,0,0;PD9,9;PC1,0,0,255;PU;LBPl\\374n\\233\"\\003' >c; q info --texts c | tail -n 3",
-     "    pen   1  #ff0000 #0000ff        50 drawn  layer \"Layer no.: 1\"\n    text \"Pl\303\274n\\x9B\\\"\" at 0.5, -0.0\n[0]\n"},
+    {"InfoTellsColoursAndTexts", "printf 'IN;IN;IN;SP1;PC1,255,0,0;PD9,9;PC1,0,0,255;PU;LBPl\\374n\\233\"\\003LB \\003' >c; q info --texts c | tail -n 4",
+     "    pen   1  #ff0000 #0000ff        51 drawn  layer \"Layer no.: 1\"\n    text \"Pl\303\274n\\x9B\\\"\" at 0.5, -0.0\n    text \" \"\n[0]\n"},
     {"OnlyWhite", "printf 'IN;SP0;PD9,9;PU;PU;PU;' >w; q info w | grep white; q convert w w.pdf; q convert w w.hp; q convert --pen 0=black w w.pdf",
      "    everything on page 1 is white; --pen 0=black shows it\nqmplot: w: everything on page 1 is white; --pen 0=black shows it\n[0]\n"
      "qmplot: w: everything on page 1 is white\n[0]\n[0]\n"},
@@ -204,6 +204,7 @@ const Transcript kTranscripts[] = {
      "Title|||||plän.plt, Page 1\nSoftware|qmplot\nTime|2000-02-29T12:00:00Z\n0\n"},
 
     // Pages and formats.
+    {"TitleIsTheNameAlone", "mkdir d; cp a.plt d; q convert -q d/a.plt a.html; grep -o '<title>.*</title>' a.html", "[0]\n<title>a.plt</title>\n"},
     {"PagesOfAList", "q convert --page 1,3- pages.plt p.svg; q convert --page 2,2-3 pages.plt q.pdf; ls p*.svg q*; q convert --page 2-3 pages.plt r.plt; q info r.plt | grep -c Page",
      "[0]\n[0]\np-1.svg\np-3.svg\nq.pdf\n[0]\n2\n"},
     {"NoSuchPages", "q convert --page 2-4 pages.plt p.svg; q convert --page 3-2 pages.plt p.svg",

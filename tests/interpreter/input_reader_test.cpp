@@ -108,7 +108,8 @@ TEST(InputReader, FramingRecordsAreRemoved) {
         {"record", "AB" + record + "CD" + tail, "ABCD"},
         {"record and 0x01", "AB" + record + "\x01" + "CD" + tail, "ABCD"},
         {"other bytes behind 0xCD", "A\xCD\xCA\x10\x03" + tail, "A\xCD\xCA\x10"},
-        {"too close to the end of the block", "AB" + record + "C", "AB\xCD\xCA"},
+        {"too close to the end of the block", "AB" + record + "CD", "AB\xCD\xCA"},
+        {"just not too close", "AB" + record + "CDE", "ABCD"},
         {"behind a skipped line end", "A\n" + record + tail, "A\xCD\xCA\x10"},
     };
     for (const auto& row : rows) {

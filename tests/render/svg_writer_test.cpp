@@ -12,9 +12,11 @@ namespace {
 
 using namespace qm;
 
-std::string Svg(const DisplayList& list, double rotation = 0.0, double margin = 0.0) {
+std::string Svg(const DisplayList& list, double rotation = 0.0, double margin = 0.0,
+                const std::vector<PageLayer>* layers = nullptr) {
     PageSource page;
     page.drawing = &list;
+    page.layers = layers;
     page.rotation = rotation;
     PageOptions options;
     options.marginMillimetres = margin;
@@ -180,6 +182,20 @@ TEST(SvgPage, ClipsNestInsideTheirLayers) {
     EXPECT_EQ(Count(svg, "<clipPath id=\"clip1\"><path d=\"M0 0h100l-50 80z\"/></clipPath>"), 1U);
     EXPECT_EQ(Count(svg, "<g clip-path=\"url(#clip1)\">"), 2U);
     EXPECT_EQ(Count(svg, "<g "), Count(svg, "</g>"));
+}
+
+TEST(SvgPage, HidesLayersThatAreOff) {
+    const std::vector<PageLayer> layers{{0, L"walls", 0, false}, {1, L"doors", 0, true}};
+    DisplayList list;
+    list.AppendValue(RecordKind::kLineWidth, -5);
+    for (const std::int32_t layer : {0, 1}) {
+        list.AppendValue(RecordKind::kLayer, layer);
+        list.AppendLine({0, 0}, {5, 5});
+    }
+    const std::string svg = Svg(list, 0.0, 0.0, &layers);
+    EXPECT_EQ(Count(svg, "inkscape:label=\"walls\" style=\"display:none\""), 1U) << svg;
+    EXPECT_EQ(Count(svg, "display:none"), 1U);
+    EXPECT_EQ(Count(svg, "stroke-width=\"0\""), 2U);
 }
 
 TEST(SvgPage, PatternsStandInFrontOfTheirDiscs) {

@@ -62,6 +62,14 @@ const EncodedRow kEncoded[] = {
     {"a new attribute that changes nothing",
      [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendValue(RecordKind::kPen, 3);
          list.AppendLine({0, 0}, {1, 1}); }, "0D0D 00020102 00020102 "},
+    {"a pattern that changes under its number",
+     [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendFillStyle(3, 7);
+         for (const std::uint8_t row : {0x80, 0x40}) {
+             const std::uint8_t bits[] = {row, 0};
+             list.DefineFillPattern({7, 1, 1, {bits, 2}}); list.AppendRectangle({{0, 0}, {1, 1}}, true); } },
+     "0D080101000100000000000000000000000100020104"
+     "080101000200000000000000000000000200020104 "
+     "00020102000100020001 00020100020001000200 80004000"},
     {"a pen that draws nothing",
      [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendValue(RecordKind::kDrawMode, 11);
          list.AppendLine({5, 5}, {6, 6}); }, "0D000100000000000000000000040000 0002 0002 "},

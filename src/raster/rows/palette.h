@@ -2,7 +2,7 @@
 // itself, and the colours that the commands put there by default.
 //
 // Filled by the raster loop, handed to the picture when it is finished. Tests:
-// tests/raster/raster_mode_test.cpp.
+// tests/raster/raster_pictures_test.cpp.
 #pragma once
 
 #include <array>

@@ -3,7 +3,7 @@
 //
 // Both read the block piece by piece, so a block of any claimed size needs memory for one row only,
 // and both consume exactly the counted bytes unless the input ends first. Tests:
-// tests/raster/raster_mode_test.cpp.
+// tests/raster/raster_pictures_test.cpp.
 #pragma once
 
 #include <cstddef>

@@ -77,6 +77,13 @@ const DotCase kDots[] = {
     {"bevelled join", [](auto& l) { Corner(l, 0x1200); }, 86, 13, 0xFFFFFF},
     {"round join reaches further", [](auto& l) { Corner(l, 0); }, 86, 14, 0x000000},
     {"mitred join", [](auto& l) { Corner(l, 0x2200); }, 89, 10, 0x000000},
+    {"round join of a hairpin",
+     [](auto& l) {
+         Line(l, 20, 0x200, {0, 0}, {0, 0});
+         const PointI points[] = {{20, 50}, {80, 50}, {30, 50}};
+         l.AppendPolygon({points, 3}, false);
+     },
+     87, 50, 0x000000},
     {"dash",
      [](auto& l) {
          Dashes(l, 10, 20);

@@ -42,6 +42,17 @@ TEST(TextLayer, ReadsFromTopToBottom) {
     EXPECT_NE(Texts(list, 180.0).find("(lower)Tj\nET\nBT\n40 0 0 50 500"), std::string::npos);
 }
 
+TEST(TextLayer, TheTallestTextMakesTheLine) {
+    DisplayList list;
+    list.AppendLine({0, 0}, {900, 900});
+    list.AppendText({{500, 300}, {600, 310}}, "third");
+    list.AppendText({{300, 280}, {400, 309}}, "second");
+    list.AppendText({{0, 275}, {100, 290}}, "first");
+    const std::string texts = Texts(list);
+    EXPECT_LT(texts.find("(first)"), texts.find("(second)")) << texts;
+    EXPECT_LT(texts.find("(second)"), texts.find("(third)")) << texts;
+}
+
 TEST(TextLayer, RunsAsItsLettersDo) {
     DisplayList list;
     AppendLetter(list, 100, 0);
