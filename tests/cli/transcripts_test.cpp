@@ -75,7 +75,7 @@ const Transcript kTranscripts[] = {
      "out/a.svg\nout/f/a-1.svg\nout/f/a-2.svg\nout/f/a-3.svg\n"},
     {"ListWithZeros", "cp a.plt 'x\ny.plt'; printf 'a.plt\\0x\ny.plt' | q convert -o out -0 --files-from -; ls -b out",
      "qmplot: 2 converted, 0 failed, 0 skipped\n[0]\na.svg\nx\\ny.svg\n"},
-    {"DoneIsSkipped", "q convert -q -o out a.plt pages.plt; sleep 0.02; touch a.plt; rm out/pages-2.svg; "
+    {"DoneIsSkipped", "q convert -q -o out a.plt pages.plt; sleep 0.02; touch a.plt; sleep 0.02; rm out/pages-2.svg; "
      "q convert -v --skip-done -o out a.plt pages.plt; rm out/pages-1.svg; q convert --skip-done -o out a.plt pages.plt",
      "[0]\nqmplot: a.plt: 1 page, 893 bytes, out/a.svg\nqmplot: skipped: pages.plt: done already\n"
      "qmplot: 1 converted, 0 failed, 1 skipped\n[0]\nqmplot: 1 converted, 0 failed, 1 skipped\n[0]\n"},
