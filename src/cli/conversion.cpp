@@ -25,24 +25,18 @@ struct NumberedPage {
     PlotPage page;
 };
 
-bool HoldsOnlyPictures(const PageSummary& summary) {
-    return summary.pictures > 0 && summary.lines + summary.polylines + summary.polygons +
-                                           summary.rectangles + summary.circles + summary.arcs ==
-                                       0;
-}
-
 // Of a page that is written.
-void TellWhatSurprises(const std::string& input, const NumberedPage& page,
-                       const PageSummary& summary, const PageOptions& options,
-                       const OutputFormat& format, const ConversionReports& reports) {
-    if (summary.onlyWhite && options.background.kind != Background::Kind::kColour) {
-        const std::string note = NoteOfWhite(page.number, summary);
+void TellWhatSurprises(const std::string& input, const NumberedPage& page, const PageGist& gist,
+                       const PageOptions& options, const OutputFormat& format,
+                       const ConversionReports& reports) {
+    if (gist.onlyWhite && options.background.kind != Background::Kind::kColour) {
+        const std::string note = NoteOfWhite(page.number, Summarise(page.page.Drawing()));
         // As a plot it stays as it is.
         const bool keepsPens = format.isPlot && !format.holdsPictures;
         reports.note(input + ": " + (keepsPens ? note.substr(0, note.find(';')) : note));
     }
     if (options.paper.width > 0.0 &&
-        FrameOf(SourceOf(page.page), summary.extent, options).cutsDrawing) {
+        FrameOf(SourceOf(page.page), gist.extent, options).cutsDrawing) {
         reports.note(input + ": page " + std::to_string(page.number) +
                      " is larger than the paper, which cuts it; --fit scales it");
     }
@@ -64,14 +58,14 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
     for (std::size_t number = 1; number <= count; ++number) {
         if (!options.pages.Contains(number)) continue;
         const PlotPage page = LookedAt(plot.pages[number - 1], options.write.look);
-        const PageSummary summary = Summarise(page.Drawing());
+        const PageGist gist = GistOf(page.Drawing());
         const std::string name = input + ": page " + std::to_string(number);
-        if (summary.extent.empty) {
+        if (gist.extent.empty) {
             reports.note(name + " shows nothing and is not written");
             continue;
         }
-        if (summary.pictures > 0 && !format.holdsPictures) {
-            const bool onlyPictures = HoldsOnlyPictures(summary);
+        if (gist.hasPictures && !format.holdsPictures) {
+            const bool onlyPictures = !gist.hasOthers;
             reports.note(name + (onlyPictures ? " is pictures alone" : " has pictures") +
                          ", which " + std::string(format.description) + " does not hold" +
                          (onlyPictures ? ", and is not written" : "") +
@@ -80,7 +74,7 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
             if (onlyPictures) continue;
         }
         pages.push_back({number, page});
-        TellWhatSurprises(input, pages.back(), summary, options.write.page, format, reports);
+        TellWhatSurprises(input, pages.back(), gist, options.write.page, format, reports);
     }
     if (pages.empty()) {
         throw ToolError(input + (picturesAlone ? ": holds pictures alone" : ": shows nothing") +

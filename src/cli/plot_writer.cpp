@@ -44,7 +44,7 @@ PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
     return [page, dpi, bits = options.bits](const PlotPage& source) {
         PageSource drawn = SourceOf(source);
         if (auto own = OwnPicture(drawn, dpi, bits)) return PageBitmap{std::move(*own), dpi};
-        const PageFrame frame = FrameOf(drawn, Summarise(*drawn.drawing).extent, page);
+        const PageFrame frame = FrameOf(drawn, GistOf(*drawn.drawing).extent, page);
         if (frame.height > frame.width) drawn.rotation += kTurnOfHighPages;
         return PageBitmap{DrawBitmap(drawn, page, bits), dpi};
     };

@@ -145,7 +145,7 @@ std::vector<Attribute> Page::Attributes() const {
 }
 
 Extent Page::DrawnExtent() const {
-    const qm::Extent extent = qm::Summarise(impl_->page.Drawing()).extent;
+    const qm::Extent extent = qm::GistOf(impl_->page.Drawing()).extent;
     return {extent.minX, extent.minY, extent.maxX, extent.maxY, extent.empty};
 }
 

@@ -334,6 +334,7 @@ void DisplayList::PutPicture(const BoxI& box, std::int32_t rasterOperation, Byte
     std::uint8_t* at = NewContent(RecordKind::kPicture, 0, 7 + WordsFor(kept.size),
                                   kBoxBytes + kMaxNumberBytes + kAddressBytes);
     at = PutBox(at, box);
+    cover_.hasPictures = true;
     at = PutNumber(at, rasterOperation);
     EndRecord(PutAddress(at, kept.data, kept.size));
 }

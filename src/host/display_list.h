@@ -109,6 +109,7 @@ struct PartCover {
     std::int32_t widestLine = 0;  // plotter units
     // Holds fill patterns or clip regions, which later parts need.
     bool hasDefinitions = false;
+    bool hasPictures = false;
 
     void Add(std::int64_t x, std::int64_t y) {
         minX = std::min(minX, x);

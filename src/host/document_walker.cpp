@@ -32,7 +32,7 @@ HRESULT PushAttribute(IQmSaveStructure& node, std::wstring_view name, const Vari
 
 // What the page shows, turned as it is shown.
 Extent ShownExtent(const PlotPage& page, QuarterTurn turn) {
-    const Extent drawn = Summarise(page.Drawing()).extent;
+    const Extent drawn = GistOf(page.Drawing()).extent;
     if (drawn.empty) return drawn;
     Extent shown;
     for (const double x : {drawn.minX, drawn.maxX}) {

@@ -30,6 +30,31 @@ double HalfWidth(const DrawingStyle& style) {
     return style.lineWidth > 0 ? style.lineWidth / 2.0 : 0.0;
 }
 
+bool HasOthers(const PageSummary& summary) {
+    return summary.lines + summary.polylines + summary.polygons + summary.rectangles +
+               summary.circles + summary.arcs >
+           0;
+}
+
+class Glance final : public Summariser {
+  public:
+    bool Wants(const PartCover& cover) override {
+        const PageSummary& seen = Seen();
+        const bool newPictures = cover.hasPictures && seen.pictures == 0;
+        return !FoundColours() || newPictures || !HasOthers(seen) || !Covers(seen.extent, cover);
+    }
+
+  private:
+    static bool Covers(const Extent& extent, const PartCover& cover) {
+        if (cover.IsEmpty()) return true;
+        const double by = std::max(0, cover.widestLine) / 2.0;
+        return !extent.empty && static_cast<double>(cover.minX) - by >= extent.minX &&
+               static_cast<double>(cover.minY) - by >= extent.minY &&
+               static_cast<double>(cover.maxX) + by <= extent.maxX &&
+               static_cast<double>(cover.maxY) + by <= extent.maxY;
+    }
+};
+
 }  // namespace
 
 PageSummary Summariser::Finish() {
@@ -181,6 +206,13 @@ PageSummary Summarise(const DisplayList& list) {
     Summariser visitor;
     Play(list, visitor);
     return visitor.Finish();
+}
+
+PageGist GistOf(const DisplayList& list) {
+    Glance visitor;
+    Play(list, visitor);
+    const PageSummary seen = visitor.Finish();
+    return {seen.extent, seen.onlyWhite, seen.pictures > 0, HasOthers(seen)};
 }
 
 }  // namespace qm

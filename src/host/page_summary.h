@@ -58,6 +58,14 @@ class Summariser : public DisplayListVisitor {
     void ClipRegion(PointSpan) override;
     void StyleChange(const DrawingStyle& style, RecordKind kind) override;
 
+  protected:
+    // What has been seen so far; all but onlyWhite.
+    const PageSummary& Seen() {
+        TakeLines();
+        return summary_;
+    }
+    bool FoundColours() const { return coloured_ != 0; }
+
   private:
     void Count(const DrawingStyle& style, std::uint64_t& counter, std::uint64_t primitives = 1);
     void NoteArea(bool area) { summary_.orderShows = summary_.orderShows || area; }
@@ -78,6 +86,17 @@ class Summariser : public DisplayListVisitor {
 };
 
 PageSummary Summarise(const DisplayList& list);
+
+// What decides whether and where a page is shown.
+struct PageGist {
+    Extent extent;  // as in PageSummary, so is onlyWhite
+    bool onlyWhite = false;
+    bool hasPictures = false;
+    bool hasOthers = false;  // lines, areas and other primitives, texts excepted
+};
+
+// The same as Summarise finds; reads only the parts of the list that can change it, often a few.
+PageGist GistOf(const DisplayList& list);
 
 // The part of an elliptic arc's box that its angles reach, plotter units.
 Extent ArcExtent(const ArcShape& arc);

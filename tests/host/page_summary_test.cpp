@@ -90,4 +90,43 @@ TEST(PageSummary, SurvivesTheLargestCoordinates) {
     EXPECT_EQ(extent.Height(), 4294967295.0 + 1.0);
 }
 
+// Parts behind the first one are read where they can change it.
+TEST(PageSummary, TheGistIsThatOfTheWholeList) {
+    static constexpr std::uint8_t kBitmap[] = {0, 0, 0, 0};
+    constexpr auto kWidth = RecordKind::kLineWidth;
+    // clang-format off
+    const struct {
+        const char* name;
+        void (*append)(DisplayList&);
+    } rows[] = {
+        {"nothing", [](auto&) {}},
+        {"a line beyond", [](auto& l) { l.AppendLine({0, 0}, {-5, 0}); }},
+        {"a wide line", [](auto& l) { l.AppendValue(kWidth, 10); l.AppendLine({1, 1}, {2, 2}); }},
+        {"an arc beyond", [](auto& l) { l.AppendArc({{50, 50}, 50, 50, 0, 360}); }},
+        {"a picture", [](auto& l) { l.AppendPicture({{1, 1}, {2, 2}}, 204, {kBitmap, 4}); }},
+        {"a colour", [](auto& l) { l.AppendColour(RecordKind::kDrawColour, 0); }},
+    };
+    // clang-format on
+    for (const bool white : {false, true}) {
+        for (const auto& row : rows) {
+            DisplayList list;
+            if (white) list.AppendColour(RecordKind::kDrawColour, 0xFFFFFF);
+            if (white) list.AppendColour(RecordKind::kFillColour, 0xFFFFFF);
+            for (int i = 0; i < 20000; ++i) list.AppendRectangle({{0, 0}, {90, 90}}, false);
+            row.append(list);
+            for (int i = 0; i < 9000; ++i) list.AppendCircle({40, 40}, 2, false);
+            list.Finish();
+            const PageSummary whole = Summarise(list);
+            const PageGist gist = GistOf(list);
+            EXPECT_EQ(gist.extent.minX, whole.extent.minX) << row.name;
+            EXPECT_EQ(gist.extent.minY, whole.extent.minY) << row.name;
+            EXPECT_EQ(gist.extent.maxX, whole.extent.maxX) << row.name;
+            EXPECT_EQ(gist.extent.maxY, whole.extent.maxY) << row.name;
+            EXPECT_EQ(gist.onlyWhite, whole.onlyWhite) << row.name;
+            EXPECT_EQ(gist.hasPictures, whole.pictures > 0) << row.name;
+            EXPECT_TRUE(gist.hasOthers) << row.name;
+        }
+    }
+}
+
 }  // namespace

@@ -49,7 +49,7 @@ Matrix PageRaster::ToDots() const {
 PageRaster RasterOf(const PageSource& page, const PageOptions& options, const char* format,
                     double maxDots) {
     PageRaster raster;
-    raster.frame = FrameOf(page, Summarise(*page.drawing).extent, options);
+    raster.frame = FrameOf(page, GistOf(*page.drawing).extent, options);
     const PageFrame& frame = raster.frame;
     const double width = std::ceil(frame.width / frame.unitsPerInch * options.dpi);
     const double height = std::ceil(frame.height / frame.unitsPerInch * options.dpi);

@@ -267,7 +267,7 @@ namespace {
 
 // The resolution at which the longer side has options.sideDots.
 double DpiOfSide(const PageSource& page, const PageOptions& options) {
-    const PageFrame frame = FrameOf(page, Summarise(*page.drawing).extent, options);
+    const PageFrame frame = FrameOf(page, GistOf(*page.drawing).extent, options);
     // A dot is begun for whatever is left over of the division.
     constexpr double kLeftOver = 1e-6;
     return (options.sideDots - kLeftOver) * frame.unitsPerInch /

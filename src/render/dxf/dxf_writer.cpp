@@ -9,7 +9,7 @@
 namespace qm {
 
 void WriteDxf(const PageSource& page, const PageOptions& options, OutputSink& sink) {
-    const dxf::Placement placement(page, Summarise(*page.drawing).extent);
+    const dxf::Placement placement(page, GistOf(*page.drawing).extent);
     dxf::PageTables tables(page, placement);
     dxf::Gather(*page.drawing, tables);
     dxf::GroupCodes out(sink);

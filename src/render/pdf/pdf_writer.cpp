@@ -36,7 +36,7 @@ struct Sheet {
 };
 
 Sheet SheetOf(const PageSource& page, const PageOptions& options) {
-    const Extent extent = Summarise(*page.drawing).extent;
+    const Extent extent = GistOf(*page.drawing).extent;
     Sheet sheet;
     const PageFrame frame = FrameOf(page, extent, options);
     const double pointsPerUnit = kPoints / frame.unitsPerInch;
