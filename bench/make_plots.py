@@ -10,6 +10,7 @@ usage: make_plots.py FOLDER MEGABYTES [KIND...]      # all kinds if none is name
   arcs        arcs, circles, wedges, filled polygons, hatched and patterned rectangles
   mono        an A0 sheet, one bit a dot, PackBits rows: a plan with lettering and half tones
   colour      an A0 sheet, 24 bits a dot, plain rows: soft shades with noise
+  mixed       20 pages, each of one of the kinds above in turn
 
 Megabytes (10^6 bytes, may be a fraction) count the file's text, for the pictures their dots before compression, which sets the
 resolution. Coordinates lie on an A0 sheet, in plotter units of 1/1016 inch.
@@ -200,28 +201,30 @@ def colour_rows(numbers, row_bytes, height):
         yield b"\x1b*b%dW" % row_bytes + texture[start:start + row_bytes]
 
 
-def write_picture(out, kind, megabytes):
+def write_picture(out, kind, megabytes, seed):
     bits = {"mono": 1, "colour": 24}[kind]
     resolution = max(1, int(math.sqrt(megabytes * 8e6 / bits / (INCHES_X * INCHES_Y))))
     width, height, enter = sheet(bits, resolution)
     out.write(b"\x1b%0BIN;SP1;PU0,0;PD100,0;PU0,0;" + enter)
     out.write(b"\x1b*b2M" if bits == 1 else b"\x1b*b0M")
     rows = mono_rows if bits == 1 else colour_rows
-    for row in rows(Numbers(kind), width * bits // 8, height):
+    for row in rows(Numbers(seed), width * bits // 8, height):
         out.write(row)
     out.write(b"\x1b*rC\x1b%0BPG;")
 
 
 # --- Files ------------------------------------------------------------------------------------------------------
 
+PAGES = 20  # of a mixed plot
 TEXTS = {"vectors": vectors, "vertices": vertices, "encoded": encoded, "labels": labels, "arcs": arcs}
 PICTURES = ("mono", "colour")
+KINDS = (*TEXTS, *PICTURES, "mixed")
 
 
-def write_text(out, kind, megabytes):
+def write_text(out, kind, megabytes, seed):
     left = megabytes * 1e6
     block = ["IN;SP1;PU0,0;PD%d,0,%d,%d;PU;\n" % (SHEET_X, SHEET_X, SHEET_Y)]
-    for element in TEXTS[kind](Numbers(kind)):
+    for element in TEXTS[kind](Numbers(seed)):
         block.append(element)
         left -= len(element)
         if len(block) >= BLOCK or left <= 0:
@@ -232,16 +235,26 @@ def write_text(out, kind, megabytes):
     out.write(b"SP0;PG;\n")
 
 
+def write(out, kind, megabytes, seed):
+    if kind == "mixed":
+        for page in range(PAGES):
+            write(out, KINDS[page % (len(KINDS) - 1)], megabytes / PAGES, "page %d" % page)
+    elif kind in TEXTS:
+        write_text(out, kind, megabytes, seed)
+    else:
+        write_picture(out, kind, megabytes, seed)
+
+
 def main(arguments):
-    kinds = arguments[2:] or [*TEXTS, *PICTURES]
-    if len(arguments) < 2 or not all(kind in TEXTS or kind in PICTURES for kind in kinds):
+    kinds = arguments[2:] or KINDS
+    if len(arguments) < 2 or not all(kind in KINDS for kind in kinds):
         sys.exit(__doc__)
     folder, megabytes = pathlib.Path(arguments[0]), float(arguments[1])
     folder.mkdir(parents=True, exist_ok=True)
     for kind in kinds:
         path = folder / ("%s-%s.plt" % (kind, arguments[1]))
         with open(path, "wb") as out:
-            (write_text if kind in TEXTS else write_picture)(out, kind, megabytes)
+            write(out, kind, megabytes, kind)
 
 
 if __name__ == "__main__":
