@@ -53,7 +53,7 @@ TEST_F(WholePlots, AsPdf) {
         return text;
     };
     EXPECT_EQ(Sums(objects),
-              "chance bdc44d8f\nchance-pictures 7399fc9f\nsheet be0b81d9\nturned e62e11f0\n");
+              "chance 6e3ecaad\nchance-pictures 7399fc9f\nsheet be0b81d9\nturned e62e11f0\n");
 }
 
 TEST_F(WholePlots, ForTheViewer) {

@@ -1,7 +1,8 @@
 #include "render/pdf/content_stream.h"
 
-#include <algorithm>
 #include <cmath>
+
+#include "common/numbers.h"
 
 namespace qm::pdf {
 
@@ -9,7 +10,8 @@ namespace {
 
 std::int64_t Nearest(double number) {
     constexpr double kLimit = 1e13;
-    return number > -kLimit && number < kLimit ? std::llround(number) : 0;
+    if (!(number > -kLimit && number < kLimit)) return 0;
+    return TruncateToInt64(number + std::copysign(0.5, number));
 }
 
 }  // namespace
@@ -21,12 +23,29 @@ ContentStream& ContentStream::Tenths(double number) {
     if (tenths % 10 == 0) return *this << tenths / 10;
     char* at = Room(kNumberBytes);
     if (tenths < 0) *at++ = '-';
-    const std::int64_t size = std::abs(tenths);
-    at = std::to_chars(at, at + kNumberBytes - 4, size / 10).ptr;
+    const std::int64_t size = tenths < 0 ? -tenths : tenths;
+    at = PutDecimal(at, size / 10);
     *at++ = '.';
     *at++ = static_cast<char>('0' + size % 10);
     Used(at);
     return *this;
+}
+
+void ContentStream::Letter(std::int64_t x, std::int64_t y, std::uint32_t number) {
+    constexpr std::string_view kTurn = "1 0 0 1 ";
+    constexpr std::string_view kName = "cm/g";
+    constexpr std::string_view kDraw = " Do\n";
+    const auto put = [](char* to, std::string_view text) {
+        std::memcpy(to, text.data(), text.size());
+        return to + text.size();
+    };
+    char* at = put(Room(3 * kNumberBytes + 16), kTurn);
+    at = PutDecimal(at, x);
+    *at++ = ' ';
+    at = PutDecimal(at, y);
+    *at++ = ' ';
+    at = PutDecimal(put(at, kName), number);
+    used_ = static_cast<std::size_t>(put(at, kDraw) - buffer_.get());
 }
 
 void ContentStream::Flush() {

@@ -3,13 +3,13 @@
 // tests/render/pdf/pdf_writer_test.cpp.
 #pragma once
 
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
 
+#include "render/pdf/decimal.h"
 #include "render/pdf/pdf_file.h"
 
 namespace qm::pdf {
@@ -29,7 +29,7 @@ class ContentStream {
     // A number and a blank.
     ContentStream& operator<<(std::int64_t number) {
         char* const at = Room(kNumberBytes);
-        Used(std::to_chars(at, at + kNumberBytes - 1, number).ptr);
+        Used(PutDecimal(at, number));
         return *this;
     }
     ContentStream& operator<<(std::int32_t number) { return *this << std::int64_t{number}; }
@@ -40,20 +40,22 @@ class ContentStream {
     // "x y l\n", the operator that most of a page consists of.
     void Point(std::int64_t x, std::int64_t y, char command) {
         char* at = Room(2 * kNumberBytes);
-        at = std::to_chars(at, at + kNumberBytes - 2, x).ptr;
+        at = PutDecimal(at, x);
         *at++ = ' ';
-        at = std::to_chars(at, at + kNumberBytes - 2, y).ptr;
+        at = PutDecimal(at, y);
         *at++ = ' ';
         *at++ = command;
         Used(at, '\n');
     }
+    // Moves by (x, y) and draws the form of a letter.
+    void Letter(std::int64_t x, std::int64_t y, std::uint32_t number);
 
     // Writes what is left; the pieces in their order, the page's /Contents.
     const std::vector<ObjectNumber>& Finish();
 
   private:
     static constexpr std::size_t kBytes = std::size_t{1} << 18;
-    static constexpr std::size_t kNumberBytes = 24;
+    static constexpr std::size_t kNumberBytes = kDecimalBytes + 4;
 
     char* Room(std::size_t bytes) {
         if (kBytes - used_ < bytes) Flush();

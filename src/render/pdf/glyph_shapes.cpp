@@ -1,8 +1,9 @@
 #include "render/pdf/glyph_shapes.h"
 
-#include <cstdlib>
-#include <cstring>
+#include <algorithm>
 #include <string>
+
+#include "common/numbers.h"
 
 namespace qm::pdf {
 
@@ -28,51 +29,89 @@ std::uint32_t Pack(std::int64_t x, std::int64_t y) {
 std::int32_t UnpackX(std::uint32_t word) { return static_cast<std::int16_t>(word & 0xFFFF); }
 std::int32_t UnpackY(std::uint32_t word) { return static_cast<std::int16_t>(word >> 16); }
 
-std::uint32_t HashOf(const std::vector<std::uint32_t>& key) {
-    std::uint64_t hash = 0x9E3779B97F4A7C15U;
-    for (const std::uint32_t word : key) {
-        hash = (hash ^ word) * 0xD6E8FEB86659FD93U;
-        hash ^= hash >> 32;
+std::uint64_t Mix(std::uint64_t hash, std::uint32_t word) {
+    hash = (hash ^ word) * 0xD6E8FEB86659FD93U;
+    return hash ^ hash >> 32;
+}
+
+// Of how `to` lies from `from`; distances wrap.
+std::uint32_t DistanceWord(PointI from, PointI to) {
+    return Pack(WrapSubtract(to.x, from.x), WrapSubtract(to.y, from.y));
+}
+
+std::size_t WordsOf(GlyphShapes::Strokes strokes) {
+    std::size_t words = strokes.count;
+    for (std::size_t i = 0; i < strokes.count; ++i) words += strokes.chains[i].points.count;
+    return words;
+}
+
+// All distances from the first point fit.
+bool IsSmall(GlyphShapes::Strokes strokes) {
+    BoxI all = strokes.chains[0].box;
+    for (std::size_t i = 1; i < strokes.count; ++i) {
+        const BoxI& box = strokes.chains[i].box;
+        all = {{std::min(all.a.x, box.a.x), std::min(all.a.y, box.a.y)},
+               {std::max(all.b.x, box.b.x), std::max(all.b.y, box.b.y)}};
     }
-    return static_cast<std::uint32_t>(hash);
+    return std::int64_t{all.b.x} - all.a.x <= kReach && std::int64_t{all.b.y} - all.a.y <= kReach;
 }
 
 }  // namespace
 
-bool GlyphShapes::MakeKey(Strokes strokes) {
-    key_.clear();
-    const PointI first = strokes.chains[0][0];
+// A few points are enough to tell most letters apart.
+GlyphShapes::Chain GlyphShapes::ChainOf(PointSpan points) {
+    PointI low = points[0];
+    PointI high = points[0];
+    for (const PointI p : points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    std::uint64_t hash = Mix(0x9E3779B97F4A7C15U, static_cast<std::uint32_t>(points.count));
+    const std::size_t last = points.count - 1;
+    for (const PointI p : {low, high, points[last], points[last / 2], points[last / 4]}) {
+        hash = Mix(hash, DistanceWord(points[0], p));
+    }
+    return {points, {low, high}, hash};
+}
+
+bool GlyphShapes::Matches(const Shape& shape, Strokes strokes) const {
+    const PointI first = strokes.chains[0].points[0];
+    const std::uint32_t* word = &words_[shape.first];
     for (std::size_t i = 0; i < strokes.count; ++i) {
-        const PointSpan chain = strokes.chains[i];
-        if (key_.size() + chain.count > kMaxPoints) return false;
-        key_.push_back(static_cast<std::uint32_t>(chain.count));
+        const PointSpan chain = strokes.chains[i].points;
+        if (*word++ != chain.count) return false;
         for (const PointI point : chain) {
-            const std::int64_t x = std::int64_t{point.x} - first.x;
-            const std::int64_t y = std::int64_t{point.y} - first.y;
-            if (std::abs(x) > kReach || std::abs(y) > kReach) return false;
-            key_.push_back(Pack(x, y));
+            if (*word++ != DistanceWord(first, point)) return false;
         }
     }
     return true;
 }
 
-GlyphShapes::Shape* GlyphShapes::FindOrAdd() {
+GlyphShapes::Shape* GlyphShapes::FindOrAdd(Strokes strokes) {
     if (slots_.empty()) slots_.resize(kSlots);
-    const std::uint32_t hash = HashOf(key_);
+    const PointI first = strokes.chains[0].points[0];
+    std::uint64_t mixed = 0;
+    for (std::size_t i = 0; i < strokes.count; ++i) {
+        const Chain& chain = strokes.chains[i];
+        mixed = Mix(mixed ^ chain.hash, DistanceWord(first, chain.points[0]));
+    }
+    const auto hash = static_cast<std::uint32_t>(mixed);
+    const std::size_t words = WordsOf(strokes);
     std::size_t slot = hash % kSlots;
     for (; slots_[slot] != 0; slot = (slot + 1) % kSlots) {
         Shape& shape = shapes_[slots_[slot] - 1];
-        if (shape.hash == hash && shape.count == key_.size() &&
-            std::memcmp(&words_[shape.first], key_.data(), key_.size() * sizeof(key_[0])) == 0) {
-            return &shape;
-        }
+        if (shape.hash == hash && shape.count == words && Matches(shape, strokes)) return &shape;
     }
-    if (shapes_.size() >= kMaxShapes || words_.size() + key_.size() > kMaxWords) return nullptr;
+    if (shapes_.size() >= kMaxShapes || words_.size() + words > kMaxWords) return nullptr;
     Shape shape;
     shape.hash = hash;
     shape.first = static_cast<std::uint32_t>(words_.size());
-    shape.count = static_cast<std::uint32_t>(key_.size());
-    words_.insert(words_.end(), key_.begin(), key_.end());
+    shape.count = static_cast<std::uint32_t>(words);
+    for (std::size_t i = 0; i < strokes.count; ++i) {
+        const PointSpan chain = strokes.chains[i].points;
+        words_.push_back(static_cast<std::uint32_t>(chain.count));
+        for (const PointI point : chain) words_.push_back(DistanceWord(first, point));
+    }
     shapes_.push_back(shape);
     slots_[slot] = static_cast<std::uint32_t>(shapes_.size());
     return &shapes_.back();
@@ -95,8 +134,8 @@ void GlyphShapes::WriteForm(Shape& shape) {
 }
 
 GlyphShapes::Form GlyphShapes::Use(Strokes strokes) {
-    if (!MakeKey(strokes)) return {};
-    Shape* const shape = FindOrAdd();
+    if (WordsOf(strokes) > kMaxPoints || !IsSmall(strokes)) return {};
+    Shape* const shape = FindOrAdd(strokes);
     if (shape == nullptr || (shape->form == 0 && ++shape->uses <= kUsesBeforeForm)) return {};
     if (shape->form == 0) WriteForm(*shape);
     const auto number = static_cast<std::uint32_t>(shape - shapes_.data()) + 1;

@@ -18,10 +18,17 @@ class GlyphShapes {
   public:
     explicit GlyphShapes(PdfFile& file) : file_(file) {}
 
-    // A letter: `count` polylines, open unless they end where they begin.
+    // A polyline of a letter, open unless it ends where it begins, and what letters are looked up
+    // by.
+    struct Chain {
+        PointSpan points;  // at least one
+        BoxI box;
+        std::uint64_t hash = 0;  // of the shape
+    };
+    static Chain ChainOf(PointSpan points);
     struct Strokes {
-        const PointSpan* chains = nullptr;
-        std::size_t count = 0;
+        const Chain* chains = nullptr;
+        std::size_t count = 0;  // at least one
     };
     struct Form {
         ObjectNumber object = 0;        // 0: draw the strokes themselves
@@ -33,7 +40,7 @@ class GlyphShapes {
     // shape comes often enough. The number of shapes is bounded, so are their points.
     Form Use(Strokes strokes);
 
-    // More points are not taken.
+    // Letters of more points and chains are not taken.
     static constexpr std::size_t kMaxPoints = 100;
 
   private:
@@ -46,14 +53,12 @@ class GlyphShapes {
         ObjectNumber form = 0;
     };
 
-    // Fills key_: for each chain its points' number, then their distances from the first point of
-    // all. False: too large.
-    bool MakeKey(Strokes strokes);
-    Shape* FindOrAdd();
+    bool Matches(const Shape& shape, Strokes strokes) const;
+    Shape* FindOrAdd(Strokes strokes);
     void WriteForm(Shape& shape);
 
     PdfFile& file_;
-    std::vector<std::uint32_t> key_;
+    // For each chain its points' number, then their distances from the first point of the letter.
     std::vector<std::uint32_t> words_;
     std::vector<Shape> shapes_;
     std::vector<std::uint32_t> slots_;  // shape + 1, by hash; 0 empty

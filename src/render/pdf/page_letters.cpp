@@ -16,54 +16,58 @@ struct Stretch {
     std::int32_t low = INT32_MAX;
     std::int32_t high = INT32_MIN;
 
-    void Add(std::int32_t at) {
-        low = std::min(low, at);
-        high = std::max(high, at);
+    void Add(const Stretch& other) {
+        low = std::min(low, other.low);
+        high = std::max(high, other.high);
     }
     bool Meets(const Stretch& other) const { return low <= other.high && other.low <= high; }
 };
 
-Stretch StretchOf(PointSpan points, bool upright) {
-    Stretch stretch;
-    for (const PointI point : points) stretch.Add(upright ? point.x : point.y);
-    return stretch;
+Stretch StretchOf(const BoxI& box, bool upright) {
+    return upright ? Stretch{box.a.x, box.b.x} : Stretch{box.a.y, box.b.y};
 }
 
-bool Inside(const BoxI& box, PointSpan points) {
-    return std::all_of(points.begin(), points.end(), [&](PointI p) {
-        return p.x >= box.a.x && p.x <= box.b.x && p.y >= box.a.y && p.y <= box.b.y;
-    });
+bool Holds(const BoxI& box, const BoxI& inner) {
+    return inner.a.x >= box.a.x && inner.b.x <= box.b.x && inner.a.y >= box.a.y &&
+           inner.b.y <= box.b.y;
 }
 
 }  // namespace
 
-std::size_t PagePainter::FirstStrokeOf(const BoxI& box) const {
-    std::size_t first = held_.size();
-    while (first > 0 && Inside(box, held_[first - 1])) --first;
-    return first;
+void PagePainter::TakeStrokesOf(const BoxI& box) {
+    strokes_.clear();
+    while (strokes_.size() < held_.size()) {
+        const PointSpan points = held_[held_.size() - 1 - strokes_.size()];
+        if (points.count > kMaxSegments) break;
+        const GlyphShapes::Chain chain = GlyphShapes::ChainOf(points);
+        if (!Holds(box, chain.box)) break;
+        strokes_.push_back(chain);
+    }
+    std::reverse(strokes_.begin(), strokes_.end());
+    held_.resize(held_.size() - strokes_.size());
 }
 
 // Strokes that lie above each other belong to one letter: not always so, but what is taken for a
 // letter only decides what is written by reference.
-bool PagePainter::DrawLetters(std::size_t first, bool upright) {
-    Stretch letter;
+bool PagePainter::DrawLetters(bool upright) {
+    Stretch letter = StretchOf(strokes_[0].box, upright);
     Stretch firstLetter;
-    std::size_t begin = first;
-    for (std::size_t i = first; i <= held_.size(); ++i) {
-        Stretch next;
-        if (i < held_.size()) next = StretchOf(held_[i], upright);
-        if (i > begin && !letter.Meets(next)) {
-            if (begin == first) firstLetter = letter;
-            DrawLetter({&held_[begin], i - begin});
-            begin = i;
-            if (i < held_.size()) letter = next;
-        } else if (i < held_.size()) {
-            letter.Add(next.low);
-            letter.Add(next.high);
+    std::size_t begin = 0;
+    for (std::size_t i = 1; i <= strokes_.size(); ++i) {
+        const bool ends = i == strokes_.size();
+        const Stretch next = ends ? Stretch() : StretchOf(strokes_[i].box, upright);
+        if (!ends && letter.Meets(next)) {
+            letter.Add(next);
+            continue;
         }
+        if (begin == 0) firstLetter = letter;
+        DrawLetter({&strokes_[begin], i - begin});
+        if (ends) break;
+        begin = i;
+        letter = next;
     }
     EndRow();
-    return begin > first && letter.high < firstLetter.low;
+    return begin > 0 && letter.high < firstLetter.low;
 }
 
 void PagePainter::EndRow() {
@@ -75,10 +79,10 @@ void PagePainter::DrawLetter(GlyphShapes::Strokes strokes) {
     const GlyphShapes::Form form = document_.glyphs.Use(strokes);
     if (form.object == 0) {
         EndRow();
-        for (std::size_t i = 0; i < strokes.count; ++i) StrokePolyline(strokes.chains[i]);
+        for (std::size_t i = 0; i < strokes.count; ++i) StrokePolyline(strokes.chains[i].points);
         return;
     }
-    const PointI at = strokes.chains[0][0];
+    const PointI at = strokes.chains[0].points[0];
     if (rowLength_ == 0) {
         EndStroke();
         EnterLayer(style_.layer);
@@ -87,13 +91,11 @@ void PagePainter::DrawLetter(GlyphShapes::Strokes strokes) {
         out_ << "q\n";
         rowAt_ = place_.origin;
     }
-    const std::string name = "g" + std::to_string(form.number);
-    out_ << "1 0 0 1 " << std::int64_t{at.x} - rowAt_.x << std::int64_t{at.y} - rowAt_.y << "cm/"
-         << name << " Do\n";
+    out_.Letter(std::int64_t{at.x} - rowAt_.x, std::int64_t{at.y} - rowAt_.y, form.number);
     rowAt_ = at;
     if (*form.page != number_) {
         *form.page = number_;
-        resources_.Add(PageResources::kXObject, name, form.object);
+        resources_.Add(PageResources::kXObject, "g" + std::to_string(form.number), form.object);
     }
     if (++rowLength_ == kMaxRow) EndRow();
 }
@@ -101,19 +103,18 @@ void PagePainter::DrawLetter(GlyphShapes::Strokes strokes) {
 void PagePainter::Text(const DrawingStyle& style, const BoxI& box, std::string_view text) {
     const TextPlace place = PlaceOfText(box, text);
     if (!place.shown) return;
-    const std::size_t first = FirstStrokeOf(box);
+    TakeStrokesOf(box);
     bool backward = false;
-    if (first < held_.size()) {
+    if (!strokes_.empty()) {
         // Lines without round ends show dots and corners that forms of others do not have; with
         // exclusive or strokes stay apart.
         const bool byReference = plain_ && blend_ != Blend::kDifference;
-        const bool upright = place.toDrawing.a != 0.0;
-        for (std::size_t i = 0; i < first; ++i) StrokePolyline(held_[i]);
+        for (const PointSpan points : held_) StrokePolyline(points);
         Checkpoint();
         if (byReference) {
-            backward = DrawLetters(first, upright);
+            backward = DrawLetters(place.toDrawing.a != 0.0);
         } else {
-            for (std::size_t i = first; i < held_.size(); ++i) StrokePolyline(held_[i]);
+            for (const GlyphShapes::Chain& chain : strokes_) StrokePolyline(chain.points);
         }
         held_.clear();
         heldPoints_.clear();

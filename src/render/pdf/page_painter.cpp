@@ -11,8 +11,6 @@ namespace qm::pdf {
 
 namespace {
 
-// Viewers outline a path as a whole, which takes more than linear time.
-constexpr std::size_t kMaxSegments = 1000;
 constexpr std::size_t kMaxHeld = 4096;
 constexpr std::size_t kMaxHeldPoints = std::size_t{1} << 15;
 

@@ -36,6 +36,9 @@ struct PagePlace {
     double hairline = 1.0;  // plotter units
 };
 
+// Lines and curves of a path. Viewers outline a path as a whole, which takes more than linear time.
+inline constexpr std::size_t kMaxSegments = 1000;
+
 class PagePainter final : public DisplayListVisitor {
   public:
     // `number`: of the page in the document, from 1. All but `place` must outlive the painter.
@@ -87,11 +90,10 @@ class PagePainter final : public DisplayListVisitor {
     // Nothing was drawn where `box` lies, as far as is known without looking closely.
     bool OnBarePaper(const BoxI& box);
 
-    // The strokes of a text: a run of held back lines inside its box.
-    std::size_t FirstStrokeOf(const BoxI& box) const;
-    // Draws the held back lines from `first` on, letters by reference; returns whether they run to
-    // the left or downward.
-    bool DrawLetters(std::size_t first, bool upright);
+    // Moves the strokes of a text, a run of held back lines inside its box, to strokes_.
+    void TakeStrokesOf(const BoxI& box);
+    // Draws strokes_, letters by reference; returns whether they run to the left or downward.
+    bool DrawLetters(bool upright);
     void DrawLetter(GlyphShapes::Strokes strokes);
     // Adds the lines held to the path, in order, and holds none.
     void StrokeHeld();
@@ -123,6 +125,7 @@ class PagePainter final : public DisplayListVisitor {
     // Lines that may turn out to be letters, and their points, whose memory does not move.
     std::vector<PointSpan> held_;
     std::vector<PointI> heldPoints_;
+    std::vector<GlyphShapes::Chain> strokes_;  // of the text at hand
     bool pathOpen_ = false;
     bool pathIsDots_ = false;
     // A row of letters by reference.

@@ -16,10 +16,11 @@ constexpr double kWholeUnitsRadius = 250.0;
 // The exact factor: a cut one would leave a gap in a full turn.
 constexpr double kPi = 3.14159265358979323846;
 
-// Degrees of a Bezier curve whose distance from the arc stays below a quarter of a plotter unit.
+// Degrees of a Bezier curve whose distance from the arc stays below half a plotter unit, which is
+// 1/80 mm.
 double StepFor(double radius) {
-    constexpr double kQuarterTurnRadius = 900.0;
-    constexpr double kSixthTurnRadius = 10000.0;
+    constexpr double kQuarterTurnRadius = 1800.0;
+    constexpr double kSixthTurnRadius = 20000.0;
     if (radius <= kQuarterTurnRadius) return 90.0;
     return radius <= kSixthTurnRadius ? 60.0 : 15.0;
 }

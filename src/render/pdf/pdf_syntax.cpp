@@ -1,5 +1,6 @@
 #include "render/pdf/pdf_syntax.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -42,6 +43,9 @@ std::string MatrixText(const Matrix& m) {
 }
 
 std::u32string CodePoints(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; })) {
+        return {text.begin(), text.end()};
+    }
     const std::wstring wide = Utf8ToWide(text);
     std::u32string codes;
     for (std::size_t i = 0; i < wide.size(); ++i) {

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "render/pdf/pdf_syntax.h"
-
 namespace qm::pdf {
 
 namespace {
@@ -47,42 +45,40 @@ void TextLayer::Add(const BoxI& box, std::string_view text, bool backward, std::
 }
 
 // A line of texts: each overlaps the tallest before it by half of the lower of both.
-std::vector<TextLayer::Item>::iterator TextLayer::LineEnd(std::vector<Item>::iterator line,
-                                                          std::vector<Item>::iterator end) {
-    const Item* tallest = &*line;
-    const auto next = std::find_if(line + 1, end, [&](const Item& item) {
+TextLayer::Order::iterator TextLayer::LineEnd(Order::iterator line, Order::iterator end) {
+    const Item* tallest = *line;
+    return std::find_if(line + 1, end, [&](const Item* item) {
         const float overlap =
-            std::min(item.bottom, tallest->bottom) - std::max(item.top, tallest->top);
-        if (2.0F * overlap < std::min(item.Height(), tallest->Height())) return true;
-        if (item.Height() > tallest->Height()) tallest = &item;
+            std::min(item->bottom, tallest->bottom) - std::max(item->top, tallest->top);
+        if (2.0F * overlap < std::min(item->Height(), tallest->Height())) return true;
+        if (item->Height() > tallest->Height()) tallest = item;
         return false;
     });
-    return next;
 }
 
-void TextLayer::Sort() {
-    std::stable_sort(items_.begin(), items_.end(),
-                     [](const Item& a, const Item& b) { return a.top < b.top; });
-    for (auto line = items_.begin(); line != items_.end();) {
-        const auto end = LineEnd(line, items_.end());
-        std::stable_sort(line, end, [](const Item& a, const Item& b) { return a.left < b.left; });
+TextLayer::Order TextLayer::Sorted() const {
+    Order order;
+    order.reserve(items_.size());
+    for (const Item& item : items_) order.push_back(&item);
+    std::stable_sort(order.begin(), order.end(),
+                     [](const Item* a, const Item* b) { return a->top < b->top; });
+    for (auto line = order.begin(); line != order.end();) {
+        const auto end = LineEnd(line, order.end());
+        std::stable_sort(line, end, [](const Item* a, const Item* b) { return a->left < b->left; });
         line = end;
     }
+    return order;
 }
 
-void TextLayer::WriteText(const Item& item, PdfFile& file, ContentStream& out,
-                          PageResources& resources) {
-    const std::u32string characters = CodePoints(item.text);
-    if (characters.empty()) return;
+void TextLayer::WriteText(const Item& item, const std::u32string& characters, PdfFile& file,
+                          ContentStream& out, PageResources& resources) {
     Matrix matrix = TextMatrix(PlaceOfText(item.box, item.text), characters.size(), item.backward);
     matrix.e -= origin_.x;
     matrix.f -= origin_.y;
-    out << "BT\n";
     for (const double each : {matrix.a, matrix.b, matrix.c, matrix.d, matrix.e, matrix.f}) {
         out.Tenths(each);
     }
     out << "Tm\n";
-    std::size_t font = SIZE_MAX;
     std::string shown;
     const auto show = [&] {
         if (!shown.empty()) out << "(" << shown << ")Tj\n";
@@ -90,11 +86,11 @@ void TextLayer::WriteText(const Item& item, PdfFile& file, ContentStream& out,
     };
     for (const char32_t character : characters) {
         const TextFonts::Letter letter = fonts_.LetterOf(character < 32 ? U' ' : character);
-        if (letter.font != font || shown.size() > kStringBytes) show();
-        if (letter.font != font) {
-            font = letter.font;
-            const std::string name = "F" + std::to_string(font);
-            resources.Add(PageResources::kFont, name, fonts_.Object(file, font));
+        if (letter.font != font_ || shown.size() > kStringBytes) show();
+        if (letter.font != font_) {
+            font_ = letter.font;
+            const std::string name = "F" + std::to_string(letter.font);
+            resources.Add(PageResources::kFont, name, fonts_.Object(file, letter.font));
             out << "/" << name << " 1 Tf\n";
         }
         const char code = static_cast<char>(letter.code);
@@ -102,7 +98,6 @@ void TextLayer::WriteText(const Item& item, PdfFile& file, ContentStream& out,
         shown += code == '\r' ? 'r' : code;
     }
     show();
-    out << "ET\n";
 }
 
 }  // namespace qm::pdf

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "render/fill_pattern.h"
 #include "render/pdf/content_stream.h"
 #include "render/pdf/page_resources.h"
+#include "render/pdf/pdf_syntax.h"
 
 namespace qm::pdf {
 
@@ -53,21 +55,29 @@ class TextLayer {
     TextLayer(TextFonts& fonts, const PageFrame& frame, PointI origin)
         : fonts_(fonts), frame_(frame), origin_(origin) {}
 
-    // Remembers a text. `backward`: its letters run to the
-    // left or downward.
+    // Remembers a text. `backward`: its letters run to the left or downward.
     void Add(const BoxI& box, std::string_view text, bool backward, std::int32_t layer);
     // Memory is bounded: a full layer is to be written before more is added.
     bool Full() const;
-    // Writes and forgets the texts. `enterLayer`: called before each text.
+    // Writes and forgets the texts. `enterLayer`: called before the texts of a layer.
     template <typename EnterLayer>
     void Write(PdfFile& file, ContentStream& out, PageResources& resources,
                const EnterLayer& enterLayer) {
-        Sort();
-        for (const Item& item : items_) {
-            enterLayer(item.layer);
-            WriteText(item, file, out, resources);
+        const Item* last = nullptr;
+        for (const Item* item : Sorted()) {
+            const std::u32string characters = CodePoints(item->text);
+            if (characters.empty()) continue;
+            if (last == nullptr || item->layer != last->layer) {
+                if (last != nullptr) out << "ET\n";
+                enterLayer(item->layer);
+                out << "BT\n";
+            }
+            last = item;
+            WriteText(*item, characters, file, out, resources);
         }
+        if (last != nullptr) out << "ET\n";
         items_.clear();
+        font_.reset();
     }
 
   private:
@@ -84,15 +94,18 @@ class TextLayer {
         float Height() const { return bottom - top; }
     };
 
-    void Sort();
-    static std::vector<Item>::iterator LineEnd(std::vector<Item>::iterator line,
-                                               std::vector<Item>::iterator end);
-    void WriteText(const Item& item, PdfFile& file, ContentStream& out, PageResources& resources);
+    using Order = std::vector<const Item*>;
+
+    Order Sorted() const;
+    static Order::iterator LineEnd(Order::iterator line, Order::iterator end);
+    void WriteText(const Item& item, const std::u32string& characters, PdfFile& file,
+                   ContentStream& out, PageResources& resources);
 
     TextFonts& fonts_;
     const PageFrame& frame_;
     PointI origin_;
     std::vector<Item> items_;
+    std::optional<std::size_t> font_;  // that holds while texts are written
 };
 
 }  // namespace qm::pdf

@@ -40,6 +40,11 @@ const ContentCase kContents[] = {
     {"chains share a path",
      [](auto& list) { list.AppendLine({-5, 10}, {30, 10}); list.AppendLine({30, 10}, {30, 5});
          list.AppendLine({7, 7}, {8, 8}); }, "-5 10 m\n30 10 l\n30 5 l\n7 7 m\n8 8 l\nS\n"},
+    {"numbers of every length",
+     [](auto& list) { list.AppendLine({7, 10}, {-99, 100}); list.AppendLine({-909, 1000},
+         {10203, -908070}); list.AppendLine({9999999, 10000000}, {99999999, 100000000}); },
+     "7 10 m\n-99 100 l\n-909 1000 m\n10203 -908070 l\n9999999 10000000 m\n"
+     "99999999 100000000 l\nS\n"},
     {"a polyline that comes back is closed",
      [](auto& list) { list.AppendLine({0, 0}, {9, 0}); list.AppendLine({9, 0}, {0, 9});
          list.AppendLine({0, 9}, {0, 0}); }, "0 0 m\n9 0 l\n0 9 l\nh\nS\n"},

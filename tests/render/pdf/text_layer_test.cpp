@@ -34,12 +34,12 @@ TEST(TextLayer, ReadsFromTopToBottom) {
     list.AppendText({{0, 305}, {120, 341}}, "(\xC3\xA9)\\");
     list.AppendText({{200, 335}, {220, 341}}, "\"");  // a low box of the same line
     EXPECT_EQ(Texts(list),
-              "BT\n50 0 0 50 0 305 Tm\n/F0 1 Tf\n(\\(\x80\\)\\\\)Tj\nET\n"
-              "BT\n33.3 0 0 8.3 200 335 Tm\n/F0 1 Tf\n(\")Tj\nET\n"
-              "BT\n40 0 0 50 500 300 Tm\n/F0 1 Tf\n(right)Tj\nET\n"
-              "BT\n40 0 0 50 0 100 Tm\n/F0 1 Tf\n(lower)Tj\nET\n");
+              "BT\n50 0 0 50 0 305 Tm\n/F0 1 Tf\n(\\(\x80\\)\\\\)Tj\n"
+              "33.3 0 0 8.3 200 335 Tm\n(\")Tj\n"
+              "40 0 0 50 500 300 Tm\n(right)Tj\n"
+              "40 0 0 50 0 100 Tm\n(lower)Tj\nET\n");
     // Upside down, the lower one comes first.
-    EXPECT_NE(Texts(list, 180.0).find("(lower)Tj\nET\nBT\n40 0 0 50 500"), std::string::npos);
+    EXPECT_NE(Texts(list, 180.0).find("(lower)Tj\n40 0 0 50 500"), std::string::npos);
 }
 
 TEST(TextLayer, TheTallestTextMakesTheLine) {
@@ -64,8 +64,8 @@ TEST(TextLayer, RunsAsItsLettersDo) {
     list.AppendText({{300, 0}, {320, 136}}, "cd");
     const std::string texts = Texts(list);
     EXPECT_NE(texts.find("-100 0 0 -50 120 36 Tm\n/F0 1 Tf\n(ab)Tj"), std::string::npos) << texts;
-    EXPECT_NE(texts.find("0 100 -50 0 236 0 Tm\n/F0 1 Tf\n(up)Tj"), std::string::npos);
-    EXPECT_NE(texts.find("0 -113.3 27.8 0 300 136 Tm\n/F0 1 Tf\n(cd)Tj"), std::string::npos);
+    EXPECT_NE(texts.find("0 100 -50 0 236 0 Tm\n(up)Tj"), std::string::npos);
+    EXPECT_NE(texts.find("0 -113.3 27.8 0 300 136 Tm\n(cd)Tj"), std::string::npos);
 }
 
 TEST(TextLayer, LeavesOutWhatCannotBeRead) {
