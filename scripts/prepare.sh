@@ -31,26 +31,31 @@ quietly() {
     return "$status"
 }
 
-# Runs ninja: with its own counts on a terminal, else with a line a minute. A failure shows what failed.
-run_ninja() {
+# Runs a command that counts what it does: on a terminal as it is, else with its last line once a minute. A failure shows
+# the lines that tell of it.
+counting() {
     if [ -t 2 ]; then
-        # A build with nothing to do says nothing.
-        [ "$(ninja -n "$@" 2>/dev/null | tail -n 1)" = "ninja: no work to do." ] || ninja "$@" >&2 </dev/null
+        "$@" >&2 </dev/null
         return
     fi
-    local log status=0 builder waited=0
+    local log status=0 worker waited=0
     log=$(mktemp)
-    ninja "$@" >"$log" 2>&1 </dev/null &
-    builder=$!
-    while kill -0 "$builder" 2>/dev/null; do
+    "$@" >"$log" 2>&1 </dev/null &
+    worker=$!
+    while kill -0 "$worker" 2>/dev/null; do
         sleep 0.2
         waited=$((waited + 1))
         [ $((waited % 300)) -ne 0 ] || printf '%s\n' "$(tail -n 1 "$log")" >&2
     done
-    wait "$builder" || status=$?
-    [ "$status" -eq 0 ] || grep -vE '^\[[0-9]+/[0-9]+\] [A-Z][a-z]+ ' "$log" >&2 || true
+    wait "$worker" || status=$?
+    [ "$status" -eq 0 ] || grep -vE '^\[[0-9]+/[0-9]+\] [A-Z][a-z]+ |^(Get:|Hit:|Selecting |Preparing |Unpacking |Setting up )' "$log" >&2 || true
     rm -f "$log"
     return "$status"
+}
+
+run_ninja() {
+    # A build with nothing to do says nothing.
+    [ -t 2 ] && [ "$(ninja -n "$@" 2>/dev/null | tail -n 1)" = "ninja: no work to do." ] || counting ninja "$@"
 }
 
 # Sets missing to the packages of these kinds that are not installed.
@@ -89,9 +94,12 @@ install_packages() {
     echo "Installing with apt-get, and what they need: ${missing[*]} (--no-install refuses)" >&2
     as_root+=(env DEBIAN_FRONTEND=noninteractive)
     # Package lists that are there are good enough; a machine without any, or with stale ones, needs an update first.
-    "${as_root[@]}" "${install[@]}" >/dev/null 2>&1 </dev/null && return
-    quietly "${as_root[@]}" apt-get update || die "apt-get update failed; is there a network?"
-    quietly "${as_root[@]}" "${install[@]}" || die "these packages could not be installed: ${missing[*]}"
+    if "${as_root[@]}" "${install[@]}" --simulate >/dev/null 2>&1 </dev/null; then
+        counting "${as_root[@]}" "${install[@]}" && return
+        echo "Once more with new package lists" >&2
+    fi
+    counting "${as_root[@]}" apt-get update || die "apt-get update failed; is there a network?"
+    counting "${as_root[@]}" "${install[@]}" || die "these packages could not be installed: ${missing[*]}"
 }
 
 build_targets() {

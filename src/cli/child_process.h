@@ -1,6 +1,6 @@
 // Child processes: this program once more, for one file, so that whatever happens to it does not
-// stop the others. posix/child_process.cpp; windows/child_process.cpp has none yet. Test:
-// tests/cli/transcripts_test.cpp.
+// stop the others. posix/child_process.cpp, windows/child_process.cpp. Tests:
+// tests/cli/transcripts_test.cpp, tests/cli/windows_names_test.sh.
 #pragma once
 
 #include <functional>
@@ -8,8 +8,6 @@
 #include <vector>
 
 namespace qm::cli {
-
-bool ChildrenAreSupported();
 
 struct ChildResult {
     std::string output;  // what it wrote to standard output

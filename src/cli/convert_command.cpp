@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "cli/batch.h"
-#include "cli/child_process.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/console.h"
@@ -52,9 +51,6 @@ class Conversions {
 
     int Run() {
         WatchForInterruption();
-        if (options_.batch.HasLimits() && !ChildrenAreSupported()) {
-            throw ToolError("--timeout and --max-memory are not available on this system");
-        }
         const auto& files = line_.operands;
         if (options_.target.empty()) {
             if (files.size() != 2 || !options_.batch.list.empty()) {

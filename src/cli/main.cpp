@@ -1,7 +1,8 @@
 // qmplot: opens plot files through the filter components, without the host engine.
 //
-// Reads the command line, runs the one subcommand it names and turns every failure into a message
-// and an exit status. Tests: tests/cli/qmplot_test.cpp.
+// RunProgram (program.h), which the system's entry point calls, reads the command line, runs the
+// one subcommand it names and turns every failure into a message and an exit status. Tests:
+// tests/cli/qmplot_test.cpp.
 #include <iostream>
 #include <new>
 
@@ -10,6 +11,7 @@
 #include "cli/console.h"
 #include "cli/help.h"
 #include "cli/manual_files.h"
+#include "cli/program.h"
 #include "cli/version.h"
 #include "common/tool_error.h"
 
@@ -48,21 +50,21 @@ int Run(const std::vector<std::string>& words) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    qm::cli::PrepareStandardStreams();
-    int status = qm::kExitUsage;
+int qm::cli::RunProgram(const std::vector<std::string>& words) {
+    PrepareStandardStreams();
+    int status = kExitUsage;
     try {
-        status = Run({argv + 1, argv + argc});
+        status = Run(words);
         if (!std::cout.flush()) {
             std::cerr << "qmplot: standard output cannot be written\n";
-            status = qm::kExitUsage;
+            status = kExitUsage;
         }
-    } catch (const qm::ToolError& error) {
+    } catch (const ToolError& error) {
         if (*error.what() != '\0') std::cerr << "qmplot: " << error.what() << '\n';
         status = error.Status();
     } catch (const std::bad_alloc&) {
         std::cerr << "qmplot: out of memory\n";
     }
-    if (qm::cli::Interrupted()) qm::cli::EndByInterruption();
+    if (Interrupted()) EndByInterruption();
     return status;
 }

@@ -58,15 +58,17 @@ TEST_F(ArchiveTest, NamesSizesAndContents) {
                                 {"dir/sub/plan.prn", "IN;", false},
                                 {"../up.plt", ""},
                                 {"Pl\xC3\xA4ne.plt", "x"},
-                                {longName, "y"}});
+                                {longName, "y"},
+                                {"bzip2", big, true, false, true}});
     const Handle archive = Open(folder_ / "a.zip");
-    ASSERT_EQ(count_(archive), 5);
+    ASSERT_EQ(count_(archive), 6);
     const std::pair<std::wstring, std::string> rows[] = {
         {L"plan.prn", big},
         {L"dir/sub/plan.prn", "IN;"},
         {L"../up.plt", ""},
         {L"Pl\u00E4ne.plt", "x"},
-        {std::wstring(kNameCharacters - 1, L'n'), "y"}};
+        {std::wstring(kNameCharacters - 1, L'n'), "y"},
+        {L"bzip2", big}};
     std::int32_t index = 0;
     for (const auto& [wanted, content] : rows) {
         wchar_t name[kNameCharacters];

@@ -19,6 +19,7 @@ struct Item {
     std::string content;
     bool deflate = true;
     bool encrypt = false;
+    bool bzip2 = false;
 };
 
 // A new, empty folder below the folder for temporary files.
@@ -60,7 +61,8 @@ inline void MakeZip(const std::filesystem::path& path, const std::vector<Item>& 
         zip_source_t* source = zip_source_buffer(zip, item.content.data(), item.content.size(), 0);
         const zip_int64_t index = zip_file_add(zip, item.name.c_str(), source, ZIP_FL_ENC_UTF_8);
         const auto entry = static_cast<zip_uint64_t>(index);
-        zip_set_file_compression(zip, entry, item.deflate ? ZIP_CM_DEFLATE : ZIP_CM_STORE, 9);
+        const zip_int32_t method = item.deflate ? ZIP_CM_DEFLATE : ZIP_CM_STORE;
+        zip_set_file_compression(zip, entry, item.bzip2 ? ZIP_CM_BZIP2 : method, 9);
         if (item.encrypt) zip_file_set_encryption(zip, entry, ZIP_EM_TRAD_PKWARE, "secret");
     }
     ASSERT_EQ(zip_close(zip), 0);

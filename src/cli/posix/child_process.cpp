@@ -156,8 +156,6 @@ class Watch {
 
 }  // namespace
 
-bool ChildrenAreSupported() { return true; }
-
 ChildResult RunChild(const std::vector<std::string>& words, const ChildLimits& limits,
                      const ChildAnswer& answer) {
     Pipe output;

@@ -10,10 +10,28 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 namespace qm::cli {
 
+namespace {
+
+// What is printed is UTF-8; the console's own code page comes back when the program ends.
+class ConsoleInUtf8 {
+  public:
+    ConsoleInUtf8() { SetConsoleOutputCP(CP_UTF8); }
+    ~ConsoleInUtf8() { SetConsoleOutputCP(before_); }
+    ConsoleInUtf8(const ConsoleInUtf8&) = delete;
+    ConsoleInUtf8& operator=(const ConsoleInUtf8&) = delete;
+
+  private:
+    const UINT before_ = GetConsoleOutputCP();
+};
+
+}  // namespace
+
 void PrepareStandardStreams() {
+    static const ConsoleInUtf8 utf8;
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     // The progress bar clears its line with an escape sequence.
@@ -63,14 +81,18 @@ extern "C" void NoteInterruption(int) { interrupted = true; }
 
 }  // namespace
 
-// The C library takes the handler out when it calls it, so the second Ctrl-C ends the program.
-void WatchForInterruption() { std::signal(SIGINT, NoteInterruption); }
+// The C library takes the handler out when it calls it, so the second Ctrl-C ends the program. A
+// parent asks its children to end by Ctrl-Break (child_process.cpp).
+void WatchForInterruption() {
+    std::signal(SIGINT, NoteInterruption);
+    std::signal(SIGBREAK, NoteInterruption);
+}
 
 bool Interrupted() noexcept { return interrupted; }
 
 void EndByInterruption() {
     constexpr UINT kControlCExit = 0xC000013A;  // what a program has that Ctrl-C ended
-    ExitProcess(kControlCExit);
+    std::exit(static_cast<int>(kControlCExit));
 }
 
 }  // namespace qm::cli
