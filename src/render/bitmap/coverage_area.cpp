@@ -26,10 +26,12 @@ CoverageArea::CoverageArea(std::int32_t width, std::int32_t rows, bool smooth)
       // One sum behind the last dot, rounded up to whole blocks.
       stride_(static_cast<std::size_t>(width + 2 + kBlock - 1) / kBlock * kBlock),
       blockWords_((stride_ / kBlock + 63) / 64),
-      sums_(stride_ * static_cast<std::size_t>(rows)),
-      blocks_(blockWords_ * static_cast<std::size_t>(rows)) {}
+      rows_(static_cast<std::size_t>(rows)) {}
 
 void CoverageArea::Start(const DotBox& bounds) {
+    // Most pages have no areas.
+    sums_.resize(stride_ * rows_);
+    blocks_.resize(blockWords_ * rows_);
     bounds_ = bounds;
     firstRow_ = bounds.bottom;
     endRow_ = bounds.top;

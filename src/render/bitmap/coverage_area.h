@@ -27,7 +27,8 @@ class CoverageArea {
     // For bands of at most `rows` rows. Not `smooth`: a dot is covered when its centre is.
     CoverageArea(std::int32_t width, std::int32_t rows, bool smooth);
 
-    // Only dots inside `bounds` will be swept; its rows are not more than there is room for.
+    // Only dots inside `bounds` will be swept; its rows are not more than there is room for. Throws
+    // std::bad_alloc.
     void Start(const DotBox& bounds);
     // An edge of an outline, in dots of the page, y down. Edges of an outline must close it.
     void AddEdge(PointD from, PointD to);
@@ -127,6 +128,7 @@ class CoverageArea {
     bool smooth_;
     std::size_t stride_;
     std::size_t blockWords_;
+    std::size_t rows_;
     DotBox bounds_;
     std::int32_t firstRow_ = 0;  // touched rows
     std::int32_t endRow_ = 0;

@@ -22,7 +22,11 @@ namespace {
 // than these would have the list read too often.
 constexpr std::size_t kCacheBytes = std::size_t{4} << 20;
 constexpr std::size_t kFewestRows = 64;
-constexpr std::size_t kBytesPerDot = sizeof(BandDot) + sizeof(std::int32_t);
+// A long list takes longer to read once more than dots take to come from beyond the cache. Its
+// bands may add so much to the memory that it has, all threads together.
+constexpr std::size_t kPartOfList = 8;
+constexpr std::size_t kMostByList = std::size_t{24} << 20;
+constexpr std::size_t kBytesPerDot = sizeof(BandDot);
 
 constexpr std::uint32_t kWhitePaper = 0xFFFFFF;
 
@@ -152,9 +156,13 @@ class BandDrawer {
 
 }  // namespace
 
-std::size_t BandBytesFor(const PageRaster& raster) {
-    return std::max(kCacheBytes,
-                    kBytesPerDot * static_cast<std::size_t>(raster.width) * kFewestRows);
+std::size_t BandBytesFor(const PageSource& page, const PageOptions& options,
+                         const PageRaster& raster) {
+    const auto threads = static_cast<std::size_t>(std::max(options.threads, 1));
+    const std::size_t byList =
+        std::min(page.drawing->UsedBytes() / kPartOfList / threads, kMostByList);
+    return std::max(
+        {kCacheBytes, byList, kBytesPerDot * static_cast<std::size_t>(raster.width) * kFewestRows});
 }
 
 void DrawBands(const PageSource& page, const PageOptions& options, const PageRaster& raster,

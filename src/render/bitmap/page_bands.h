@@ -10,8 +10,9 @@
 
 namespace qm::bitmap {
 
-// Memory that a band should take, at most 25 MB.
-std::size_t BandBytesFor(const PageRaster& raster);
+// Memory that the dots of a band should take, at most 24 MB; fills take half as much again.
+std::size_t BandBytesFor(const PageSource& page, const PageOptions& options,
+                         const PageRaster& raster);
 
 // Calls take(band) for each band from the top of the page down, one call at a time but not all from
 // one thread; so are checkpoint and progress of `options`. Each dot comes out the same whatever

@@ -171,7 +171,8 @@ std::vector<std::uint8_t> DrawBitmap(const PageSource& page, const PageOptions& 
     const PageRaster raster = RasterOf(page, drawing, "HP-RTL", kMaxDotsInMemory);
     BitmapWriter writer(raster, bits);
     DrawBands(
-        page, drawing, raster, [&](const Band& band) { writer.Take(band); }, BandBytesFor(raster));
+        page, drawing, raster, [&](const Band& band) { writer.Take(band); },
+        BandBytesFor(page, drawing, raster));
     return writer.Finish();
 }
 

@@ -178,7 +178,8 @@ void PagePainter::StrokeFast(const Look& look, PointSpan points, bool closed) {
             capsules_.Begin(look.shape.halfWidth, look.colour);
         }
         const std::size_t end = std::min(from + kPiece, lines);
-        if (!MayShow(points.data + from, end - from + 1, reach)) {
+        // Few points were looked at together.
+        if (points.count > kPiece && !MayShow(points.data + from, end - from + 1, reach)) {
             capsules_.Skip(kPiece);
             continue;
         }
@@ -198,8 +199,11 @@ void PagePainter::StrokeFast(const Look& look, PointSpan points, bool closed) {
 
 // The line through path_, solid or dashed.
 void PagePainter::StrokePath(const Look& look, bool closed) {
-    if (look.isFast) capsules_.Begin(look.shape.halfWidth, look.colour);
-    area_.Start(bounds_);
+    if (look.isFast) {
+        capsules_.Begin(look.shape.halfWidth, look.colour);
+    } else {
+        area_.Start(bounds_);
+    }
     StrokeOutline outline(area_, bounds_, look.shape);
     const auto add = [&](const std::vector<PointD>& points, bool isClosed) {
         if (look.isFast) {

@@ -352,7 +352,7 @@ void WritePng(const PageSource& page, const PageOptions& options, OutputSink& si
     const auto take = [&](const Band& band) {
         for (std::int32_t y = band.Top(); y < band.Bottom(); ++y) png.Write(band.Row(y));
     };
-    DrawBands(page, drawing, raster, take, BandBytesFor(raster));
+    DrawBands(page, drawing, raster, take, BandBytesFor(page, drawing, raster));
     png.Finish();
 }
 

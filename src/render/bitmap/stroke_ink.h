@@ -9,10 +9,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "render/bitmap/band.h"
 #include "render/bitmap/blending.h"
+#include "render/bitmap/dot_quad.h"
 
 namespace qm::bitmap {
 
@@ -57,6 +59,20 @@ class StrokeInk {
             dot.mark = mark_ | coverage;
             dot.colour = Mix(dot.colour, colour_, part);
         }
+        // dot[0], dot[step], ... of four, where a dot may have the coverage 0.
+        void CoverFour(BandDot* dot, std::ptrdiff_t step, const QuadCoverage& coverage,
+                       const QuadColour& colour) const {
+            const DotQuad dots(dot, step);
+            if (dots.HasMarksFrom(first_)) {
+                for (std::size_t i = 0; i < 4; ++i, dot += step) {
+                    if (coverage.coverages[i] != 0) Cover(*dot, coverage.coverages[i]);
+                }
+                return;
+            }
+            dots.Store(colour.MixedInto(dots.Colours(), coverage.parts),
+                       AllFour(mark_) | coverage.coverages);
+        }
+        QuadColour Colour() const { return QuadColour(colour_); }
         // The dots from `dot` to `end` - 1, whole.
         void Fill(BandDot* dot, BandDot* end) const {
             std::fill(dot, std::max(dot, end), BandDot{colour_, mark_ | 255});
@@ -80,7 +96,7 @@ class StrokeInk {
     Line Current() const { return {*this, scale_.data()}; }
 
   private:
-    static constexpr std::uint32_t kLast = 0xFFFFFF;
+    static constexpr std::uint32_t kLast = 0x7FFFFF;
 
     std::uint32_t colour_ = 0;
     std::uint32_t line_ = 0;

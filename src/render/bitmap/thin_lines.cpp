@@ -130,6 +130,9 @@ std::unique_ptr<ThinLines::Shapes> ThinLines::MakeShapes(double halfWidth) {
                 profile.coverage[static_cast<std::size_t>(place)][static_cast<std::size_t>(dot)] =
                     EdgeProfile::CoverageOfLine(direction, halfWidth, away);
             }
+            const auto& c = profile.coverage[static_cast<std::size_t>(place)];
+            profile.quads[static_cast<std::size_t>(place)] = {c[0], c[1], c[2], c[3]};
+            profile.farQuads[static_cast<std::size_t>(place)] = {c[4], c[5], c[6], c[7]};
         }
     }
     for (std::size_t y = 0; y < kDiscSide; ++y) {
@@ -226,6 +229,7 @@ void ThinLines::Fetch(PointD from, PointD to) const {
 template <bool kInside>
 void ThinLines::AddBody(const Walk& walk, std::int32_t from, std::int32_t end) const {
     const StrokeInk::Line ink = ink_.Current();
+    const QuadColour colour = ink.Colour();
     const int across = walk.profile->across;
     const std::ptrdiff_t stepY = walk.stepY;
     std::int64_t window = TruncateToInt64(walk.WindowAt(from) * kFine);
@@ -234,11 +238,18 @@ void ThinLines::AddBody(const Walk& walk, std::int32_t from, std::int32_t end) c
     for (std::int32_t x = from; x < end; ++x, window += step, column += walk.stepX) {
         const auto y = static_cast<std::int32_t>(window >> 32);
         const auto place = static_cast<std::size_t>(window >> kFineToPlace & (kPlaces - 1));
-        const std::uint8_t* const coverage = walk.profile->coverage[place].data();
         BandDot* dot = column + y * stepY;
+        if (kInside) {
+            const Profile& profile = *walk.profile;
+            ink.CoverFour(dot, stepY, profile.quads[place], colour);
+            if (across > 4) {
+                ink.CoverFour(dot + 4 * stepY, stepY, profile.farQuads[place], colour);
+            }
+            continue;
+        }
+        const std::uint8_t* const coverage = walk.profile->coverage[place].data();
         for (int i = 0; i < across; ++i, dot += stepY) {
-            if (coverage[i] == 0) continue;
-            if (!kInside && (y + i < walk.low || y + i >= walk.high)) continue;
+            if (coverage[i] == 0 || y + i < walk.low || y + i >= walk.high) continue;
             ink.Cover(*dot, coverage[i]);
         }
     }

@@ -1,10 +1,10 @@
 // ThinLines: lines of up to two dots' width, the ones that plots are made of, by looking up how
 // much of the dots across a line it covers. Test: tests/render/bitmap/stroke_quality_test.cpp.
 //
-// A line is walked along its longer side. The coverages of the four or six dots across it depend on
-// its direction, its width and where between two dots its middle lies; they stand in a table. Near
-// an end they are reduced to the part of each dot in front of the line's end, and what the round
-// end covers of the rest, which stands in a table as well, is added.
+// A line is walked along its longer side. The coverages of the four or eight dots across it depend
+// on its direction, its width and where between two dots its middle lies; they stand in a table.
+// Near an end they are reduced to the part of each dot in front of the line's end, and what the
+// round end covers of the rest, which stands in a table as well, is added.
 #pragma once
 
 #include <array>
@@ -48,10 +48,14 @@ class ThinLines {
 
   private:
     static constexpr int kPlaces = 128;  // of a line's middle between two dots
-    static constexpr int kMostAcross = 6;
+    static constexpr int kMostAcross = 8;
     struct Profile {
-        std::array<std::array<std::uint8_t, 8>, kPlaces> coverage{};
-        int across = 0;  // dots
+        std::array<std::array<std::uint8_t, kMostAcross>, kPlaces> coverage{};
+        // The same for four dots at once, and for the four behind them.
+        // The same, four at once, and the four behind them.
+        std::array<QuadCoverage, kPlaces> quads{};
+        std::array<QuadCoverage, kPlaces> farQuads{};
+        int across = 0;  // dots, 4 or 8
     };
     using Profiles = std::array<Profile, EdgeProfile::kDirections>;
     static constexpr int kDiscSteps = 32;  // a dot
