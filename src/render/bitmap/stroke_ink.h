@@ -96,6 +96,7 @@ class StrokeInk {
     Line Current() const { return {*this, scale_.data()}; }
 
   private:
+    // DotQuad compares marks as signed numbers.
     static constexpr std::uint32_t kLast = 0x7FFFFF;
 
     std::uint32_t colour_ = 0;
