@@ -316,7 +316,7 @@ void WriteClearPage(const PageSource& page, const PageOptions& options,
             rows.Write(bytes.data());
         }
     };
-    DrawBands(page, options, raster, take, BandBytesFor(raster));
+    DrawBands(page, options, raster, take, BandBytesFor(page, options, raster));
     rows.Finish();
     WritePngEnd(sink);
 }
