@@ -64,8 +64,8 @@ const EncodedRow kEncoded[] = {
          list.AppendLine({0, 0}, {1, 1}); }, "0D0D 00020102 00020102 "},
     {"a pattern that changes under its number",
      [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendFillStyle(3, 7);
-         for (const std::uint8_t row : {0x80, 0x40}) {
-             const std::uint8_t bits[] = {row, 0};
+         for (const char* row : {"\x80", "\x40"}) {
+             const std::uint8_t bits[] = {static_cast<std::uint8_t>(*row), 0};
              list.DefineFillPattern({7, 1, 1, {bits, 2}}); list.AppendRectangle({{0, 0}, {1, 1}}, true); } },
      "0D080101000100000000000000000000000100020104"
      "080101000200000000000000000000000200020104 "

@@ -44,7 +44,8 @@ inline DrawnPage Draw(const DisplayList& list, const PageOptions& options = DotF
             }
         }
     };
-    DrawBands(page, options, raster, take, bandBytes == 0 ? BandBytesFor(raster) : bandBytes);
+    DrawBands(page, options, raster, take,
+              bandBytes == 0 ? BandBytesFor(page, options, raster) : bandBytes);
     return drawn;
 }
 
