@@ -196,7 +196,7 @@ class Runner {
         report.outcome = Outcome::kFailed;
         try {
             if (!job.problem.empty()) throw ToolError(job.problem);
-            const OutputFormat& format = FormatFor(job.output, conversion_.write.plot.rtl);
+            const OutputFormat& format = FormatFor(job.output, conversion_.write.plot);
             const ConversionReports reports{
                 [&](int percent, bool) { ShowProgress(worker, index, percent); },
                 [&](const std::string& note) { messages_.Note(note); },
@@ -223,7 +223,7 @@ class Runner {
                                           job.walked ? "--child=walked" : "--child=named"};
         words.insert(words.end(), options_.childWords.begin(), options_.childWords.end());
         words.insert(words.end(), {"--", job.input, job.output});
-        const OutputFormat& format = FormatFor(job.output, conversion_.write.plot.rtl);
+        const OutputFormat& format = FormatFor(job.output, conversion_.write.plot);
         const auto answer = [&](const std::string& output) -> std::string {
             try {
                 Claim(job, output, format);

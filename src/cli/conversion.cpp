@@ -32,7 +32,7 @@ void TellWhatSurprises(const std::string& input, const NumberedPage& page, const
     if (gist.onlyWhite && options.background.kind != Background::Kind::kColour) {
         const std::string note = NoteOfWhite(page.number, Summarise(page.page.Drawing()));
         // As a plot it stays as it is.
-        const bool keepsPens = format.isPlot && !format.holdsPictures;
+        const bool keepsPens = format.name == "plt";
         reports.note(input + ": " + (keepsPens ? note.substr(0, note.find(';')) : note));
     }
     if (options.paper.width > 0.0 &&

@@ -58,9 +58,8 @@ class Conversions {
             }
             return ConvertOne(files[0], files[1]);
         }
-        const bool isFile =
-            options_.target == "-" ||
-            (FindFormat(options_.target, false) != nullptr && !IsFolder(options_.target));
+        const bool isFile = options_.target == "-" ||
+                            (FindFormat(options_.target) != nullptr && !IsFolder(options_.target));
         if (!isFile) return ConvertMany(files);
         if (files.size() == 1 && !IsFolder(files[0]) && options_.batch.list.empty()) {
             return ConvertOne(files[0], options_.target);
@@ -72,7 +71,7 @@ class Conversions {
   private:
     UsageError Error(const std::string& message) const { return {message, command_.name}; }
     const OutputFormat& FormatOf(const std::string& name) const {
-        const OutputFormat& format = FormatFor(name, options_.conversion.write.plot.rtl);
+        const OutputFormat& format = FormatFor(name, options_.conversion.write.plot);
         RefuseOptionsOfOthers(command_, line_, format);
         return format;
     }
@@ -81,7 +80,7 @@ class Conversions {
         if (toStandardOutput && options_.ending.empty()) {
             throw Error("standard output has no ending; --to chooses the format");
         }
-        const bool named = toStandardOutput || FindFormat(output, false) == nullptr;
+        const bool named = toStandardOutput || FindFormat(output) == nullptr;
         if (!named && !options_.ending.empty()) {
             throw UsageError(
                 "--to is for -o DIR and for standard output; " + output + " has its ending",
@@ -230,6 +229,7 @@ Command ConvertCommand() {
         {"--to svg --page 1 plan.plt - | gzip >plan.svgz", "Into a pipe"},
         {"-o out -j 4 --to pdf plots/", "Every plot below a folder, four at once"},
         {"--paper a4 --fit --pen 1=black,0.35 plan.plt plan.pdf", "On a sheet, pen 1 thicker"},
+        {"--compact plan.plt small.plt", "The same plot in fewer bytes"},
         {"--rtl --bits 1 --dpi 600 plan.plt mono.plt", "A plot of black and white dots"}};
     command.statuses = {{"0", "Everything was written"},
                         {"1", "A file is no plot, cannot be unpacked, or draws nothing"},

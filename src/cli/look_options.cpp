@@ -20,7 +20,7 @@ constexpr double kMostMillimetres = 1000.0;
 constexpr std::size_t kHighestPen = std::numeric_limits<std::int32_t>::max();
 // Formats whose pages are sheets of paper, and those that show pens as they are told.
 constexpr const char* kOnSheets = "svg pdf png";
-constexpr const char* kOfPens = "svg pdf png html dxf rtl";
+constexpr const char* kOfPens = "svg pdf png html dxf compact rtl";
 
 std::uint32_t ColourIn(const std::string& text) {
     if (const auto colour = ColourNamed(text)) return *colour;

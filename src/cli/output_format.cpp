@@ -5,6 +5,7 @@
 
 #include "cli/command_line.h"
 #include "common/tool_error.h"
+#include "render/compact/compact_plot.h"
 #include "render/viewer/viewer_writer.h"
 
 namespace qm::cli {
@@ -13,16 +14,15 @@ namespace {
 
 using Pages = std::vector<PlotPage>;
 
-void WriteAllAsPdf(const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+std::vector<PageSource> SourcesOf(const Pages& pages) {
     std::vector<PageSource> sources;
     for (const PlotPage& page : pages) sources.push_back(SourceOf(page));
-    WritePdf(sources, options.page, sink);
+    return sources;
 }
 
 void WriteAllAsViewer(const Pages& pages, const WriteOptions& options, OutputSink& sink) {
     const PlotFacts& facts = options.facts;
-    ViewerDocument document{facts.fileName, facts.format, facts.fileBytes, {}};
-    for (const PlotPage& page : pages) document.pages.push_back(SourceOf(page));
+    const ViewerDocument document{facts.fileName, facts.format, facts.fileBytes, SourcesOf(pages)};
     WriteViewer(document, options.page, sink);
 }
 
@@ -31,7 +31,10 @@ constexpr OutputFormat kFormats[] = {
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WriteSvg(SourceOf(pages.front()), options.page, sink);
      }},
-    {"pdf", "pdf", "pdf", true, true, false, WriteAllAsPdf},
+    {"pdf", "pdf", "pdf", true, true, false,
+     [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+         WritePdf(SourcesOf(pages), options.page, sink);
+     }},
     {"png", "png", "png", false, true, false,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePng(SourceOf(pages.front()), options.page, sink);
@@ -44,6 +47,10 @@ constexpr OutputFormat kFormats[] = {
     {"plt", "HP-GL/2", "plt hpgl hpg hp", true, false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePlot(pages, options.page, options.plot, sink);
+     }},
+    {"compact", "HP-GL/2 (--compact)", "", true, false, true,
+     [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
+         WriteCompactPlot(SourcesOf(pages), options.page, sink);
      }},
     {"rtl", "HP-RTL (.rtl, or .plt with --rtl)", "rtl", true, true, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
@@ -74,20 +81,21 @@ char LowerCase(char letter) {
 
 }  // namespace
 
-const OutputFormat* FindFormat(const std::string& path, bool rtl) {
+const OutputFormat* FindFormat(const std::string& path, const PlotOptions& plot) {
     const std::size_t dot = path.find_last_of("./");
     if (dot == std::string::npos || path[dot] != '.') return nullptr;
     std::string ending = path.substr(dot + 1);
     std::transform(ending.begin(), ending.end(), ending.begin(), LowerCase);
     for (const OutputFormat& format : kFormats) {
         if (!Holds(format.endings, ending)) continue;
-        return rtl && format.name == "plt" ? &FormatNamed("rtl") : &format;
+        if (format.name != "plt") return &format;
+        return &FormatNamed(plot.rtl ? "rtl" : plot.compact ? "compact" : "plt");
     }
     return nullptr;
 }
 
-const OutputFormat& FormatFor(const std::string& path, bool rtl) {
-    if (const OutputFormat* format = FindFormat(path, rtl)) return *format;
+const OutputFormat& FormatFor(const std::string& path, const PlotOptions& plot) {
+    if (const OutputFormat* format = FindFormat(path, plot)) return *format;
     throw ToolError(path + ": no format has this ending; use one of " + WritableEndings());
 }
 

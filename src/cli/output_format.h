@@ -39,11 +39,11 @@ struct OutputFormat {
                   OutputSink& sink);
 };
 
-// By the ending of `path`, ignoring the case of A to Z; with `rtl` HP-RTL where it says HP-GL/2.
-// Null for an ending nobody writes.
-const OutputFormat* FindFormat(const std::string& path, bool rtl);
+// By the ending of `path`, ignoring the case of A to Z; where it says HP-GL/2 what `plot` makes of
+// it. Null for an ending nobody writes.
+const OutputFormat* FindFormat(const std::string& path, const PlotOptions& plot = {});
 // The same; throws ToolError instead.
-const OutputFormat& FormatFor(const std::string& path, bool rtl);
+const OutputFormat& FormatFor(const std::string& path, const PlotOptions& plot = {});
 // ".svg .pdf .png ...", for messages.
 std::string WritableEndings();
 

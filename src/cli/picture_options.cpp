@@ -20,6 +20,9 @@ OptionGroup PictureGroup(WriteOptions& options) {
              options.page.smooth, false);
     Option rtl =
         Flag("rtl", 0, "plt: HP-RTL, each page as a picture, instead of HP-GL/2", options.plot.rtl);
+    Option compact =
+        Flag("compact", 0, "plt: encoded polylines, joined lines and sorted pens, in few bytes",
+             options.plot.compact);
     Option bits =
         ChoiceOption("bits", "1|8|24", "HP-RTL: bits of a dot, 24 if not given",
                      [&options](const std::string& n) { options.plot.bits = std::stoi(n); });
@@ -27,9 +30,11 @@ OptionGroup PictureGroup(WriteOptions& options) {
     size.formats = "png";
     hard.formats = "png rtl";
     rtl.formats = "rtl";
+    compact.formats = "compact";
     bits.formats = "rtl";
     return {"Pictures and plots",
-            {std::move(dpi), std::move(size), std::move(hard), std::move(rtl), std::move(bits)}};
+            {std::move(dpi), std::move(size), std::move(hard), std::move(rtl), std::move(compact),
+             std::move(bits)}};
 }
 
 }  // namespace qm::cli

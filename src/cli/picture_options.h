@@ -1,5 +1,5 @@
-// The options of convert for pictures and plots: --dpi, --no-antialias, --rtl, --bits. Test:
-// tests/cli/qmplot_test.cpp.
+// The options of convert for pictures and plots: --dpi, --no-antialias, --rtl, --compact, --bits.
+// Test: tests/cli/qmplot_test.cpp.
 #pragma once
 
 #include "cli/command.h"

@@ -43,10 +43,11 @@ PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
     page.hairlineMillimetres = 0.0;  // the thinnest line of the plotter
     return [page, dpi, bits = options.bits](const PlotPage& source) {
         PageSource drawn = SourceOf(source);
-        if (auto own = OwnPicture(drawn, dpi, bits)) return PageBitmap{std::move(*own), dpi};
+        if (auto own = OwnPicture(drawn, dpi, bits))
+            return PageBitmap{WidenedSquare(std::move(*own)), dpi};
         const PageFrame frame = FrameOf(drawn, GistOf(*drawn.drawing).extent, page);
-        if (frame.height > frame.width) drawn.rotation += kTurnOfHighPages;
-        return PageBitmap{DrawBitmap(drawn, page, bits), dpi};
+        if (frame.height >= frame.width) drawn.rotation += kTurnOfHighPages;
+        return PageBitmap{WidenedSquare(DrawBitmap(drawn, page, bits)), dpi};
     };
 }
 

@@ -11,6 +11,7 @@ namespace qm::cli {
 
 struct PlotOptions {
     bool rtl = false;       // HP-RTL: each page as a picture; else HP-GL/2
+    bool compact = false;   // HP-GL/2 by WriteCompactPlot (compact_plot.h), not WritePlot
     int bits = 24;          // of a dot of such a picture: 1, 8 or 24
     double rtlDpi = 300.0;  // dots per inch of such a picture, rounded to a whole number
 };

@@ -44,7 +44,7 @@ void View(const std::string& input, const Components& components, const ViewOpti
                                     },
                                     [&](const std::string& note) { messages.Note(note); },
                                     {}};
-    Convert(components, input, page, FormatFor(page, false), options.conversion, reports);
+    Convert(components, input, page, FormatFor(page), options.conversion, reports);
     messages.HideProgress();
     std::cout << page << std::endl;
     if (options.open && !OpenInBrowser(page)) {

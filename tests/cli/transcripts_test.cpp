@@ -187,7 +187,7 @@ const Transcript kTranscripts[] = {
      "qmplot: pages.plt: page 1 shows nothing and is not written\n[0]\n"
      "stroke=\"#f00\" stroke-width=\"40\"\nstroke=\"#0f0\" stroke-width=\"80\"\n"},
     {"LooksOfOtherFormats", "q convert --pen 1=red -o out a.plt; q convert --pen 1=red --rtl a.plt r.plt; q convert --mono a.plt b.plt; q convert --paper a4 a.plt a.dxf",
-     "[0]\n[0]\nqmplot: --mono means nothing for HP-GL/2, only for svg, pdf, png, html, DXF, HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"
+     "[0]\n[0]\nqmplot: --mono means nothing for HP-GL/2, only for svg, pdf, png, html, DXF, HP-GL/2 (--compact), HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"
      "qmplot: --paper means nothing for DXF, only for svg, pdf, png; see qmplot convert --help\n[2]\n"},
     {"NoLooks", "q convert --pen 1 a.plt a.svg; q convert --pen x=red a.plt a.svg; q convert --pen 1=redd a.plt a.svg; q convert --pen 1=red,-1 a.plt a.svg; q convert --pens 3-1 a.plt a.svg",
      "qmplot: --pen: '1' is no pen; 2=red or 2=#ff0000,0.5 is; see qmplot convert --help\n[2]\n"
@@ -195,6 +195,19 @@ const Transcript kTranscripts[] = {
      "qmplot: --pen: 'redd' is no colour; red or #ff0000 is; see qmplot convert --help\n[2]\n"
      "qmplot: --pen: '-1' is no number from 0 to 1000; see qmplot convert --help\n[2]\n"
      "qmplot: --pens: '3-1' names no pens; 1 or 1,3-5 or 4- do; see qmplot convert --help\n[2]\n"},
+
+    // Plots in few bytes.
+    {"CompactPlotsSettle", "for f in " QM_EXAMPLES "/*.plt; do qmplot convert -q --compact $f 1.plt --force-overwrite || continue; "
+     "qmplot convert -q --compact 1.plt 2.plt --force-overwrite; cmp 1.plt 2.plt; qmplot convert -q $f p.plt --force-overwrite; "
+     "[ $(wc -c <1.plt) -lt $(wc -c <p.plt) ] && echo smaller; done | sort | uniq -c | tr -s ' '",
+     " 9 smaller\n"},
+    {"CompactPlots", "q convert --compact --pen 1=red a.plt b.plt; head -n 1 b.plt; grep -a -o 'PC.*SP1' b.plt; q convert --compact a.plt a.svg; q convert --compact --rtl a.plt c.plt",
+     "[0]\nIN;PU;PA;TR0;MC;LT;FT;\nPC1,255,0,0;PW0,1;SP1\n"
+     "qmplot: --compact means nothing for svg, only for HP-GL/2 (--compact); see qmplot convert --help\n[2]\n"
+     "qmplot: --compact means nothing for HP-RTL (.rtl, or .plt with --rtl), only for HP-GL/2 (--compact); see qmplot convert --help\n[2]\n"},
+    {"SquarePicturesSettle", "printf 'IN;SP1;PU0,0;PD1000,0,1000,1000,300,500;PU;PU;PU;' >s; for b in 1 8 24; do o=\"--rtl --dpi 40 --bits $b\"; "
+     "qmplot convert $o s 1.plt --force-overwrite; qmplot convert $o 1.plt 2.plt --force-overwrite; cmp 1.plt 2.plt; qmplot info 2.plt | grep -o '[0-9]* x [0-9]* dots'; done",
+     "40 x 41 dots\n40 x 41 dots\n40 x 41 dots\n"},
 
     // Title, creator and date.
     {"FilesSayWhatTheyAre", "cp a.plt plän.plt; export SOURCE_DATE_EPOCH=951825600; q convert plän.plt a.svg; grep -o -e '<title>[^<]*' -e 'dc:creator[^/]*' a.svg; "

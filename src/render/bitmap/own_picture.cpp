@@ -56,9 +56,9 @@ void CopyTurned(const PackedBitmapView& picture, std::int32_t y, std::uint8_t* t
     }
 }
 
-std::vector<std::uint8_t> CopyOf(const PackedBitmapView& picture, bool turned) {
-    const std::int32_t width = turned ? picture.Height() : picture.Width();
-    const std::int32_t height = turned ? picture.Width() : picture.Height();
+// Room for a picture of that size with the colours of another; its rows stand at the end.
+std::vector<std::uint8_t> NewPicture(const PackedBitmapView& picture, std::int32_t width,
+                                     std::int32_t height) {
     const auto size = PackedBitmapSize(width, height, picture.Bits());
     if (!size) throw std::bad_alloc();
     std::vector<std::uint8_t> packed(*size);
@@ -66,11 +66,18 @@ std::vector<std::uint8_t> CopyOf(const PackedBitmapView& picture, bool turned) {
     for (std::uint32_t i = 0; i < PackedColourCount(picture.Bits()); ++i) {
         palette[i] = picture.Colour(i);
     }
-    std::uint8_t* const rows =
-        WritePackedHeader(packed.data(), width, height, picture.Bits(), palette);
+    WritePackedHeader(packed.data(), width, height, picture.Bits(), palette);
+    return packed;
+}
+
+std::vector<std::uint8_t> CopyOf(const PackedBitmapView& picture, bool turned) {
+    const std::int32_t width = turned ? picture.Height() : picture.Width();
+    const std::int32_t height = turned ? picture.Width() : picture.Height();
+    std::vector<std::uint8_t> packed = NewPicture(picture, width, height);
     const auto stride = static_cast<std::size_t>(PackedStride(width, picture.Bits()));
     for (std::int32_t y = 0; y < height; ++y) {
-        std::uint8_t* const row = rows + stride * static_cast<std::size_t>(height - 1 - y);
+        std::uint8_t* const row =
+            packed.data() + packed.size() - stride * static_cast<std::size_t>(y + 1);
         if (turned) {
             CopyTurned(picture, y, row);
         } else {
@@ -93,7 +100,32 @@ std::optional<std::vector<std::uint8_t>> OwnPicture(const PageSource& page, int 
         !HasDots(picture->Height(), found.box.a.y, found.box.b.y, page.unitsPerInch, dpi)) {
         return std::nullopt;
     }
-    return CopyOf(*picture, picture->Height() > picture->Width());
+    return CopyOf(*picture, picture->Height() >= picture->Width());
+}
+
+std::vector<std::uint8_t> WidenedSquare(std::vector<std::uint8_t> packed) {
+    const auto picture = PackedBitmapView::Parse(packed.data(), packed.size());
+    if (!picture || picture->Width() != picture->Height()) return packed;
+    const int bits = picture->Bits();
+    const std::int32_t side = picture->Width();
+    std::vector<std::uint8_t> wide = NewPicture(*picture, side + 1, side);
+    const auto stride = static_cast<std::size_t>(PackedStride(side + 1, bits));
+    std::uint8_t* row = wide.data() + wide.size() - stride;
+    const auto last = static_cast<std::size_t>(side) - 1;
+    for (std::int32_t y = 0; y < side; ++y, row -= stride) {
+        const std::uint8_t* const from = picture->RowFromTop(y);
+        std::memcpy(row, from, picture->RowBytes());
+        if (bits == 1) {
+            const unsigned dot = static_cast<unsigned>(from[last / 8]) >> (7 - last % 8) & 1;
+            const std::size_t next = last + 1;
+            const unsigned others = row[next / 8] & ~(0x80U >> next % 8);
+            row[next / 8] = static_cast<std::uint8_t>(others | dot << (7 - next % 8));
+        } else {
+            const std::size_t bytes = bits == 24 ? 3 : 1;
+            std::memcpy(row + (last + 1) * bytes, from + last * bytes, bytes);
+        }
+    }
+    return wide;
 }
 
 }  // namespace qm

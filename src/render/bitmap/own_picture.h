@@ -12,7 +12,11 @@ namespace qm {
 
 // The page as a packed bitmap; nothing unless the page stands upright and shows one picture alone,
 // of `bits` (1, 8 or 24) a dot and as many dots as `dpi` asks for. What is higher than wide comes
-// turned by 90 degrees to the right. Throws std::bad_alloc.
+// turned by 90 degrees to the right, and so does what is as high as wide. Throws std::bad_alloc.
 std::optional<std::vector<std::uint8_t>> OwnPicture(const PageSource& page, int dpi, int bits);
+
+// A picture as wide as high with its last column twice, any other as it is: readers of HP-RTL turn
+// squares (docs/unsupported.md). 1, 8 or 24 bits a dot.
+std::vector<std::uint8_t> WidenedSquare(std::vector<std::uint8_t> packed);
 
 }  // namespace qm
