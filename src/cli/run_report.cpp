@@ -9,6 +9,7 @@
 #include <locale>
 #include <sstream>
 
+#include "cli/files.h"
 #include "cli/json.h"
 #include "common/tool_error.h"
 
@@ -19,6 +20,15 @@ namespace {
 constexpr std::array<std::string_view, 3> kOutcomes = {"converted", "failed", "skipped"};
 constexpr std::string_view kStart = "{\"outcome\":\"";
 constexpr std::string_view kStatus = "\",\"status\":";
+
+// Of `--report *.plt` the shell makes a report named as the first plot.
+bool HoldsSomethingElse(const std::string& path) {
+    const auto status = StatusOf(path);
+    if (!status || !status->regular) return false;
+    std::ifstream file(std::filesystem::u8path(path), std::ios::binary);
+    const int first = file.get();
+    return first != std::ifstream::traits_type::eof() && first != '{';
+}
 
 }  // namespace
 
@@ -55,6 +65,12 @@ bool ReadOutcome(std::string_view line, Outcome& outcome, int& status) {
 
 RunReport::RunReport(const std::string& path) : path_(path) {
     if (path.empty()) return;
+    if (path == "-") throw ToolError("--report wants a file; '-' is none");
+    if (HoldsSomethingElse(path)) {
+        throw ToolError(path +
+                        ": is not added to, because it is no report; --report names the "
+                        "file for the lines about the others");
+    }
     file_.open(std::filesystem::u8path(path), std::ios::binary | std::ios::app);
     if (!file_) throw SystemError(path, "written");
 }
