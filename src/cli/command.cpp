@@ -2,6 +2,7 @@
 #include "cli/command.h"
 
 #include <algorithm>
+#include <iomanip>
 #include <locale>
 #include <sstream>
 #include <utility>
@@ -22,7 +23,8 @@ Number NumberOf(const std::string& text, Number low, Number high, const char* ki
         return number;
     }
     std::ostringstream message;
-    message << "'" << text << "' is no " << kind << " from " << low << " to " << high;
+    message << std::setprecision(9) << "'" << text << "' is no " << kind << " from " << low
+            << " to " << high;
     throw ToolError(message.str());
 }
 
