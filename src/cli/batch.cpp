@@ -189,6 +189,9 @@ class Runner {
             Record(report);
         }
     }
+    const OutputFormat& FormatOf(const Job& job) const {
+        return FormatFor(job.ending.empty() ? job.output : job.ending, conversion_.write.plot);
+    }
     FileReport Done(const Components& components, std::size_t worker, std::size_t index) {
         const Job& job = jobs_[index];
         FileReport report;
@@ -196,7 +199,7 @@ class Runner {
         report.outcome = Outcome::kFailed;
         try {
             if (!job.problem.empty()) throw ToolError(job.problem);
-            const OutputFormat& format = FormatFor(job.output, conversion_.write.plot);
+            const OutputFormat& format = FormatOf(job);
             const ConversionReports reports{
                 [&](int percent, bool) { ShowProgress(worker, index, percent); },
                 [&](const std::string& note) { messages_.Note(note); },
@@ -222,8 +225,9 @@ class Runner {
         std::vector<std::string> words = {"convert",
                                           job.walked ? "--child=walked" : "--child=named"};
         words.insert(words.end(), options_.childWords.begin(), options_.childWords.end());
+        if (!job.ending.empty()) words.push_back("--to=" + job.ending);
         words.insert(words.end(), {"--", job.input, job.output});
-        const OutputFormat& format = FormatFor(job.output, conversion_.write.plot);
+        const OutputFormat& format = FormatOf(job);
         const auto answer = [&](const std::string& output) -> std::string {
             try {
                 Claim(job, output, format);

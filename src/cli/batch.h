@@ -17,6 +17,7 @@ struct Job {
     bool walked = false;       // found in a folder: what is no plot there is skipped
     bool inSubfolder = false;  // the output's folder has to be made
     std::string problem;       // why it cannot be done; empty: it can
+    std::string ending;        // --to, when the output's name does not tell the format
 };
 
 struct BatchPlan {

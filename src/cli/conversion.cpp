@@ -132,7 +132,7 @@ class Writing {
 }  // namespace
 
 std::string NumberedName(const std::string& path, std::size_t number) {
-    return std::string(path).insert(path.rfind('.'), "-" + std::to_string(number));
+    return std::string(path).insert(EndingAt(path), "-" + std::to_string(number));
 }
 
 std::string Describe(const std::string& input, const ConversionResult& result) {

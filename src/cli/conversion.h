@@ -33,7 +33,7 @@ struct ConversionResult {
     std::uint64_t bytes = 0;           // of all outputs
 };
 
-// "plan.svg" becomes "plan-2.svg".
+// "plan.svg" becomes "plan-2.svg", "plan" becomes "plan-2".
 std::string NumberedName(const std::string& path, std::size_t number);
 
 // "a.plt: 3 pages, 1234 bytes, a-1.svg a-2.svg a-3.svg".

@@ -50,6 +50,7 @@ class Conversions {
           messages_(options_.messages) {}
 
     int Run() {
+        RefuseMarginWithoutRoom();
         WatchForInterruption();
         const auto& files = line_.operands;
         if (options_.target.empty()) {
@@ -70,12 +71,21 @@ class Conversions {
 
   private:
     UsageError Error(const std::string& message) const { return {message, command_.name}; }
+    void RefuseMarginWithoutRoom() const {
+        const PageOptions& page = options_.conversion.write.page;
+        const double room =
+            std::min(page.paper.width, page.paper.height) - 2.0 * page.marginMillimetres;
+        if (page.paper.fits && room <= 0.0) {
+            throw Error("--margin leaves nothing of the paper for --fit");
+        }
+    }
     const OutputFormat& FormatOf(const std::string& name) const {
         const OutputFormat& format = FormatFor(name, options_.conversion.write.plot);
         RefuseOptionsOfOthers(command_, line_, format);
         return format;
     }
     const OutputFormat& FormatOfOne(const std::string& output) const {
+        if (output.empty()) throw Error("OUT is empty");
         const bool toStandardOutput = output == "-";
         if (toStandardOutput && options_.ending.empty()) {
             throw Error("standard output has no ending; --to chooses the format");
@@ -93,7 +103,12 @@ class Conversions {
         const OutputFormat& format = FormatOfOne(output);
         const BatchOptions& batch = options_.batch;
         if (batch.HasLimits() || batch.skipDone || !batch.report.empty() || batch.isChild) {
-            return RunOne({input, output, walked_, false, {}});
+            return RunOne({input,
+                           output,
+                           walked_,
+                           false,
+                           {},
+                           options_.ending.empty() ? "" : EndingWithDot(options_.ending)});
         }
         OutputGuard guard({input}, options_.batch.overwrite);
         // At once where the name is known, not after minutes of reading.
@@ -218,8 +233,8 @@ Command ConvertCommand() {
                       OpenGroup(options->conversion.open),
                       MessageGroup(options->messages)};
     command.notes = {
-        "OUT '-' is standard output. Formats that hold one page (svg, png) get a file for each "
-        "page of a plot that has several: OUT-1.svg, OUT-2.svg ...",
+        "OUT '-' is standard output. Formats that hold one page (svg, png, dxf) get a file for "
+        "each page of a plot that has several: OUT-1.svg, OUT-2.svg ...",
         "Folders are walked; hidden files and what is no plot are skipped there. A batch goes on "
         "after a failure, says at the end how many files were converted and ends with the worst "
         "status. No file is written over its own plot or any other of the inputs."};

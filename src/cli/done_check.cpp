@@ -12,7 +12,7 @@ namespace {
 
 // "a.svg" of "a-12.svg"; empty when the name has no such number.
 std::string WithoutNumber(const std::string& output) {
-    const std::size_t dot = output.rfind('.');
+    const std::size_t dot = EndingAt(output);
     const std::size_t minus = output.find_last_not_of("0123456789", dot == 0 ? 0 : dot - 1);
     if (minus == std::string::npos || output[minus] != '-' || minus + 1 == dot) return {};
     return output.substr(0, minus) + output.substr(dot);

@@ -48,7 +48,7 @@ constexpr OutputFormat kFormats[] = {
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WritePlot(pages, options.page, options.plot, sink);
      }},
-    {"compact", "HP-GL/2 (--compact)", "", true, false, true,
+    {"compact", "HP-GL/2 (.plt with --compact)", "", true, false, true,
      [](const Pages& pages, const WriteOptions& options, OutputSink& sink) {
          WriteCompactPlot(SourcesOf(pages), options.page, sink);
      }},
@@ -81,9 +81,14 @@ char LowerCase(char letter) {
 
 }  // namespace
 
+std::size_t EndingAt(const std::string& path) {
+    const std::size_t dot = path.find_last_of("./\\");
+    return dot == std::string::npos || path[dot] != '.' ? path.size() : dot;
+}
+
 const OutputFormat* FindFormat(const std::string& path, const PlotOptions& plot) {
-    const std::size_t dot = path.find_last_of("./");
-    if (dot == std::string::npos || path[dot] != '.') return nullptr;
+    const std::size_t dot = EndingAt(path);
+    if (dot == path.size()) return nullptr;
     std::string ending = path.substr(dot + 1);
     std::transform(ending.begin(), ending.end(), ending.begin(), LowerCase);
     for (const OutputFormat& format : kFormats) {

@@ -1,6 +1,7 @@
 // The file formats that qmplot convert writes, by the ending of the output's name.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -39,6 +40,8 @@ struct OutputFormat {
                   OutputSink& sink);
 };
 
+// Where the ending of `path` begins, at its dot; the end of `path` when its file name has none.
+std::size_t EndingAt(const std::string& path);
 // By the ending of `path`, ignoring the case of A to Z; where it says HP-GL/2 what `plot` makes of
 // it. Null for an ending nobody writes.
 const OutputFormat* FindFormat(const std::string& path, const PlotOptions& plot = {});

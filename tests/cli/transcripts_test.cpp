@@ -31,6 +31,9 @@ const Transcript kTranscripts[] = {
      "2\n"},
     {"ScriptStays", "echo 'object 1203' >r; q replay r ./r; cat r",
      "qmplot: ./r: is not written, because it is the script\n[2]\nobject 1203\n"},
+    {"ReportIsNoPlot", "cp a.plt b; q convert -o out --report a.plt pages.plt; cmp a.plt b; q convert -o out --report - a.plt",
+     "qmplot: a.plt: is not added to, because it is no report; --report names the file for the lines about the others\n[2]\n"
+     "qmplot: --report wants a file; '-' is none\n[2]\n"},
 
     // -o names a folder or the one file.
     {"OutputIsAFile", "q convert -o result.png a.plt; head -c 4 result.png | tail -c 3; echo; q convert -o both.pdf a.plt pages.plt",
@@ -44,6 +47,9 @@ const Transcript kTranscripts[] = {
     {"NameWithoutAnEnding", "q convert --to png --size 64 a.plt thumb; od -An -tu1 -j 16 -N 8 thumb; q convert --to png a.plt b.svg",
      "[0]\n   0   0   0  64   0   0   0  42\n"
      "qmplot: --to is for -o DIR and for standard output; b.svg has its ending; see qmplot convert --help\n[2]\n"},
+    {"PagesWithoutAnEnding", "mkdir o.d; q convert --to svg --page 1-2 pages.plt o.d/n; q convert --to svg --skip-done -v pages.plt o.d/n; ls o.d; "
+     "q convert --to dxf --timeout 60 a.plt n; tail -n 1 n; q convert --to svg a.plt ''",
+     "[0]\nqmplot: skipped: pages.plt: done already\n[0]\nn-1\nn-2\n[0]\nEOF\nqmplot: OUT is empty; see qmplot convert --help\n[2]\n"},
     {"OnePageToStandardOutput", "q convert --page 2 pages.plt 2.svg; qmplot convert --page 2 --to svg pages.plt - | cmp - 2.svg", "[0]\n"},
     {"PipeIsClosed", "(sleep 0.1; qmplot convert --to svg a.plt - 2>err; echo $? >>err) | true; cat err", "0\n"},
 
@@ -174,10 +180,11 @@ const Transcript kTranscripts[] = {
      "[0]\nwidth=\"210mm\" height=\"148mm\nmatrix(1 0 0 -1 3700 3210)\nwidth=\"148mm\" height=\"210mm\nmatrix(0 1 1 0 2710 3700)\n"},
     {"FittedToThePaper", "q convert --paper 60x60 --fit a.plt a.svg; grep -o -e 'width=.*viewBox[^>]*' a.svg",
      "[0]\nwidth=\"60mm\" height=\"60mm\" viewBox=\"0 0 1200 1200\"\n"},
-    {"PaperTooSmall", "q convert --paper 20x20 --rotate 180 a.plt a.png; q convert --fit a.plt a.svg; q convert --paper a9 a.plt a.svg",
+    {"PaperTooSmall", "q convert --paper 20x20 --rotate 180 a.plt a.png; q convert --fit a.plt a.svg; q convert --paper a9 a.plt a.svg; q convert --paper a4 --fit --margin 105 a.plt a.svg",
      "qmplot: a.plt: page 1 is larger than the paper, which cuts it; --fit scales it\n[0]\n"
      "qmplot: --fit wants --paper as well; see qmplot convert --help\n[2]\n"
-     "qmplot: --paper: 'a9' is no paper; a0 to a5, letter, legal, tabloid or 297x210 are; see qmplot convert --help\n[2]\n"},
+     "qmplot: --paper: 'a9' is no paper; a0 to a5, letter, legal, tabloid or 297x210 are; see qmplot convert --help\n[2]\n"
+     "qmplot: --margin leaves nothing of the paper for --fit; see qmplot convert --help\n[2]\n"},
     {"Background", "q convert --background '#08F' a.plt a.svg; grep -c '<rect.*fill=\"#08f\"' a.svg; q convert --background none a.plt a.png; file a.png | grep -o RGBA; "
      "q convert --background plaid a.plt a.svg",
      "[0]\n1\n[0]\nRGBA\nqmplot: --background: 'plaid' is no colour; red or #ff0000 is; see qmplot convert --help\n[2]\n"},
@@ -187,7 +194,7 @@ const Transcript kTranscripts[] = {
      "qmplot: pages.plt: page 1 shows nothing and is not written\n[0]\n"
      "stroke=\"#f00\" stroke-width=\"40\"\nstroke=\"#0f0\" stroke-width=\"80\"\n"},
     {"LooksOfOtherFormats", "q convert --pen 1=red -o out a.plt; q convert --pen 1=red --rtl a.plt r.plt; q convert --mono a.plt b.plt; q convert --paper a4 a.plt a.dxf",
-     "[0]\n[0]\nqmplot: --mono means nothing for HP-GL/2, only for svg, pdf, png, html, DXF, HP-GL/2 (--compact), HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"
+     "[0]\n[0]\nqmplot: --mono means nothing for HP-GL/2, only for svg, pdf, png, html, DXF, HP-GL/2 (.plt with --compact), HP-RTL (.rtl, or .plt with --rtl); see qmplot convert --help\n[2]\n"
      "qmplot: --paper means nothing for DXF, only for svg, pdf, png; see qmplot convert --help\n[2]\n"},
     {"NoLooks", "q convert --pen 1 a.plt a.svg; q convert --pen x=red a.plt a.svg; q convert --pen 1=redd a.plt a.svg; q convert --pen 1=red,-1 a.plt a.svg; q convert --pens 3-1 a.plt a.svg",
      "qmplot: --pen: '1' is no pen; 2=red or 2=#ff0000,0.5 is; see qmplot convert --help\n[2]\n"
@@ -203,8 +210,8 @@ const Transcript kTranscripts[] = {
      " 9 smaller\n"},
     {"CompactPlots", "q convert --compact --pen 1=red a.plt b.plt; head -n 1 b.plt; grep -a -o 'PC.*SP1' b.plt; q convert --compact a.plt a.svg; q convert --compact --rtl a.plt c.plt",
      "[0]\nIN;PU;PA;TR0;MC;LT;FT;\nPC1,255,0,0;PW0,1;SP1\n"
-     "qmplot: --compact means nothing for svg, only for HP-GL/2 (--compact); see qmplot convert --help\n[2]\n"
-     "qmplot: --compact means nothing for HP-RTL (.rtl, or .plt with --rtl), only for HP-GL/2 (--compact); see qmplot convert --help\n[2]\n"},
+     "qmplot: --compact means nothing for svg, only for HP-GL/2 (.plt with --compact); see qmplot convert --help\n[2]\n"
+     "qmplot: --compact means nothing for HP-RTL (.rtl, or .plt with --rtl), only for HP-GL/2 (.plt with --compact); see qmplot convert --help\n[2]\n"},
     {"SquarePicturesSettle", "printf 'IN;SP1;PU0,0;PD1000,0,1000,1000,300,500;PU;PU;PU;' >s; for b in 1 8 24; do o=\"--rtl --dpi 40 --bits $b\"; "
      "qmplot convert $o s 1.plt --force-overwrite; qmplot convert $o 1.plt 2.plt --force-overwrite; cmp 1.plt 2.plt; qmplot info 2.plt | grep -o '[0-9]* x [0-9]* dots'; done",
      "40 x 41 dots\n40 x 41 dots\n40 x 41 dots\n"},
