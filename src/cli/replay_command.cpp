@@ -2,6 +2,7 @@
 #include <iostream>
 #include <memory>
 
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/files.h"
 #include "cli/sink_stream.h"
@@ -66,6 +67,7 @@ Command ReplayCommand() {
     command.run = [options](const ParsedLine& line) {
         options->script = line.operands[0];
         options->output = line.operands[1];
+        if (options->output.empty()) throw UsageError("OUT is empty", "replay");
         return Replay(*options);
     };
     return command;

@@ -29,8 +29,8 @@ const Transcript kTranscripts[] = {
      "qmplot: a.plt: is not written, because it is one of the files to convert\n[2]\n"},
     {"InputsOfABatchStay", "cp a.plt b; q convert -o . --to plt a.plt pages.plt 2>&1 | grep -c 'is not written'; cmp a.plt b",
      "2\n"},
-    {"ScriptStays", "echo 'object 1203' >r; q replay r ./r; cat r",
-     "qmplot: ./r: is not written, because it is the script\n[2]\nobject 1203\n"},
+    {"ScriptStays", "echo 'object 1203' >r; q replay r ./r; cat r; q replay r ''",
+     "qmplot: ./r: is not written, because it is the script\n[2]\nobject 1203\nqmplot: OUT is empty; see qmplot replay --help\n[2]\n"},
     {"ReportIsNoPlot", "cp a.plt b; q convert -o out --report a.plt pages.plt; cmp a.plt b; q convert -o out --report - a.plt",
      "qmplot: a.plt: is not added to, because it is no report; --report names the file for the lines about the others\n[2]\n"
      "qmplot: --report wants a file; '-' is none\n[2]\n"},
