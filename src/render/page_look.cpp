@@ -109,8 +109,7 @@ class Redrawer final : public DisplayListVisitor {
     Redrawer(const StyleChanger& changer, DisplayList& list) : changer_(changer), list_(list) {}
 
     void Lines(const DrawingStyle& style, PointSpan points) override {
-        if (!Take(style)) return;
-        for (std::size_t i = 1; i < points.count; ++i) list_.AppendLine(points[i - 1], points[i]);
+        if (Take(style)) list_.AppendLines(points);
     }
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
         if (Take(style)) list_.AppendRectangle(box, filled);
@@ -145,7 +144,11 @@ class Redrawer final : public DisplayListVisitor {
     void Pattern(const FillPattern& pattern) override { list_.DefineFillPattern(pattern); }
     void ClipRegion(PointSpan points) override { list_.AppendClipRegion(points); }
     void EndClipRegion() override { list_.EndClipRegion(); }
-    void StyleChange(const DrawingStyle&, RecordKind) override { isStale_ = true; }
+    // Also where nothing changes: a chain of lines ends here.
+    void StyleChange(const DrawingStyle& style, RecordKind kind) override {
+        if (changer_.Shows(style.layer)) Put(kind, changer_.Changed(style));
+        isStale_ = true;
+    }
 
   private:
     // Brings the list's style up to date; false: the pen is left out.
@@ -157,31 +160,56 @@ class Redrawer final : public DisplayListVisitor {
         return isShown_;
     }
     void Become(const DrawingStyle& next) {
-        const auto value = [&](RecordKind kind, std::int32_t from, std::int32_t to) {
-            if (from != to) list_.AppendValue(kind, to);
+        const auto put = [&](bool differs, RecordKind kind) {
+            if (differs) Put(kind, next);
         };
-        const auto colour = [&](RecordKind kind, std::uint32_t from, std::uint32_t to) {
-            if (from != to) list_.AppendColour(kind, to);
-        };
-        value(RecordKind::kPen, style_.pen, next.pen);
-        value(RecordKind::kLayer, style_.layer, next.layer);
-        colour(RecordKind::kDrawColour, style_.drawColour, next.drawColour);
-        colour(RecordKind::kFillColour, style_.fillColour, next.fillColour);
-        value(RecordKind::kLineWidth, style_.lineWidth, next.lineWidth);
-        value(RecordKind::kLineAttributes, style_.lineAttributes, next.lineAttributes);
-        value(RecordKind::kDrawMode, style_.drawMode, next.drawMode);
-        if (next.dash != style_.dash || next.dashCount != style_.dashCount ||
-            next.lineStyle != style_.lineStyle) {
-            if (next.dashCount > 0) {
+        put(style_.pen != next.pen, RecordKind::kPen);
+        put(style_.layer != next.layer, RecordKind::kLayer);
+        put(style_.drawColour != next.drawColour, RecordKind::kDrawColour);
+        put(style_.fillColour != next.fillColour, RecordKind::kFillColour);
+        put(style_.lineWidth != next.lineWidth, RecordKind::kLineWidth);
+        put(style_.lineAttributes != next.lineAttributes, RecordKind::kLineAttributes);
+        put(style_.drawMode != next.drawMode, RecordKind::kDrawMode);
+        put(style_.dash != next.dash || style_.dashCount != next.dashCount ||
+                style_.lineStyle != next.lineStyle,
+            next.dashCount > 0 ? RecordKind::kLineDash : RecordKind::kLineStyle);
+        put(style_.fillKind != next.fillKind || style_.fillIndex != next.fillIndex,
+            RecordKind::kFillStyle);
+    }
+    void Put(RecordKind kind, const DrawingStyle& next) {
+        switch (kind) {
+            case RecordKind::kDrawColour:
+                return PutColour(kind, next.drawColour);
+            case RecordKind::kFillColour:
+                return PutColour(kind, next.fillColour);
+            case RecordKind::kLayer:
+                return PutValue(kind, next.layer);
+            case RecordKind::kPen:
+                return PutValue(kind, next.pen);
+            case RecordKind::kLineStyle:
+                return PutValue(kind, next.lineStyle);
+            case RecordKind::kLineWidth:
+                return PutValue(kind, next.lineWidth);
+            case RecordKind::kLineAttributes:
+                return PutValue(kind, next.lineAttributes);
+            case RecordKind::kDrawMode:
+                return PutValue(kind, next.drawMode);
+            case RecordKind::kLineDash:
                 list_.AppendLineDash(next.dash, next.dashCount);
-            } else {
-                list_.AppendValue(RecordKind::kLineStyle, next.lineStyle);
-            }
+                return style_.SetDash(next.dash, next.dashCount);
+            default:  // kFillStyle
+                list_.AppendFillStyle(next.fillKind, next.fillIndex);
+                style_.fillKind = next.fillKind;
+                style_.fillIndex = next.fillIndex;
         }
-        if (next.fillKind != style_.fillKind || next.fillIndex != style_.fillIndex) {
-            list_.AppendFillStyle(next.fillKind, next.fillIndex);
-        }
-        style_ = next;
+    }
+    void PutColour(RecordKind kind, std::uint32_t colour) {
+        list_.AppendColour(kind, colour);
+        SetAttribute(style_, kind, static_cast<std::int32_t>(colour));
+    }
+    void PutValue(RecordKind kind, std::int32_t value) {
+        list_.AppendValue(kind, value);
+        SetAttribute(style_, kind, value);
     }
 
     const StyleChanger& changer_;

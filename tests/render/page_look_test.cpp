@@ -56,6 +56,7 @@ const LookCase kLooks[] = {
     {"areas in grey", "PC1,255,0,0;RA9,9;", {{}, {}, {}, true, 0.0},
      "#000\" s <rect x=\"0\" y=\"0\" width=\"9\" height=\"9\" fill=\"#4c4c4c\" stroke=\"none\"/>\n"},
     {"dashes stay", "PW1;UL8,4,4;LT8,8,1;PD99,0;LT;PD99,9;", {{}, {}, {}, true, 0.0}, ""},
+    {"lines stay apart", "PW1;PD99,0,99,99,0,99,0,0;SP1;PD0,50;", {{}, {}, {}, true, 0.0}, ""},
     {"the sheet stays", "PW1;PD9,0;SP2;PU90,50;PD99,50;", {{}, {{1, 1}}, {}, false, 0.0}, "#000\" s <path d=\"M0 0h9\"/>\n"},
 };
 // clang-format on
