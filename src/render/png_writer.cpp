@@ -3,8 +3,9 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
+
+#include "common/numbers.h"
 
 namespace qm {
 
@@ -86,9 +87,9 @@ void WritePngStart(const PngHeader& header, OutputSink& sink) {
     ihdr += colourType;
     ihdr.append(3, '\0');  // deflate, standard filters, not interlaced
     WriteChunk("IHDR", ihdr, sink);
-    if (header.dotsPerInch > 0.0) {
-        const auto dots =
-            static_cast<std::uint32_t>(std::lround(header.dotsPerInch * kInchesPerMetre));
+    const auto metre = RoundToInt32(header.dotsPerInch * kInchesPerMetre);
+    if (metre > 0) {
+        const auto dots = static_cast<std::uint32_t>(metre);
         WriteChunk("pHYs", BigEndian(dots) + BigEndian(dots) + '\1', sink);
     }
     WriteTexts(header, sink);

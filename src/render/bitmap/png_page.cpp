@@ -270,8 +270,9 @@ double DpiOfSide(const PageSource& page, const PageOptions& options) {
     const PageFrame frame = FrameOf(page, GistOf(*page.drawing).extent, options);
     // A dot is begun for whatever is left over of the division.
     constexpr double kLeftOver = 1e-6;
-    return (options.sideDots - kLeftOver) * frame.unitsPerInch /
-           std::max(frame.width, frame.height);
+    const double side = std::max(frame.width, frame.height);
+    if (side <= 0.0) return options.dpi;  // a dot without margins is one at any resolution
+    return (options.sideDots - kLeftOver) * frame.unitsPerInch / side;
 }
 
 // The page at options.dpi or, when the plot has no more dots for it, at fewer, which `options` then
