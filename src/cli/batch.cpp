@@ -51,7 +51,8 @@ class Planner {
 
   private:
     void Add(const std::string& input, const fs::path& stem, bool walked) {
-        plan_.jobs.push_back({input, (folder_ / stem).u8string() + ending_, walked, walked, {}});
+        plan_.jobs.push_back(
+            {input, (folder_ / stem).u8string() + ending_, walked, walked, {}, {}});
     }
     // Files of one name in several folders must not meet. What leads out of the folder does not.
     void AddListed(const std::string& input) {
@@ -75,7 +76,8 @@ class Planner {
                                   {},
                                   true,
                                   true,
-                                  folder.u8string() + ": cannot be read: " + failure.message()});
+                                  folder.u8string() + ": cannot be read: " + failure.message(),
+                                  {}});
         }
         std::sort(entries.begin(), entries.end());
         for (const fs::directory_entry& entry : entries) Visit(entry, below);
