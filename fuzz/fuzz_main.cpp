@@ -1,6 +1,6 @@
 // A libFuzzer program of one target, whose name is the macro QM_FUZZ_TARGET:
 //
-//   build/asan/bin/fuzz_interpret -dict=build/asan/fuzz/plots.dict -max_len=4096 CORPUS
+//   build/asan/fuzz/fuzz_interpret -dict=build/asan/fuzz/plots.dict -max_len=4096 CORPUS
 //
 // scripts/fuzz does that. Inputs with a structure are mutated by tokens three times out of four.
 #include <algorithm>
