@@ -52,7 +52,6 @@ class ThinLines {
     struct Profile {
         std::array<std::array<std::uint8_t, kMostAcross>, kPlaces> coverage{};
         // The same for four dots at once, and for the four behind them.
-        // The same, four at once, and the four behind them.
         std::array<QuadCoverage, kPlaces> quads{};
         std::array<QuadCoverage, kPlaces> farQuads{};
         int across = 0;  // dots, 4 or 8
