@@ -51,4 +51,10 @@ std::optional<std::uint32_t> ColourNamed(std::string name) {
     return Colour{parts[0], parts[1], parts[2]}.ToBgr();
 }
 
+std::vector<std::string> ColourNames() {
+    std::vector<std::string> names;
+    for (const NamedColour& known : kColours) names.emplace_back(known.name);
+    return names;
+}
+
 }  // namespace qm::cli

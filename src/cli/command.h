@@ -21,6 +21,7 @@ struct Option {
     // it does not fit.
     std::function<void(const std::string& value)> set;
     std::string needs = {};  // the name of an option that must be given too
+    std::string bars = {};   // the name of one that must not be given besides
     bool repeats = false;    // may be given several times
     bool hidden = false;     // not in help
     // Names of the formats (output_format.h) that convert takes it for, with blanks between; empty:

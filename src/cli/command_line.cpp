@@ -77,6 +77,11 @@ class Parser {
         return Error(name + " is no option of " + command_.name +
                      (meant.empty() ? "" : "; did you mean " + meant + "?"));
     }
+    // In a word of letters, which may be the name of a file.
+    UsageError UnknownLetter(const std::string& name, const std::string& word) const {
+        return Error(name + " is no option of " + command_.name +
+                     (word.size() > 2 ? "; if " + word + " is a file, write -- before it" : ""));
+    }
     void TakeLong(const std::string& word) {
         const std::size_t equals = word.find('=');
         const std::string name = word.substr(0, equals);
@@ -91,7 +96,7 @@ class Parser {
         for (std::size_t i = 1; i < word.size(); ++i) {
             const std::string name = {'-', word[i]};
             const Option* option = Find([&](const Option& o) { return o.letter == word[i]; });
-            if (option == nullptr) throw UnknownOption(name);
+            if (option == nullptr) throw UnknownLetter(name, word);
             if (option->value.empty()) {
                 Set(*option, name, "");
                 continue;
@@ -116,13 +121,18 @@ class Parser {
         }
         line_.given.push_back({&option, value});
     }
+    bool IsGiven(const std::string& name) const {
+        return IsGiven([&](const Option& option) { return option.name == name; });
+    }
     void CheckNeeds() const {
         for (const auto& [option, value] : line_.given) {
-            const std::string& needed = option->needs;
-            if (needed.empty() || IsGiven([&](const Option& o) { return o.name == needed; })) {
-                continue;
+            const std::string name = "--" + option->name;
+            if (!option->needs.empty() && !IsGiven(option->needs)) {
+                throw Error(name + " wants --" + option->needs + " as well");
             }
-            throw Error("--" + option->name + " wants --" + option->needs + " as well");
+            if (!option->bars.empty() && IsGiven(option->bars)) {
+                throw Error(name + " and --" + option->bars + " cannot both be given");
+            }
         }
     }
     void CheckOperands() const {

@@ -1,6 +1,9 @@
 #include "cli/conversion.h"
 
+#include <array>
+#include <cstdint>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "cli/console.h"
@@ -42,6 +45,28 @@ void TellWhatSurprises(const std::string& input, const NumberedPage& page, const
     }
 }
 
+// Pens that the look names one by one and that draw nothing, mostly a number mistaken.
+void TellUnusedPens(const OpenedPlot& plot, const std::string& input,
+                    const ConversionOptions& options, const ConversionReports& reports) {
+    std::set<std::int32_t> named;
+    for (const auto& [pen, look] : options.write.look.pens) named.insert(pen);
+    for (const PenRange& range : options.write.look.only) {
+        if (range.first == range.last) named.insert(range.first);
+    }
+    if (named.empty()) return;
+    std::array<bool, 256> used{};
+    for (std::size_t page = 0; page < plot.pages.size(); ++page) {
+        if (!options.pages.Contains(page + 1)) continue;
+        const auto byPen = Summarise(plot.pages[page].Drawing()).byPen;
+        for (std::size_t pen = 0; pen < used.size(); ++pen) used[pen] |= byPen[pen] != 0;
+    }
+    for (const std::int32_t pen : named) {
+        const auto number = static_cast<std::size_t>(pen);
+        if (number >= used.size() || used[number]) continue;
+        reports.note(input + ": pen " + std::to_string(pen) + " draws nothing");
+    }
+}
+
 std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string& input,
                                        const ConversionOptions& options, const OutputFormat& format,
                                        const ConversionReports& reports) {
@@ -53,6 +78,7 @@ std::vector<NumberedPage> PagesToWrite(const OpenedPlot& plot, const std::string
         throw ToolError(input + ": has no page " + std::to_string(highest) + ", its last one is " +
                         std::to_string(count));
     }
+    if (options.tellUnusedPens) TellUnusedPens(plot, input, options, reports);
     std::vector<NumberedPage> pages;
     bool picturesAlone = false;
     for (std::size_t number = 1; number <= count; ++number) {

@@ -16,6 +16,7 @@ struct ConversionOptions {
     PageSelection pages;
     OpenOptions open;
     WriteOptions write;
+    bool tellUnusedPens = false;  // in a batch they would be told of each file
 };
 
 // What a conversion says besides failing; called on the converting thread.

@@ -86,6 +86,10 @@ class Conversions {
     }
     const OutputFormat& FormatOfOne(const std::string& output) const {
         if (output.empty()) throw Error("OUT is empty");
+        const std::string name = std::filesystem::u8path(output).filename().u8string();
+        if (name[0] == '.' && EndingAt(name) == 0 && FindFormat("x" + name) != nullptr) {
+            throw Error(output + " is an ending without a name before it");
+        }
         const bool toStandardOutput = output == "-";
         if (toStandardOutput && options_.ending.empty()) {
             throw Error("standard output has no ending; --to chooses the format");
@@ -124,6 +128,7 @@ class Conversions {
                                         }};
         ConversionOptions conversion = options_.conversion;
         conversion.write.page.threads = options_.batch.jobs;  // all threads to itself
+        conversion.tellUnusedPens = true;
         const ConversionResult result =
             Convert(components, input, output, format, conversion, reports);
         messages_.Detail(Describe(input, result));

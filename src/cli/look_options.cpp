@@ -82,6 +82,7 @@ OptionGroup SheetGroup(PageOptions& page, PageLook& look) {
             page.paper = *found;
             page.paper.fits = fits;
         }};
+    paper.words = PaperNames();
     Option fit = Flag("fit", 0, "With --paper: scaled to what the margins leave of the sheet",
                       page.paper.fits);
     fit.needs = "paper";
@@ -99,6 +100,8 @@ OptionGroup SheetGroup(PageOptions& page, PageLook& look) {
                              page.background = {Kind::kNone};
                              if (name != "none") page.background = {Kind::kColour, ColourIn(name)};
                          }};
+    background.words = ColourNames();
+    background.words.insert(background.words.begin(), "none");
     return {"Sheet",
             {For(std::move(paper), kOnSheets), For(std::move(fit), kOnSheets),
              For(std::move(margin), "svg pdf png html"), For(std::move(rotate), kOfPens),

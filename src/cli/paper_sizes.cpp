@@ -41,4 +41,10 @@ std::optional<Paper> PaperNamed(std::string name) {
     return paper;
 }
 
+std::vector<std::string> PaperNames() {
+    std::vector<std::string> names;
+    for (const NamedPaper& paper : kPapers) names.emplace_back(paper.name);
+    return names;
+}
+
 }  // namespace qm::cli

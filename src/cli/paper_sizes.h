@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "render/page_writers.h"
 
@@ -12,5 +13,8 @@ namespace qm::cli {
 // or millimetres as "297x210", which lie as they stand. Nothing for other names and for sides
 // outside 1 mm to 100 m.
 std::optional<Paper> PaperNamed(std::string name);
+
+// Those of papers, lower case.
+std::vector<std::string> PaperNames();
 
 }  // namespace qm::cli

@@ -28,6 +28,7 @@ OptionGroup PictureGroup(WriteOptions& options) {
                      [&options](const std::string& n) { options.plot.bits = std::stoi(n); });
     dpi.formats = "png rtl";
     size.formats = "png";
+    size.bars = "dpi";
     hard.formats = "png rtl";
     rtl.formats = "rtl";
     compact.formats = "compact";

@@ -185,12 +185,13 @@ const Transcript kTranscripts[] = {
      "qmplot: --fit wants --paper as well; see qmplot convert --help\n[2]\n"
      "qmplot: --paper: 'a9' is no paper; a0 to a5, letter, legal, tabloid or 297x210 are; see qmplot convert --help\n[2]\n"
      "qmplot: --margin leaves nothing of the paper for --fit; see qmplot convert --help\n[2]\n"},
-    {"Background", "q convert --background '#08F' a.plt a.svg; grep -c '<rect.*fill=\"#08f\"' a.svg; q convert --background none a.plt a.png; file a.png | grep -o RGBA; "
+    {"Background", "q convert --background '#08F' a.plt a.svg; grep -c '<rect.*fill=\"#08f\"' a.svg; q convert --background none a.plt a.png; od -An -tu1 -j25 -N1 a.png; "
      "q convert --background plaid a.plt a.svg",
-     "[0]\n1\n[0]\nRGBA\nqmplot: --background: 'plaid' is no colour; red or #ff0000 is; see qmplot convert --help\n[2]\n"},
+     "[0]\n1\n[0]\n   6\nqmplot: --background: 'plaid' is no colour; red or #ff0000 is; see qmplot convert --help\n[2]\n"},
 
     // The look.
-    {"PensAndWidths", "q convert --pen 2=red,1 --pen 1=,0.5 --pens 0,2- --line-width 2 pages.plt p.svg; cat p-*.svg | grep -o 'stroke=.*\"'",
+    {"PensAndWidths", "q convert --pen 2=red,1 --pen 1=,0.5 --pen 7=red --pens 0,2- --line-width 2 pages.plt p.svg; cat p-*.svg | grep -o 'stroke=.*\"'",
+     "qmplot: pages.plt: pen 0 draws nothing\nqmplot: pages.plt: pen 7 draws nothing\n"
      "qmplot: pages.plt: page 1 shows nothing and is not written\n[0]\n"
      "stroke=\"#f00\" stroke-width=\"40\"\nstroke=\"#0f0\" stroke-width=\"80\"\n"},
     {"LooksOfOtherFormats", "q convert --pen 1=red -o out a.plt; q convert --pen 1=red --rtl a.plt r.plt; q convert --mono a.plt b.plt; q convert --paper a4 a.plt a.dxf",

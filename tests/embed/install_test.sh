@@ -39,9 +39,9 @@ else
     fi
 fi
 if [ "$how" = cmake ]; then
-    cmake -S "$consumer" -B "$folder/build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix"
+    cmake -S "$consumer" -B "$folder/build" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix"
     cmake --build "$folder/build"
-    cmake -S "$folder/program" -B "$folder/program/build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix"
+    cmake -S "$folder/program" -B "$folder/program/build" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix"
     cmake --build "$folder/program/build"
     program=$folder/build/count_plot first=$folder/program/build/first
 elif [ "$how" = pkg-config ]; then
