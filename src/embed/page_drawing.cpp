@@ -1,6 +1,6 @@
 // Page::Draw and Page::Texts: the host's records of a page as the calls of qmfilter::Visitor. The
 // public types are copies of the internal ones, so that those can change. Test:
-// tests/embed/install_test.sh.
+// tests/embed/plot_test.cpp.
 #include "embed/page_impl.h"
 #include "host/display_list_player.h"
 

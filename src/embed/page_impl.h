@@ -1,4 +1,4 @@
-// What stands behind a qmfilter::Page. Test: tests/embed/install_test.sh.
+// What stands behind a qmfilter::Page. Test: tests/embed/plot_test.cpp.
 #pragma once
 
 #include "host/open_plot.h"

@@ -1,4 +1,5 @@
-// qmfilter/plot.h over the embedded host and the import filter. Test: tests/embed/install_test.sh.
+// qmfilter/plot.h over the embedded host and the import filter. Test:
+// tests/embed/plot_test.cpp.
 #include "qmfilter/plot.h"
 
 #include <locale>
