@@ -63,6 +63,10 @@ inline void MakeZip(const std::filesystem::path& path, const std::vector<Item>& 
         const auto entry = static_cast<zip_uint64_t>(index);
         const zip_int32_t method = item.deflate ? ZIP_CM_DEFLATE : ZIP_CM_STORE;
         zip_set_file_compression(zip, entry, item.bzip2 ? ZIP_CM_BZIP2 : method, 9);
+        // Two more fields behind the name of an entry in the list, of lengths of their own.
+        zip_file_set_comment(zip, entry, "said", 4, ZIP_FL_ENC_UTF_8);
+        const zip_uint8_t more[] = {1, 2, 3};
+        zip_file_extra_field_set(zip, entry, 0x7777, 0, more, sizeof more, ZIP_FL_CENTRAL);
         if (item.encrypt) zip_file_set_encryption(zip, entry, ZIP_EM_TRAD_PKWARE, "secret");
     }
     ASSERT_EQ(zip_close(zip), 0);

@@ -207,17 +207,6 @@ TEST_F(QmplotTest, InterruptionLeavesNothingBehind) {
     EXPECT_EQ(NewNames(), std::set<std::string>{});
 }
 
-// Without a screen there is no browser to be started, only told where the page is.
-TEST_F(QmplotTest, ViewWritesAPageToTheCache) {
-    const Result result = RunShell(
-        "unset DISPLAY WAYLAND_DISPLAY; XDG_CACHE_HOME=$PWD/cache " QM_QMPLOT " view a.plt");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_NE(result.err.find("no browser could be started"), std::string::npos) << result.err;
-    const fs::path page = result.out.substr(0, result.out.find('\n'));
-    EXPECT_EQ(page.parent_path(), folder_ / "cache/qmplot");
-    EXPECT_NE(Get(page).find("<title>a.plt</title>"), std::string::npos);
-}
-
 TEST_F(QmplotTest, AReaderMayCloseItsPipe) {
     Put("long.plt", LongPlot());
     const Result result = Run("ops long.plt | head -n 1");

@@ -31,6 +31,8 @@ const Transcript kTranscripts[] = {
      "2\n"},
     {"ScriptStays", "echo 'object 1203' >r; q replay r ./r; cat r; q replay r ''",
      "qmplot: ./r: is not written, because it is the script\n[2]\nobject 1203\nqmplot: OUT is empty; see qmplot replay --help\n[2]\n"},
+    {"ScriptIsReplayed", "printf 'object 1203\\nAppendLine 1 2 3 4\\n' >r; q replay r v; tail -n 2 v; printf 'object 1206\\nfrob\\n' >r; q replay --format hprtl r x; ls x",
+     "[0]\nPU1,-2PD3,-4;\r\nPU;PG;qmplot: r:2: no such call: frob\n[2]\nls: cannot access 'x': No such file or directory\n"},
     {"ReportIsNoPlot", "cp a.plt b; q convert -o out --report a.plt pages.plt; cmp a.plt b; q convert -o out --report - a.plt",
      "qmplot: a.plt: is not added to, because it is no report; --report names the file for the lines about the others\n[2]\n"
      "qmplot: --report wants a file; '-' is none\n[2]\n"},
@@ -224,6 +226,18 @@ const Transcript kTranscripts[] = {
      "[0]\n<title>plän.plt, Page 1\ndc:creator=\"qmplot\" dc:date=\"2000-02-29T12:00:00Z\"\n[0]\n"
      "Title|||||plän.plt, Page 1\nSoftware|qmplot\nTime|2000-02-29T12:00:00Z\n0\n"},
 
+    // view: a page below the folder for caches, one a plot, and the browser where there is a screen.
+    {"ViewWritesAPageToTheCache", "unset DISPLAY WAYLAND_DISPLAY; export HOME=$PWD/h TMPDIR=$PWD; w() { q view \"$@\" | sed \"s#$PWD##; s#-[0-9]*.html#-N.html#\"; }; "
+     "XDG_CACHE_HOME=$PWD/c w a.plt; unset XDG_CACHE_HOME; w --no-open - <a.plt; HOME= w -q a.plt; grep -o '<title>.*</title>' c/qmplot/a-*; HOME=/dev/null q view a.plt none",
+     "qmplot: no browser could be started; open that file with one\n/c/qmplot/a-N.html\n[0]\n/h/.cache/qmplot/standard-input-N.html\n[0]\n/qmplot/a-N.html\n[0]\n"
+     "<title>a.plt</title>\nqmplot: /dev/null/.cache/qmplot: cannot be made: Not a directory\nqmplot: /dev/null/.cache/qmplot: cannot be made: Not a directory\n[2]\n"},
+    {"ViewStartsTheBrowser", "printf '#!/bin/sh\\necho said; echo said >&2; echo \"$1\" >opened' >xdg-open; chmod +x xdg-open; export PATH=$PWD:$PATH XDG_CACHE_HOME=$PWD/c; "
+     "WAYLAND_DISPLAY=w q view a.plt >page; for i in $(seq 99); do [ -s opened ] && break; sleep 0.05; done; sed 's#.*/c/##; s#-[0-9]*.html#-N.html#' page; head -n 1 page | cmp opened -",
+     "qmplot/a-N.html\n[0]\n"},
+    {"ProgressIsALineOfTheTerminal", "cp " QM_EXAMPLES "/chart.plt 'Plan in Gr\303\266\303\237e L.plt'; for n in 50 12; do "
+     "script -qec \"stty cols $n; (sleep 1.1; echo Plan*) | qmplot convert --force-overwrite --files-from - -o o\" /dev/null </dev/null | tr '\\r' '\\n' | sed -n 's/\\x1b\\[K\\(.* 9 %\\)/\\1/p'; done",
+     "file 1 of 1: ...r\303\266\303\237e L.plt [#-------------]   9 %\n  9 %\n"},
+
     // Pages and formats.
     {"TitleIsTheNameAlone", "mkdir d; cp a.plt d; q convert -q d/a.plt a.html; grep -o '<title>.*</title>' a.html", "[0]\n<title>a.plt</title>\n"},
     {"PagesOfAList", "q convert --page 1,3- pages.plt p.svg; q convert --page 2,2-3 pages.plt q.pdf; ls p*.svg q*; q convert --page 2-3 pages.plt r.plt; q info r.plt | grep -c Page",
@@ -250,7 +264,7 @@ class Transcripts : public QmplotTest, public testing::WithParamInterface<Transc
         for (int i = 0; i < 50; ++i) plot += kPlot;
         MakeZip(folder_ / "plan.zip", {{"readme", "x"}, {"PLAN.PRN", plot}});
         MakeZip(folder_ / "other.zip", {{"sheets/plan.prn", plot}});
-        MakeZip(folder_ / "locked.zip", {{"plan.prn", plot, true, true}});
+        MakeZip(folder_ / "locked.zip", {{"readme", "x"}, {"plan.prn", plot, true, true}});
         MakeZip(folder_ / "method.zip", {{"plan.prn", plot}});
         std::string zip = Get("method.zip");
         zip[8] = zip[zip.find("PK\1\2") + 10] = 97;

@@ -65,6 +65,8 @@ TEST(Reading, Coordinates) {
          {"Line 10 10 18 18"}, {"Line 5 5 7 7"}},
         {"DF ends scale and window", "SC0,2,0,2,2;IW0,0,1,1;DF;PU5,5;PD7,7;",
          {}, {"Line 5 5 7 7"}},
+        {"DF leaves the pen on its place", "SC0,2,0,2,2;PU5,5;DF;PD7,7;",
+         {"Line 10 10 14 14"}, {"Line 613 531 7 7"}},
         {"DF ends PR", "PU5,5;PR;DF;PD1,1;", {"Line 5 5 6 6"}, {"Line 5 5 1 1"}},
         {"RO180 leaves the points unturned", "PS400,200;RO180;IP;SC0,1,0,1;PU0,0;PD1,1;",
          {"Line 0 0 1 1"}, {"Line 0 0 400 200"}},

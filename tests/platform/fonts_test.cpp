@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -27,6 +28,18 @@ std::string Measure(const char* face, LONG height) {
     EXPECT_EQ(ReleaseDC(nullptr, context), 1);
     return std::to_string(size.cy) + ' ' + std::to_string(metrics.tmAscent) + ' ' +
            std::to_string(metrics.tmDescent);
+}
+
+TEST(Fonts, Metrics) {
+    TEXTMETRICA m = {};
+    const HDC context = GetDC(nullptr);
+    EXPECT_TRUE(GetTextMetricsA(context, &m));
+    const std::vector<LONG> told{m.tmHeight,       m.tmAscent,           m.tmDescent,
+                                 m.tmAveCharWidth, m.tmMaxCharWidth,     m.tmWeight,
+                                 m.tmFirstChar,    m.tmDigitizedAspectX, m.tmDigitizedAspectY,
+                                 m.tmLastChar,     m.tmBreakChar};
+    EXPECT_EQ(told, (std::vector<LONG>{16, 13, 3, 6, 6, 400, 0, 96, 96, 255, ' '}));
+    EXPECT_EQ(ReleaseDC(nullptr, context), 1);
 }
 
 TEST(Fonts, CellHeights) {
