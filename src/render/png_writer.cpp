@@ -182,14 +182,11 @@ void WritePicture(const PackedBitmapView& picture, bool whiteIsClear, OutputSink
         for (std::uint32_t i = 0; i < 1U << bits; ++i) header.palette.push_back(picture.Colour(i));
     }
     PngWriter writer(header, sink);
-    std::vector<std::uint8_t> rgb(std::size_t{3} * static_cast<std::size_t>(picture.Width()));
+    std::vector<std::uint8_t> rgb;  // a row of one bit a dot can have a billion dots
+    if (header.palette.empty()) rgb.resize(PngRowBytes(header));
     for (std::int32_t y = 0; y < picture.Height(); ++y) {
-        if (!header.palette.empty()) {
-            writer.WriteRow(picture.RowFromTop(y));
-            continue;
-        }
-        picture.RowToRgb(y, rgb.data());
-        writer.WriteRow(rgb.data());
+        if (!rgb.empty()) picture.RowToRgb(y, rgb.data());
+        writer.WriteRow(rgb.empty() ? picture.RowFromTop(y) : rgb.data());
     }
     writer.Finish();
 }
