@@ -24,6 +24,12 @@ struct PaletteEntry {
 };
 static_assert(sizeof(PaletteEntry) == 4);
 
+// Of 0x00RRGGBB.
+inline PaletteEntry EntryOf(std::uint32_t colour) {
+    return {static_cast<std::uint8_t>(colour), static_cast<std::uint8_t>(colour >> 8),
+            static_cast<std::uint8_t>(colour >> 16), 0};
+}
+
 inline bool operator==(PaletteEntry a, PaletteEntry b) {
     return a.blue == b.blue && a.green == b.green && a.red == b.red && a.reserved == b.reserved;
 }

@@ -8,6 +8,7 @@ namespace qm {
 // Plotter units: 1/1016 inch, 40 a millimetre.
 inline constexpr double kUnitsPerInch = 1016.0;
 inline constexpr double kUnitsPerMillimetre = 40.0;
+inline constexpr double kUnitsPerCentimetre = 10.0 * kUnitsPerMillimetre;
 inline constexpr double kMillimetresPerInch = 25.4;
 inline constexpr double kCentimetresPerInch = 2.54;
 // Decipoints, in which the raster language measures (PCL 5): 1/720 inch.

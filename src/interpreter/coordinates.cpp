@@ -15,16 +15,16 @@ namespace qm {
 namespace {
 
 // Outcode bits, in the order in which they are tested.
-constexpr unsigned kLeft = 1;
+constexpr unsigned kLeftOf = 1;
 constexpr unsigned kAbove = 2;
-constexpr unsigned kRight = 4;
+constexpr unsigned kRightOf = 4;
 constexpr unsigned kBelow = 8;
 
 unsigned OutCode(const ClipWindow& window, PointI p) {
     unsigned code = 0;
-    if (p.x < window.xMin) code |= kLeft;
+    if (p.x < window.xMin) code |= kLeftOf;
     if (p.y > window.yMax) code |= kAbove;
-    if (p.x > window.xMax) code |= kRight;
+    if (p.x > window.xMax) code |= kRightOf;
     if (p.y < window.yMin) code |= kBelow;
     return code;
 }
@@ -36,9 +36,9 @@ std::int32_t CrossingAt(double edge, double from, double to, double otherFrom, d
 // Moves the outside point `p` of the segment p-q onto the window edge that the first bit of its
 // code names.
 void MoveOntoEdge(const ClipWindow& window, unsigned code, PointI& p, PointI q) {
-    const bool vertical = (code & kLeft) != 0 || (code & (kAbove | kRight)) == kRight;
+    const bool vertical = (code & kLeftOf) != 0 || (code & (kAbove | kRightOf)) == kRightOf;
     if (vertical) {
-        const std::int32_t edge = (code & kLeft) != 0 ? window.xMin : window.xMax;
+        const std::int32_t edge = (code & kLeftOf) != 0 ? window.xMin : window.xMax;
         p.y = CrossingAt(edge, p.x, q.x, p.y, q.y);
         p.x = edge;
     } else {

@@ -3,6 +3,7 @@
 // Test: tests/render/deflater_test.cpp.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
@@ -27,6 +28,8 @@ class Deflater {
     virtual void SetDense(bool /*dense*/, OutputSink&) {}
 
   protected:
+    static constexpr std::size_t kPieceBytes = std::size_t{1} << 16;
+
     Deflater() = default;
     virtual void Run(std::string_view bytes, bool last, OutputSink& sink) = 0;
 };

@@ -12,8 +12,7 @@ namespace qm {
 namespace {
 
 // Level 3 would be a little faster and smaller, but differs from processor to processor.
-constexpr std::uint32_t kLevel = 2;
-constexpr std::size_t kOutBytes = std::size_t{1} << 16;
+constexpr std::uint32_t kIsalLevel = 2;
 
 // The library leaves values in the upper halves of the wide registers. As long as they are there,
 // the processor takes several times as long for all other arithmetic.
@@ -29,7 +28,7 @@ class IsalDeflater final : public Deflater {
   public:
     void Begin() override {
         isal_deflate_init(&stream_);
-        stream_.level = kLevel;
+        stream_.level = kIsalLevel;
         stream_.level_buf = level_.data();
         stream_.level_buf_size = static_cast<std::uint32_t>(level_.size());
         stream_.gzip_flag = IGZIP_ZLIB;
@@ -52,18 +51,18 @@ class IsalDeflater final : public Deflater {
         }
     }
     void HandOn(OutputSink& sink) {
-        const std::size_t ready = kOutBytes - stream_.avail_out;
+        const std::size_t ready = kPieceBytes - stream_.avail_out;
         if (ready > 0) sink.Write({reinterpret_cast<const char*>(out_.data()), ready});
         StartPiece();
     }
     void StartPiece() {
         stream_.next_out = out_.data();
-        stream_.avail_out = static_cast<std::uint32_t>(kOutBytes);
+        stream_.avail_out = static_cast<std::uint32_t>(kPieceBytes);
     }
 
     isal_zstream stream_{};
     std::array<std::uint8_t, ISAL_DEF_LVL2_DEFAULT> level_;
-    std::array<std::uint8_t, kOutBytes> out_;
+    std::array<std::uint8_t, kPieceBytes> out_;
 };
 
 }  // namespace

@@ -11,8 +11,6 @@ namespace qm {
 
 namespace {
 
-constexpr std::size_t kOutBytes = std::size_t{1} << 16;
-
 class ZlibDeflater final : public Deflater {
   public:
     explicit ZlibDeflater(int level) : level_(level) {
@@ -46,19 +44,19 @@ class ZlibDeflater final : public Deflater {
         } while (last ? status != Z_STREAM_END : stream_.avail_in > 0);
     }
     void HandOn(OutputSink& sink) {
-        const std::size_t ready = kOutBytes - stream_.avail_out;
+        const std::size_t ready = kPieceBytes - stream_.avail_out;
         if (ready == 0) return;
         sink.Write({reinterpret_cast<const char*>(out_.data()), ready});
         StartPiece();
     }
     void StartPiece() {
         stream_.next_out = out_.data();
-        stream_.avail_out = static_cast<uInt>(kOutBytes);
+        stream_.avail_out = static_cast<uInt>(kPieceBytes);
     }
 
     int level_;
     z_stream stream_{};
-    std::array<Bytef, kOutBytes> out_;
+    std::array<Bytef, kPieceBytes> out_;
 };
 
 }  // namespace

@@ -17,7 +17,6 @@ namespace qm {
 namespace {
 
 constexpr std::uint8_t kEndOfText = 3;
-constexpr double kUnitsPerCentimetre = 10.0 * kUnitsPerMillimetre;
 
 // Sizes in plotter units become current units at once; a later SC does not change them.
 // Quirk: with one number given the height stays.

@@ -16,9 +16,8 @@ namespace qm {
 
 namespace {
 
-constexpr double kCellWidths = 1.5;
+constexpr double kGridCellWidths = 1.5;
 constexpr double kCellHeights = 2.0;
-constexpr double kUnitsPerCentimetre = 10.0 * kUnitsPerMillimetre;
 // Of a font's height in points capitals take two thirds; the default size is this much wider than
 // high.
 constexpr double kCapitals = 2.0 / 3.0;
@@ -53,7 +52,7 @@ LabelState Sized(const LabelState& label, const CoordinateState& c) {
 class Cells {
   public:
     explicit Cells(const LabelState& sized) : sized_(sized) {
-        const double width = sized.CharWidth * kCellWidths * sized.CharSpacingFactor;
+        const double width = sized.CharWidth * kGridCellWidths * sized.CharSpacingFactor;
         const double height = sized.CharHeight * kCellHeights * sized.LineSpacingFactor;
         switch (sized.TextPath) {
             case 1:
@@ -332,7 +331,7 @@ void SetRun(LabelState& label, PointD run, bool relative) {
 void SetFontSize(LabelState& label, std::int16_t kind, double value) {
     if (value <= 0.0 || (kind != 3 && kind != 4)) return;
     PointD& size = label.grid.size;
-    if (kind == 3) size.x = kUnitsPerInch / value / kCellWidths;
+    if (kind == 3) size.x = kUnitsPerInch / value / kGridCellWidths;
     if (kind == 4) {
         size.y = value / kPointsPerInch * kUnitsPerInch * kCapitals;
         size.x = size.y * kWidthOfHeight;

@@ -18,7 +18,7 @@ namespace {
 
 // Characters kept of one label; the rest is read and lost.
 constexpr std::size_t kMaxLabelLength = 256;
-constexpr int kShiftIn = 15;  // the one code that takes no room
+constexpr int kRoomlessCode = 15;  // the one code that takes no room
 
 // A character cell is this many character widths wide, the gap to the next included.
 constexpr double kCellWidths = 1.4;
@@ -173,7 +173,7 @@ PointD DrawCharacters(const LabelState& label, Drawing& drawing, const char* tex
     for (std::size_t i = 0; i < count; ++i) {
         const int code = MapCharacter(static_cast<std::uint8_t>(text[i]), label.CurrentCharSet);
         DrawGlyph(drawing, transform, StrokeGlyph(code, label.CurrentCharSet), origin);
-        if (code != kShiftIn) origin = origin + advance;
+        if (code != kRoomlessCode) origin = origin + advance;
     }
     return origin;
 }

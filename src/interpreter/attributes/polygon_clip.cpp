@@ -85,7 +85,7 @@ std::vector<Contour> ClipExactly(Vertices polygon, const ClipWindow& window) {
 
 // --- Polygons that meet themselves too often ----------------------------------------------------
 
-struct Edge {
+struct BoxedEdge {
     gpc_vertex a;
     gpc_vertex b;
     double xMin;
@@ -93,17 +93,17 @@ struct Edge {
 };
 
 // Positive when `p` lies left of the edge. Rounded, which is good enough for counting.
-double Side(const Edge& edge, gpc_vertex p) {
+double Side(const BoxedEdge& edge, gpc_vertex p) {
     return (edge.b.x - edge.a.x) * (p.y - edge.a.y) - (edge.b.y - edge.a.y) * (p.x - edge.a.x);
 }
 
-bool Meet(const Edge& l, const Edge& r) {
+bool Meet(const BoxedEdge& l, const BoxedEdge& r) {
     return std::max(l.a.y, l.b.y) >= std::min(r.a.y, r.b.y) &&
            std::max(r.a.y, r.b.y) >= std::min(l.a.y, l.b.y) &&
            !(Side(l, r.a) * Side(l, r.b) > 0.0) && !(Side(r, l.a) * Side(r, l.b) > 0.0);
 }
 
-void AddEdges(const Vertices& polygon, std::vector<Edge>& edges) {
+void AddEdges(const Vertices& polygon, std::vector<BoxedEdge>& edges) {
     if (polygon.empty()) return;
     gpc_vertex previous = polygon.back();
     for (const gpc_vertex v : polygon) {
@@ -120,11 +120,11 @@ bool MeetTooOften(const std::vector<Vertices>& polygons, WorkBudget* budget) {
     std::size_t count = 0;
     for (const Vertices& polygon : polygons) count += polygon.size();
     if (count <= kFewVertices) return false;
-    std::vector<Edge> edges;
+    std::vector<BoxedEdge> edges;
     edges.reserve(count);
     for (const Vertices& polygon : polygons) AddEdges(polygon, edges);
     std::sort(edges.begin(), edges.end(),
-              [](const Edge& l, const Edge& r) { return l.xMin < r.xMin; });
+              [](const BoxedEdge& l, const BoxedEdge& r) { return l.xMin < r.xMin; });
     std::int64_t meetings = 0;
     for (std::size_t i = 0; i < edges.size(); ++i) {
         const std::int64_t before = meetings;

@@ -12,7 +12,7 @@ constexpr PaletteEntry kBlack{0, 0, 0, 0};
 
 // Colours as blue, green, red, reserved.
 // clang-format off
-constexpr PaletteEntry kThreePlanes[] = {
+constexpr PaletteEntry kThreePlaneColours[] = {
     {255, 255, 255, 0},  // white
     {255, 255,   0, 0},  // cyan
     {255,   0, 255, 0},  // magenta
@@ -65,14 +65,15 @@ void SetForeground(RasterPalette& palette, std::int32_t index) {
 }
 
 void SetThreePlanePalette(RasterPalette& palette) {
-    std::copy(std::begin(kThreePlanes), std::end(kThreePlanes), palette.entries.begin());
+    std::copy(std::begin(kThreePlaneColours), std::end(kThreePlaneColours),
+              palette.entries.begin());
 }
 
 void SetFourPlanePalette(RasterPalette& palette) {
     // The lowest plane is black, so odd indexes are black and the even ones the three-plane
     // colours.
     for (std::size_t i = 0; i < 16; ++i) {
-        palette.entries[i] = i % 2 == 1 ? kBlack : kThreePlanes[i / 2];
+        palette.entries[i] = i % 2 == 1 ? kBlack : kThreePlaneColours[i / 2];
     }
 }
 

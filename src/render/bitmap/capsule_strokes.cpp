@@ -9,7 +9,7 @@ namespace qm::bitmap {
 
 namespace {
 
-constexpr double kFlat = 1e-9;  // what a direction's part has to exceed
+constexpr double kNoSlope = 1e-9;  // what a direction's part has to exceed
 // Lines that are left out together when the bounds do not show them.
 constexpr std::size_t kMostAtOnce = 16;
 // Points nearer than this to the last one, in dots, do not make a thin line of their own.
@@ -165,7 +165,7 @@ CapsuleStrokes::Run CapsuleStrokes::RunOf(const Line& s, double radius, double y
         const double away = y - end.y;
         if (std::abs(away) <= radius) add(end.x, std::sqrt(radius * radius - away * away));
     }
-    if (std::abs(s.along.y) > kFlat) {
+    if (std::abs(s.along.y) > kNoSlope) {
         for (const double side : {-radius, radius}) {
             const double along = (y - s.from.y + s.along.x * side) / s.along.y;
             if (along >= 0.0 && along <= s.length) {

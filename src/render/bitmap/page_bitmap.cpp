@@ -16,11 +16,6 @@ namespace {
 
 using Palette = std::array<PaletteEntry, 256>;
 
-PaletteEntry EntryOf(std::uint32_t dot) {
-    return {static_cast<std::uint8_t>(dot), static_cast<std::uint8_t>(dot >> 8),
-            static_cast<std::uint8_t>(dot >> 16), 0};
-}
-
 // -------------------------------------------------------------------------------- 8 bits a dot
 
 constexpr unsigned kCubeSide = 6;

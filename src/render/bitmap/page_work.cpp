@@ -22,7 +22,7 @@ constexpr double kRowOfThick = 80.0;
 constexpr double kThickDot = 1.0;
 constexpr double kOutlined = 5.0;  // times as much for lines that are drawn as areas
 constexpr double kDash = 100.0;
-constexpr double kBytesPerDot = 8.0;
+constexpr double kBandDotBytes = 8.0;
 constexpr double kBandBytes = 4194304.0;
 constexpr double kEdgeDot = 40.0;
 constexpr double kAreaDot = 1.3;
@@ -31,7 +31,7 @@ constexpr double kPatternDot = 120.0;
 constexpr double kPictureDot = 15.0;
 constexpr double kSourceDot = 4.0;
 constexpr std::int32_t kCopyPen = 13;
-constexpr std::size_t kPiece = 64;  // lines of a chain that are left out together
+constexpr std::size_t kChainPiece = 64;  // lines of a chain that are left out together
 
 double Distance(PointI a, PointI b) {
     return std::abs(double{1} * b.x - a.x) + std::abs(double{1} * b.y - a.y);
@@ -67,7 +67,7 @@ class Meter final : public DisplayListVisitor {
     Meter(const PageRaster& raster, double bytes, DisplayList* list)
         : scale_(raster.dotsPerUnit),
           hairline_(raster.hairline),
-          bands_(std::max(1.0, kBytesPerDot * raster.width * raster.height / kBandBytes)),
+          bands_(std::max(1.0, kBandDotBytes * raster.width * raster.height / kBandBytes)),
           units_(kUnits + kUnitsPerDot * raster.width * raster.height +
                  kUnitsPerByteAndDot * bytes * (double{1} * raster.width + raster.height)),
           dashes_(kDashes + kDashesPerByte * bytes),
@@ -230,9 +230,9 @@ class Meter final : public DisplayListVisitor {
             });
         };
         const double units = LineUnits(style, PathLength(points), points.count);
-        if (units <= units_ || points.count <= kPiece) return put(points);
-        for (std::size_t from = 0; from + 1 < points.count; from += kPiece) {
-            put({points.data + from, std::min(kPiece + 1, points.count - from)});
+        if (units <= units_ || points.count <= kChainPiece) return put(points);
+        for (std::size_t from = 0; from + 1 < points.count; from += kChainPiece) {
+            put({points.data + from, std::min(kChainPiece + 1, points.count - from)});
         }
     }
 

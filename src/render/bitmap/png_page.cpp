@@ -7,6 +7,7 @@
 #include <new>
 
 #include "common/numbers.h"
+#include "common/packed_bitmap.h"
 #include "common/tool_error.h"
 #include "host/page_summary.h"
 #include "render/bitmap/page_bands.h"
@@ -35,11 +36,6 @@ std::size_t RunOf(const BandDot* dots, std::size_t count, std::uint32_t colour) 
 
 bool IsGreyDot(std::uint32_t colour) {
     return (colour & 0xFF) == (colour >> 8 & 0xFF) && (colour & 0xFF) == colour >> 16;
-}
-
-PaletteEntry EntryOf(std::uint32_t colour) {
-    return {static_cast<std::uint8_t>(colour), static_cast<std::uint8_t>(colour >> 8),
-            static_cast<std::uint8_t>(colour >> 16), 0};
 }
 
 // Reads kept rows back.

@@ -13,13 +13,14 @@ namespace {
 // widths).
 constexpr double kMitreLimit = 5.0;
 // How far the corners of a polygon may lie beside the circle it stands for, in dots.
-constexpr double kRoundness = 0.05;
+constexpr double kJoinRoundness = 0.05;
 
 PointD Scaled(PointD vector, double by) { return {vector.x * by, vector.y * by}; }
 PointD Across(PointD along) { return {along.y, -along.x}; }
 
 int StepsOf(double radius, double angle) {
-    const double step = 2.0 * std::acos(std::max(0.0, 1.0 - kRoundness / std::max(radius, 0.1)));
+    const double step =
+        2.0 * std::acos(std::max(0.0, 1.0 - kJoinRoundness / std::max(radius, 0.1)));
     return std::clamp(TruncateToInt32(std::ceil(angle / step)), 1, 1000);
 }
 
