@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "interpreter/null_builder.h"
 #include "tests/interpreter/ops_table.h"
 
 namespace qm {
@@ -106,6 +107,28 @@ TEST(Reading, ShapesTurnedWithinAPage) {
           "FilledPolyPolygon 2 4 4 : 340,50 340,60 330,60 340,50 339,61 339,62 338,62 339,61"}},
     });
     // clang-format on
+}
+
+// What has no place, and pictures, which lie on the sheet.
+TEST(Reading, TheRestIsNotTurned) {
+    const std::string rest =
+        "SP2;PW0.5;LT2,10,1;UL1,8,4;LT1;LT;LA2,4;MC1,168;RF3,2,2,0,1,1,0;FT11,3;RA9,9;FT;FR40;"
+        "LB-\3WU1;\033%0A\033*t1016R\033*r8S\033*b1W\xF0\033*b1W\xAA\033*b1W\x0F\033%0B";
+    const std::string kinds =
+        "SetPen SetColor SetLineWidth SetLineType SetLineStyle SetPatternLength SetLineAttributes "
+        "SetDrawMode DefineFillPattern SetFillType SetFrameOffset BeginLabelExtent EndLabelExtent "
+        "Raster";
+    const Lines straight = OnlyOf("PS400,400;PD1,2;" + rest, Reading::Plotter(), kinds);
+    EXPECT_EQ(straight.size(), 24U);
+    EXPECT_EQ(OnlyOf("PS400,400;PD1,2;RO180;" + rest, Reading::Plotter(), kinds), straight);
+    // Whoever drops the operations reads the same pages.
+    const std::string plot =
+        rest + "PU;CI9;AA9,0,90;EA9,9;PM0;PD9,0,9,9;PM2;FP;EP;PM0;PD9,0,9,9;PM1;PD7,7;PM2;FP;PG;" +
+        rest;
+    NullBuilder dropped(plot);
+    dropped.EnterDocumentMode();
+    EXPECT_EQ("result " + std::to_string(dropped.Interpret()) + '\n',
+              Ops(plot).substr(Ops(plot).rfind("result")));
 }
 
 // A hyphen is one stroke in the middle of its letter: of 0.3 x 0.3 cm from 20, 60 to 100, 60.
