@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "common/numbers.h"
+#include "render/bitmap/edge_profile.h"
 
 namespace qm::bitmap {
 
@@ -177,17 +178,18 @@ CapsuleStrokes::Run CapsuleStrokes::RunOf(const Line& s, double radius, double y
 }
 
 unsigned CapsuleStrokes::CoverageAt(const Line& s, double x, double y) const {
+    const EdgeProfile& profile = EdgeProfile::Known();
     const double rightward = x - s.from.x;
     const double downward = y - s.from.y;
     const double along = rightward * s.along.x + downward * s.along.y;
     if (along >= 0.0 && along <= s.length) {
         const double away = std::abs(rightward * s.along.y - downward * s.along.x);
-        return profile_.Coverage(EdgeProfile::DirectionOf(s.along.x, s.along.y), halfWidth_ - away);
+        return profile.Coverage(EdgeProfile::DirectionOf(s.along.x, s.along.y), halfWidth_ - away);
     }
     const PointD& end = along < 0.0 ? s.from : s.to;
     const double away = Length(x - end.x, y - end.y);
-    return profile_.Coverage(EdgeProfile::DirectionOf((x - end.x) / away, (y - end.y) / away),
-                             halfWidth_ - away);
+    return profile.Coverage(EdgeProfile::DirectionOf((x - end.x) / away, (y - end.y) / away),
+                            halfWidth_ - away);
 }
 
 void CapsuleStrokes::AddThick(const Line& s) {

@@ -12,7 +12,6 @@
 
 #include "common/geometry.h"
 #include "render/bitmap/band.h"
-#include "render/bitmap/edge_profile.h"
 #include "render/bitmap/stroke_ink.h"
 #include "render/bitmap/thin_lines.h"
 
@@ -80,7 +79,6 @@ class CapsuleStrokes {
     DotBox bounds_;
     StrokeInk ink_;
     ThinLines thin_;
-    EdgeProfile profile_;
     double halfWidth_ = 0.5;
     std::vector<Line> lines_;
 };

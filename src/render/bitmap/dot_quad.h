@@ -13,22 +13,35 @@ namespace qm::bitmap {
 using QuadWords = std::uint16_t __attribute__((vector_size(16)));  // two for each dot
 using QuadLongs = std::uint32_t __attribute__((vector_size(16)));  // one for each dot
 using QuadSigned = std::int32_t __attribute__((vector_size(16)));
+using QuadFloats = float __attribute__((vector_size(16)));
 using QuadPairs = std::uint64_t __attribute__((vector_size(16)));
 
 inline QuadLongs AllFour(std::uint32_t value) { return QuadLongs{value, value, value, value}; }
+inline QuadFloats AllFour(float value) { return QuadFloats{value, value, value, value}; }
 
-// What a line covers of four dots.
-struct QuadCoverage {
-    QuadWords parts;      // of 256, as Mix takes them
-    QuadLongs coverages;  // 0 to 255
+inline QuadFloats AtLeast(QuadFloats values, float least) {
+    return values > AllFour(least) ? values : AllFour(least);
+}
+inline QuadFloats AtMost(QuadFloats values, float most) {
+    return values < AllFour(most) ? values : AllFour(most);
+}
+inline QuadFloats Absolute(QuadFloats values) {
+    return reinterpret_cast<QuadFloats>(reinterpret_cast<QuadLongs>(values) & 0x7FFFFFFFU);
+}
 
-    QuadCoverage() : QuadCoverage(0, 0, 0, 0) {}
-    QuadCoverage(std::uint32_t a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
-        : coverages{a, b, c, d} {
-        const QuadLongs whole = coverages + (coverages >> 7);
-        parts = reinterpret_cast<QuadWords>(whole | whole << 16);
-    }
-};
+inline QuadFloats AsFloats(QuadLongs values) {
+    return __builtin_convertvector(reinterpret_cast<QuadSigned>(values), QuadFloats);
+}
+// Not negative ones, truncated.
+inline QuadLongs AsLongs(QuadFloats values) {
+    return reinterpret_cast<QuadLongs>(__builtin_convertvector(values, QuadSigned));
+}
+
+// Coverages of 255 as parts of 256, as Mix takes them, twice each.
+inline QuadWords PartsOf(QuadLongs coverages) {
+    const QuadLongs whole = coverages + (coverages >> 7);
+    return reinterpret_cast<QuadWords>(whole | whole << 16);
+}
 
 // A colour that is mixed into dots.
 class QuadColour {
@@ -53,29 +66,45 @@ class QuadColour {
     QuadWords inner_;  // green
 };
 
+// All bits of those values that are `least` or more, both below 2^31.
+inline QuadLongs From(QuadLongs values, std::uint32_t least) {
+    return reinterpret_cast<QuadLongs>(reinterpret_cast<QuadSigned>(values) >=
+                                       reinterpret_cast<QuadSigned>(AllFour(least)));
+}
+inline QuadLongs Greater(QuadLongs values, QuadLongs others) {
+    return reinterpret_cast<QuadLongs>(reinterpret_cast<QuadSigned>(values) >
+                                       reinterpret_cast<QuadSigned>(others));
+}
+inline QuadLongs Chosen(QuadLongs where, QuadLongs values, QuadLongs others) {
+    return (values & where) | (others & ~where);
+}
+inline bool AnyOf(QuadLongs bits) {
+    const auto pairs = reinterpret_cast<QuadPairs>(bits);
+    return (pairs[0] | pairs[1]) != 0;
+}
+
+// Colours and marks of four dots.
+struct QuadDots {
+    QuadLongs colours;
+    QuadLongs marks;
+};
+
+// Dots that lie anywhere: dot[0], dot[step], dot[2 * step] and dot[3 * step].
 class DotQuad {
   public:
-    // dot[0], dot[step], dot[2 * step] and dot[3 * step].
-    DotQuad(BandDot* dot, std::ptrdiff_t step) : dot_(dot), step_(step) {
-        const auto upper = reinterpret_cast<QuadLongs>(QuadPairs{Load(0), Load(1)});
-        const auto lower = reinterpret_cast<QuadLongs>(QuadPairs{Load(2), Load(3)});
-        colours_ = __builtin_shufflevector(upper, lower, 0, 2, 4, 6);
-        marks_ = __builtin_shufflevector(upper, lower, 1, 3, 5, 7);
-    }
+    DotQuad(BandDot* dot, std::ptrdiff_t step) : dot_(dot), step_(step) {}
 
-    QuadLongs Colours() const { return colours_; }
-    // Whether a dot has that mark, which is below 2^31, or a greater one.
-    bool HasMarksFrom(std::uint32_t first) const {
-        const auto least = reinterpret_cast<QuadSigned>(AllFour(first));
-        const auto found =
-            reinterpret_cast<QuadPairs>(reinterpret_cast<QuadSigned>(marks_) >= least);
-        return (found[0] | found[1]) != 0;
+    QuadDots Load() const {
+        const auto upper = reinterpret_cast<QuadLongs>(QuadPairs{At(0), At(1)});
+        const auto lower = reinterpret_cast<QuadLongs>(QuadPairs{At(2), At(3)});
+        return {__builtin_shufflevector(upper, lower, 0, 2, 4, 6),
+                __builtin_shufflevector(upper, lower, 1, 3, 5, 7)};
     }
-    void Store(QuadLongs colours, QuadLongs marks) const {
-        const auto upper =
-            reinterpret_cast<QuadPairs>(__builtin_shufflevector(colours, marks, 0, 4, 1, 5));
-        const auto lower =
-            reinterpret_cast<QuadPairs>(__builtin_shufflevector(colours, marks, 2, 6, 3, 7));
+    void Store(const QuadDots& dots) const {
+        const auto upper = reinterpret_cast<QuadPairs>(
+            __builtin_shufflevector(dots.colours, dots.marks, 0, 4, 1, 5));
+        const auto lower = reinterpret_cast<QuadPairs>(
+            __builtin_shufflevector(dots.colours, dots.marks, 2, 6, 3, 7));
         Put(0, upper[0]);
         Put(1, upper[1]);
         Put(2, lower[0]);
@@ -83,7 +112,7 @@ class DotQuad {
     }
 
   private:
-    std::uint64_t Load(int index) const {
+    std::uint64_t At(int index) const {
         std::uint64_t both = 0;
         static_assert(sizeof(BandDot) == sizeof both);
         std::memcpy(&both, dot_ + index * step_, sizeof both);
@@ -95,8 +124,29 @@ class DotQuad {
 
     BandDot* dot_;
     std::ptrdiff_t step_;
-    QuadLongs colours_;
-    QuadLongs marks_;
+};
+
+// Neighbours in a row. Reading again soon what was written is fast only in the same pairs: callers
+// begin at even columns.
+class DotRun {
+  public:
+    explicit DotRun(BandDot* dot) : dot_(dot) {}
+
+    QuadDots Load() const {
+        QuadLongs halves[2];
+        static_assert(4 * sizeof(BandDot) == sizeof halves);
+        std::memcpy(halves, dot_, sizeof halves);
+        return {__builtin_shufflevector(halves[0], halves[1], 0, 2, 4, 6),
+                __builtin_shufflevector(halves[0], halves[1], 1, 3, 5, 7)};
+    }
+    void Store(const QuadDots& dots) const {
+        const QuadLongs halves[2] = {__builtin_shufflevector(dots.colours, dots.marks, 0, 4, 1, 5),
+                                     __builtin_shufflevector(dots.colours, dots.marks, 2, 6, 3, 7)};
+        std::memcpy(static_cast<void*>(dot_), halves, sizeof halves);
+    }
+
+  private:
+    BandDot* dot_;
 };
 
 }  // namespace qm::bitmap

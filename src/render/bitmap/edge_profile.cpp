@@ -51,9 +51,4 @@ int EdgeProfile::DirectionOf(double x, double y) {
     return std::min(direction, kDirections - 1);
 }
 
-std::uint8_t EdgeProfile::CoverageOfLine(int direction, double halfWidth, double away) {
-    const PointD across = DirectionAt(direction);
-    return AsByte(Covered(across, halfWidth - away) + Covered(across, halfWidth + away) - 1.0);
-}
-
 }  // namespace qm::bitmap

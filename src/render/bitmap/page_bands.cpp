@@ -18,12 +18,12 @@ namespace qm::bitmap {
 
 namespace {
 
-// Lines all over the page are drawn faster when a band lies in a core's cache; bands of fewer rows
-// than these would have the list read too often.
-constexpr std::size_t kCacheBytes = std::size_t{4} << 20;
+// Each band reads the list once more, which costs more than dots that come from beyond a core's
+// cache: lines have them fetched in time.
+constexpr std::size_t kPlainBytes = std::size_t{16} << 20;  // all threads together
+constexpr std::size_t kLeastBytes = std::size_t{4} << 20;
 constexpr std::size_t kFewestRows = 64;
-// A long list takes longer to read once more than dots take to come from beyond the cache. Its
-// bands may add so much to the memory that it has, all threads together.
+// The bands of a long list may add so much to the memory that it has, all threads together.
 constexpr std::size_t kPartOfList = 8;
 constexpr std::size_t kMostByList = std::size_t{24} << 20;
 constexpr std::size_t kBytesPerDot = sizeof(BandDot);
@@ -161,8 +161,8 @@ std::size_t BandBytesFor(const PageSource& page, const PageOptions& options,
     const auto threads = static_cast<std::size_t>(std::max(options.threads, 1));
     const std::size_t byList =
         std::min(page.drawing->UsedBytes() / kPartOfList / threads, kMostByList);
-    return std::max(
-        {kCacheBytes, byList, kBytesPerDot * static_cast<std::size_t>(raster.width) * kFewestRows});
+    return std::max({kPlainBytes / threads, kLeastBytes, byList,
+                     kBytesPerDot * static_cast<std::size_t>(raster.width) * kFewestRows});
 }
 
 void DrawBands(const PageSource& page, const PageOptions& options, const PageRaster& raster,

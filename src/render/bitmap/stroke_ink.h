@@ -8,10 +8,10 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
+#include "common/numbers.h"
 #include "render/bitmap/band.h"
 #include "render/bitmap/blending.h"
 #include "render/bitmap/dot_quad.h"
@@ -22,12 +22,6 @@ class StrokeInk {
   public:
     // More lines than these are several strokes.
     static constexpr std::uint32_t kMostLines = 1U << 22;
-
-    StrokeInk() {
-        for (std::uint32_t covered = 0; covered < 255; ++covered) {
-            scale_[covered] = ((255U << 16) + (255 - covered) / 2) / (255 - covered);
-        }
-    }
 
     // A stroke of at most kMostLines lines; `colour` is 0x00RRGGBB.
     void Begin(Band& band, std::uint32_t colour) {
@@ -54,23 +48,30 @@ class StrokeInk {
                 const unsigned before = dot.mark & 255;
                 if (dot.mark >= sharedFrom_) coverage = std::min(before + coverage, 255U);
                 if (coverage <= before) return;
-                part = ((coverage - before) * scale_[before]) >> 16;
+                part = PartOf(before, coverage);
             }
             dot.mark = mark_ | coverage;
             dot.colour = Mix(dot.colour, colour_, part);
         }
-        // dot[0], dot[step], ... of four, where a dot may have the coverage 0.
-        void CoverFour(BandDot* dot, std::ptrdiff_t step, const QuadCoverage& coverage,
-                       const QuadColour& colour) const {
-            const DotQuad dots(dot, step);
-            if (dots.HasMarksFrom(first_)) {
-                for (std::size_t i = 0; i < 4; ++i, dot += step) {
-                    if (coverage.coverages[i] != 0) Cover(*dot, coverage.coverages[i]);
-                }
-                return;
+        // Of a DotQuad or DotRun, where a dot may have the coverage 0.
+        template <typename Place>
+        void CoverFour(const Place& place, QuadLongs coverages, const QuadColour& colour) const {
+            const QuadDots dots = place.Load();
+            const QuadLongs own = From(dots.marks, first_);
+            if (!AnyOf(own)) {
+                return place.Store({colour.MixedInto(dots.colours, PartsOf(coverages)),
+                                    AllFour(mark_) | coverages});
             }
-            dots.Store(colour.MixedInto(dots.Colours(), coverage.parts),
-                       AllFour(mark_) | coverage.coverages);
+            const QuadLongs before = dots.marks & own & 255;
+            const QuadLongs sum = before + coverages;
+            const QuadLongs shared = own & From(dots.marks, sharedFrom_);
+            const QuadLongs larger = Chosen(Greater(coverages, before), coverages, before);
+            const QuadLongs least = Chosen(Greater(sum, AllFour(255U)), AllFour(255U), sum);
+            const QuadLongs after = Chosen(shared, least, larger);
+            const QuadFloats missing = AtLeast(AsFloats(255 - before), 1.0F);
+            const QuadLongs part = AsLongs(AsFloats(after - before) * 255.0F / missing + 0.5F);
+            place.Store({colour.MixedInto(dots.colours, PartsOf(part)),
+                         Chosen(Greater(after, before), AllFour(mark_) | after, dots.marks)});
         }
         QuadColour Colour() const { return QuadColour(colour_); }
         // The dots from `dot` to `end` - 1, whole.
@@ -80,20 +81,25 @@ class StrokeInk {
 
       private:
         friend class StrokeInk;
-        Line(const StrokeInk& ink, const std::uint32_t* scale)
+        explicit Line(const StrokeInk& ink)
             : first_(ink.first_),
               sharedFrom_(ink.sharedFrom_),
               mark_(ink.line_ << 8),
-              colour_(ink.colour_),
-              scale_(scale) {}
+              colour_(ink.colour_) {}
+
+        // Of what was not covered yet; CoverFour does the same.
+        static unsigned PartOf(unsigned before, unsigned after) {
+            const auto missing = static_cast<float>(std::max(255U - before, 1U));
+            const float part = static_cast<float>(after - before) * 255.0F / missing;
+            return static_cast<unsigned>(TruncateToInt32(double{part + 0.5F}));
+        }
 
         std::uint32_t first_;
         std::uint32_t sharedFrom_;
         std::uint32_t mark_;
         std::uint32_t colour_;
-        const std::uint32_t* scale_;
     };
-    Line Current() const { return {*this, scale_.data()}; }
+    Line Current() const { return Line(*this); }
 
   private:
     // DotQuad compares marks as signed numbers.
@@ -103,7 +109,6 @@ class StrokeInk {
     std::uint32_t line_ = 0;
     std::uint32_t first_ = 0;  // marks of the stroke at hand are this or more
     std::uint32_t sharedFrom_ = 0;
-    std::array<std::uint32_t, 256> scale_{};  // of what is missing to 255, to 65536
 };
 
 }  // namespace qm::bitmap

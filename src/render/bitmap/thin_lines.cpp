@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/numbers.h"
+#include "render/bitmap/half_planes.h"
 
 namespace qm::bitmap {
 
@@ -14,13 +15,11 @@ namespace {
 // Places across a line are counted in 1/2^32 dots: over the widest page the error stays far below
 // what shows.
 constexpr double kFine = 4294967296.0;
-constexpr int kFineToPlace = 32 - 7;
-// Distances from a limit in 1/2^16 dots.
-constexpr double kPart = 65536.0;
-constexpr int kPartToStep = 16 - 7;
-static_assert(EdgeProfile::kStepsPerDot == 1 << 7);
-constexpr std::int32_t kReachPart = 49152;
-static_assert(EdgeProfile::kReach * kPart == kReachPart);
+constexpr float kFineDot = 1.0F / 4294967296.0F;
+
+constexpr QuadFloats kFirstFour{0.0F, 1.0F, 2.0F, 3.0F};
+// Lines up to this length, in dots, are drawn row by row.
+constexpr double kShort = 2.5;
 
 // A line that is flatter does not leave its row on any page.
 constexpr double kFlat = 1e-6;
@@ -31,16 +30,9 @@ std::int32_t FirstDot(double place, std::int32_t low, std::int32_t high) {
     return TruncateToInt32(std::min(std::max(place + 0.5, double(low)), double(high)));
 }
 
-// The part of a dot that a disc covers, by the distance of their centres: mean of so many rows.
-std::uint8_t CoverageOfDisc(double radius, double x, double y) {
-    constexpr int kRows = 16;
-    double sum = 0.0;
-    for (int row = 0; row < kRows; ++row) {
-        const double away = y + (row + 0.5) / kRows - 0.5;
-        const double half = std::sqrt(std::max(0.0, radius * radius - away * away));
-        sum += std::max(0.0, std::min(x + 0.5, half) - std::max(x - 0.5, -half));
-    }
-    return static_cast<std::uint8_t>(RoundToInt32(sum * 255.0 / kRows));
+// Four bytes.
+QuadFloats BytesAsFloats(std::uint32_t bytes) {
+    return AsFloats(QuadLongs{bytes & 255, bytes >> 8 & 255, bytes >> 16 & 255, bytes >> 24});
 }
 
 }  // namespace
@@ -49,9 +41,13 @@ struct ThinLines::Walk {
     PointD at;           // on the line; x is the direction walked in
     double slope = 0.0;  // of y along x
     double half = 0.0;   // up to where the line covers dots, along y
-    const Profile* profile = nullptr;
-    const Disc* disc = nullptr;
-    const std::uint8_t* edge = nullptr;
+    HalfPlanes planes;
+    float across = 0.0F;  // distance from the line of neighbouring dots in a column
+    float halfWidth = 0.0F;
+    int quads = 1;             // in a column
+    std::int64_t anchor = 0;   // a column,
+    std::int64_t window = 0;   // what WindowAt is there,
+    std::int64_t step = 0;     // and how it changes from column to column
     std::ptrdiff_t stepX = 0;  // in dots of the band
     std::ptrdiff_t stepY = 0;
     BandDot* origin = nullptr;  // of dot (0, 0) of the page if it were in the band
@@ -71,112 +67,165 @@ struct ThinLines::Walk {
         from = FirstDot(std::min(a, b), from, end);
         end = FirstDot(std::max(a, b), from, end);
     }
-    // The upper or left end of the dots looked at across the line, at the middle of column x.
-    double WindowAt(std::int32_t x) const {
-        return at.y + (x + 0.5 - at.x) * slope - (profile->across / 2.0 - 0.5);
+    // The upper or left end of the dots looked at across the line, at the middle of column x, in
+    // small parts of a dot; the same whatever the bounds are.
+    std::int64_t WindowAt(std::int32_t x) const { return window + (x - anchor) * step; }
+    void SetWindow() {
+        constexpr double kFarthest = 65536.0;  // beyond any page
+        anchor = TruncateToInt32(std::clamp(at.x, -kFarthest, kFarthest));
+        const double middle = at.y + (static_cast<double>(anchor) + 0.5 - at.x) * slope;
+        window = TruncateToInt64((middle - (2 * quads - 0.5)) * kFine);
+        step = TruncateToInt64(slope * kFine);
+    }
+    // The dots y to y + 3 of a column.
+    void Cover(const StrokeInk::Line& ink, const QuadColour& colour, BandDot* column,
+               std::int32_t y, QuadLongs coverages) const {
+        BandDot* const dot = column + y * stepY;
+        if (y < low || y + 4 > high) return CoverSome(ink, dot, y, coverages);
+        ink.CoverFour(DotQuad(dot, stepY), coverages, colour);
+    }
+    void CoverSome(const StrokeInk::Line& ink, BandDot* dot, std::int32_t y,
+                   QuadLongs coverages) const;
+    // What the endless line covers of the dots of a quad, `window` being that of the column.
+    QuadFloats Covered(std::int64_t window, int quad) const {
+        const float beyond = static_cast<float>(static_cast<std::uint32_t>(window)) * kFineDot;
+        const float first = static_cast<float>(4 * quad + 1 - 2 * quads) - beyond;
+        const QuadFloats away = Absolute((AllFour(first) + kFirstFour) * across);
+        return planes.Inside(halfWidth - away) - planes.Beyond(halfWidth + away);
     }
 };
 
-// The state of an end while the dots around it are visited.
+// What a line's end adds for its roundness.
+struct ThinLines::Roundness {
+    float whole;  // part of the disc that is added
+    float less;   // and how much less of it inside the end
+    DiscTable::Disc disc;
+
+    // Turned: x of the centre is y of the page.
+    Roundness(Cap cap, const DiscTable& discs, PointD place)
+        : whole(cap == Cap::kRound ? 1.0F : 0.0F),
+          less(cap == Cap::kFlat ? 0.0F : 1.0F),
+          disc(discs.Around({place.y, place.x})) {}
+    QuadFloats Of(std::int32_t x, std::int32_t y, QuadFloats inside) const {
+        return BytesAsFloats(disc.At(x, y)) * (whole - less * inside);
+    }
+};
+
+// An end of a line and what it makes of the dots around it.
 struct ThinLines::Limit {
     PointD at;
     PointD inward;
-    Cap cap = Cap::kRound;
-    double beyond = 0.0;
-    std::int32_t step = 0;    // of `inside` from dot to dot
-    std::int32_t inside = 0;  // of the dot's centre
-    unsigned across = 0;      // distance from `at` of the column, in steps of the disc
-    std::int32_t down = 0;    // and of the dot
+    Cap cap;
+    double beyond;
+    float whole;  // part of the disc that is added
+    float less;   // and how much less of it inside the end
+    DiscTable::Disc disc;
 
-    Limit(PointD place, PointD direction, Cap kind, double over)
+    Limit(PointD place, PointD direction, Cap kind, double over, const DiscTable& discs)
         : at(place),
           inward(direction),
           cap(kind),
           beyond(kind == Cap::kFlat ? over : 0.0),
-          step(TruncateToInt32(direction.y * kPart)) {}
+          whole(kind == Cap::kRound ? 1.0F : 0.0F),
+          less(kind == Cap::kFlat ? 0.0F : 1.0F),
+          disc(discs.Around(place)) {}
 
-    void Start(std::int32_t x, std::int32_t y) {
-        const PointD away{x + 0.5 - at.x, y + 0.5 - at.y};
-        inside = TruncateToInt32((inward.x * away.x + inward.y * away.y + beyond) * kPart);
-        across = static_cast<unsigned>(TruncateToInt32(std::abs(away.x) * kDiscSteps + 0.5));
-        down = TruncateToInt32(away.y * kDiscSteps);
+    // The parts of four dots in front of the end.
+    QuadFloats Inside(const Walk& walk, std::int32_t x, std::int32_t y) const {
+        const double first = inward.x * (x + 0.5 - at.x) + inward.y * (y + 0.5 - at.y) + beyond;
+        const auto step = static_cast<float>(inward.y);
+        return walk.planes.Inside(AllFour(static_cast<float>(first)) + kFirstFour * step);
     }
-    void Next() {
-        inside += step;
-        down += kDiscSteps;
-    }
-    // The part of the dot inside, 0 to 255.
-    unsigned Part(const Walk& walk) const {
-        constexpr std::int32_t kLastStep = 2 * kReachPart >> kPartToStep;
-        return walk.edge[std::clamp((inside + kReachPart) >> kPartToStep, 0, kLastStep)];
-    }
-    unsigned Round(const Walk& walk) const {
-        const auto row = static_cast<unsigned>(std::abs(down));
-        return across < kDiscSide && row < kDiscSide ? (*walk.disc)[row][across] : 0;
+    // What is added for its roundness, by those parts.
+    QuadFloats Round(std::int32_t x, std::int32_t y, QuadFloats inside) const {
+        return BytesAsFloats(disc.At(x, y)) * (whole - less * inside);
     }
 };
-
-std::unique_ptr<ThinLines::Shapes> ThinLines::MakeShapes(double halfWidth) {
-    auto shapes = std::make_unique<Shapes>();
-    for (int direction = 0; direction < EdgeProfile::kDirections; ++direction) {
-        Profile& profile = shapes->profiles[static_cast<std::size_t>(direction)];
-        const PointD along = EdgeProfile::DirectionAt(direction);
-        const double half = (halfWidth + ReachOf(along)) / along.x;
-        profile.across = half <= 2.0 ? 4 : kMostAcross;
-        for (int place = 0; place < kPlaces; ++place) {
-            const double middle = profile.across / 2.0 - 0.5 + (place + 0.5) / kPlaces;
-            for (int dot = 0; dot < profile.across; ++dot) {
-                const double away = std::abs(dot + 0.5 - middle) * along.x;
-                profile.coverage[static_cast<std::size_t>(place)][static_cast<std::size_t>(dot)] =
-                    EdgeProfile::CoverageOfLine(direction, halfWidth, away);
-            }
-            const auto& c = profile.coverage[static_cast<std::size_t>(place)];
-            profile.quads[static_cast<std::size_t>(place)] = {c[0], c[1], c[2], c[3]};
-            profile.farQuads[static_cast<std::size_t>(place)] = {c[4], c[5], c[6], c[7]};
-        }
-    }
-    for (std::size_t y = 0; y < kDiscSide; ++y) {
-        for (std::size_t x = 0; x <= y; ++x) {
-            shapes->disc[y][x] = shapes->disc[x][y] =
-                CoverageOfDisc(halfWidth, static_cast<double>(x) / kDiscSteps,
-                               static_cast<double>(y) / kDiscSteps);
-        }
-    }
-    return shapes;
-}
 
 void ThinLines::SetHalfWidth(double halfWidth) {
     if (halfWidth == halfWidth_) return;
     halfWidth_ = halfWidth;
     const auto last = static_cast<std::int32_t>(kept_.size()) - 1;
     const std::int32_t index = std::clamp(TruncateToInt32((halfWidth - 0.5) * 64.0 + 0.5), 0, last);
-    std::unique_ptr<Shapes>& kept = kept_[static_cast<std::size_t>(index)];
-    if (!kept) kept = MakeShapes(0.5 + index / 64.0);
-    shapes_ = kept.get();
+    std::unique_ptr<DiscTable>& kept = kept_[static_cast<std::size_t>(index)];
+    if (!kept) kept = std::make_unique<DiscTable>(0.5 + index / 64.0);
+    discs_ = kept.get();
+}
+
+// Row by row: what a short line takes is mostly getting ready for it.
+void ThinLines::AddShort(const Line& line) const {
+    const double reach = halfWidth_ + 0.5 + 2.0 * line.beyond;
+    const auto [leftmost, rightmost] = std::minmax(line.from.x, line.to.x);
+    const auto [upper, lower] = std::minmax(line.from.y, line.to.y);
+    const std::int32_t fromX = FirstDot(leftmost - reach, bounds_.left, bounds_.right);
+    const std::int32_t endX = FirstDot(rightmost + reach, bounds_.left, bounds_.right);
+    const std::int32_t fromY = FirstDot(upper - reach, bounds_.top, bounds_.bottom);
+    const std::int32_t endY = FirstDot(lower + reach, bounds_.top, bounds_.bottom);
+    if (fromX >= endX || fromY >= endY) return;
+    const HalfPlanes planes(line.along.x, line.along.y);
+    const Roundness start(line.start, *discs_, line.from);
+    const Roundness end(line.end, *discs_, line.to);
+    const PointD length = line.to - line.from;
+    const auto beyond = static_cast<float>(start.less > 0.0F ? 0.0 : line.beyond);
+    const auto beyondEnd = static_cast<float>(end.less > 0.0F ? 0.0 : line.beyond);
+    const auto whole = static_cast<float>(length.x * line.along.x + length.y * line.along.y);
+    const auto x = static_cast<float>(line.along.x);
+    const auto y = static_cast<float>(line.along.y);
+    const auto halfWidth = static_cast<float>(halfWidth_);
+    const QuadFloats right = AllFour(static_cast<float>(fromX + 0.5 - line.from.x)) + kFirstFour;
+    const StrokeInk::Line ink = ink_.Current();
+    const QuadColour colour = ink.Colour();
+    for (std::int32_t row = fromY; row < endY; ++row) {
+        BandDot* const dots = band_.Row(row);
+        const auto down = static_cast<float>(row + 0.5 - line.from.y);
+        // From the line and, along it, from its start.
+        QuadFloats away = right * y - down * x;
+        QuadFloats inside = right * x + down * y;
+        for (std::int32_t column = fromX; column < endX;
+             column += 4, away += 4.0F * y, inside += 4.0F * x) {
+            const QuadFloats distance = Absolute(away);
+            const QuadFloats endless =
+                planes.Inside(halfWidth - distance) - planes.Beyond(halfWidth + distance);
+            const QuadFloats inStart = planes.Inside(inside + beyond);
+            const QuadFloats inEnd = planes.Inside(whole + beyondEnd - inside);
+            const QuadFloats both = AtLeast(inStart + inEnd - 1.0F, 0.0F);
+            const QuadFloats covered = endless * both * 255.0F + start.Of(row, column, inStart) +
+                                       end.Of(row, column, inEnd) + 0.5F;
+            const QuadLongs coverages = AsLongs(AtMost(AtLeast(covered, 0.0F), 255.0F));
+            if (column >= bounds_.left && column + 4 <= bounds_.right) {
+                ink.CoverFour(DotRun(dots + column), coverages, colour);
+                continue;
+            }
+            for (int i = 0; i < 4; ++i) {
+                if (column + i < bounds_.left || column + i >= bounds_.right) continue;
+                if (coverages[i] != 0) ink.Cover(dots[column + i], coverages[i]);
+            }
+        }
+    }
 }
 
 void ThinLines::Add(const Line& line) {
+    const PointD way = line.to - line.from;
+    if (way.x * way.x + way.y * way.y < kShort * kShort) return AddShort(line);
     const bool steep = std::abs(line.along.y) > std::abs(line.along.x);
     const auto turned = [&](PointD p) { return steep ? PointD{p.y, p.x} : p; };
     const PointD along = turned(line.along);
-    Limit first(turned(line.from), along, line.start, line.beyond);
-    Limit second(turned(line.to), {-along.x, -along.y}, line.end, line.beyond);
+    Limit first(turned(line.from), along, line.start, line.beyond, *discs_);
+    Limit second(turned(line.to), {-along.x, -along.y}, line.end, line.beyond, *discs_);
     if (along.x < 0.0) std::swap(first, second);
-    Walk walk;
     const auto width = static_cast<std::ptrdiff_t>(band_.Width());
+    const double perX = 1.0 / along.x;
+    Walk walk{first.at, along.y * perX, (halfWidth_ + ReachOf(along)) * std::abs(perX),
+              HalfPlanes(along.x, along.y)};
+    walk.across = static_cast<float>(std::abs(along.x));
+    walk.halfWidth = static_cast<float>(halfWidth_);
+    walk.quads = walk.half <= 2.0 ? 1 : 2;
     walk.stepX = steep ? width : 1;
     walk.stepY = steep ? 1 : width;
     walk.origin = band_.Row(band_.Top()) - band_.Top() * width;
     walk.low = steep ? bounds_.left : bounds_.top;
     walk.high = steep ? bounds_.right : bounds_.bottom;
-    walk.at = first.at;
-    const double perX = 1.0 / along.x;
-    walk.slope = along.y * perX;
-    walk.half = (halfWidth_ + ReachOf(along)) * std::abs(perX);
-    const auto direction = static_cast<std::size_t>(EdgeProfile::DirectionOf(along.x, along.y));
-    walk.profile = &shapes_->profiles[direction];
-    walk.disc = &shapes_->disc;
-    walk.edge = edges_.Edge(static_cast<int>(direction));
+    walk.SetWindow();
     std::int32_t left = steep ? bounds_.top : bounds_.left;
     std::int32_t right = steep ? bounds_.bottom : bounds_.right;
     walk.ClipColumns(left, right);
@@ -195,24 +244,28 @@ void ThinLines::Add(const Line& line) {
     const auto before = [&](double place) { return FirstDot(place, left, right); };
     const std::int32_t from = before(first.at.x - outward(first));
     const std::int32_t to = before(second.at.x + outward(second));
-    const std::int32_t bodyFrom = before(first.at.x + inward(first));
-    const std::int32_t bodyTo = before(second.at.x - inward(second));
-    if (bodyFrom >= bodyTo) return AddShort(walk, from, to, first, second);
-    AddEnd(walk, from, bodyFrom, first);
-    const double across = walk.profile->across + 1.0;
-    const double a = walk.WindowAt(bodyFrom);
-    const double b = walk.WindowAt(bodyTo);
-    if (std::min(a, b) > walk.low + 1.0 && std::max(a, b) + across < walk.high) {
-        AddBody<true>(walk, bodyFrom, bodyTo);
-    } else {
-        AddBody<false>(walk, bodyFrom, bodyTo);
-    }
-    AddEnd(walk, bodyTo, to, second);
+    const double straightFrom = first.at.x + inward(first);
+    const double straightTo = second.at.x - inward(second);
+    if (straightFrom > straightTo) return AddEnd<true>(walk, from, to, first, second);
+    const std::int32_t bodyFrom = before(straightFrom);
+    const std::int32_t bodyTo = before(straightTo);
+    AddEnd<false>(walk, from, bodyFrom, first, second);
+    AddEnd<false>(walk, bodyTo, to, second, first);
+    AddBody(walk, bodyFrom, bodyTo);
 }
 
 void ThinLines::Fetch(PointD from, PointD to) const {
-    constexpr double kFewestRows = 4.0;  // for which it pays
-    if (std::abs(to.y - from.y) < kFewestRows) return;
+    constexpr double kFewestRows = 4.0;  // for which each is worth a look
+    if (std::abs(to.y - from.y) < kFewestRows) {
+        const std::int32_t y = FirstDot(to.y, bounds_.top, bounds_.bottom);
+        if (to.x < bounds_.left + 2.0 || to.x > bounds_.right - 4.0) return;
+        if (y < bounds_.top + 2 || y + 2 > bounds_.bottom) return;
+        const BandDot* const dot = band_.Row(y) + TruncateToInt32(to.x);
+        for (std::ptrdiff_t row = -2; row < 2; ++row) {
+            __builtin_prefetch(dot + row * band_.Width(), 1);
+        }
+        return;
+    }
     if (from.y > to.y) std::swap(from, to);
     const double slope = (to.x - from.x) / (to.y - from.y);
     const std::int32_t first = FirstDot(from.y, bounds_.top, bounds_.bottom);
@@ -226,92 +279,48 @@ void ThinLines::Fetch(PointD from, PointD to) const {
     }
 }
 
-template <bool kInside>
-void ThinLines::AddBody(const Walk& walk, std::int32_t from, std::int32_t end) const {
+void ThinLines::Walk::CoverSome(const StrokeInk::Line& ink, BandDot* dot, std::int32_t y,
+                                QuadLongs coverages) const {
+    for (int i = 0; i < 4; ++i) {
+        if (y + i < low || y + i >= high || coverages[i] == 0) continue;
+        ink.Cover(dot[i * stepY], coverages[i]);
+    }
+}
+
+void ThinLines::AddBody(const Walk& given, std::int32_t from, std::int32_t end) const {
+    const Walk walk = given;  // nothing written to dots can change it
     const StrokeInk::Line ink = ink_.Current();
     const QuadColour colour = ink.Colour();
-    const int across = walk.profile->across;
-    const std::ptrdiff_t stepY = walk.stepY;
-    std::int64_t window = TruncateToInt64(walk.WindowAt(from) * kFine);
-    const std::int64_t step = TruncateToInt64(walk.slope * kFine);
+    std::int64_t window = walk.WindowAt(from);
     BandDot* column = walk.origin + from * walk.stepX;
-    for (std::int32_t x = from; x < end; ++x, window += step, column += walk.stepX) {
+    for (std::int32_t x = from; x < end; ++x, window += walk.step, column += walk.stepX) {
         const auto y = static_cast<std::int32_t>(window >> 32);
-        const auto place = static_cast<std::size_t>(window >> kFineToPlace & (kPlaces - 1));
-        BandDot* dot = column + y * stepY;
-        if (kInside) {
-            const Profile& profile = *walk.profile;
-            ink.CoverFour(dot, stepY, profile.quads[place], colour);
-            if (across > 4) {
-                ink.CoverFour(dot + 4 * stepY, stepY, profile.farQuads[place], colour);
-            }
-            continue;
-        }
-        const std::uint8_t* const coverage = walk.profile->coverage[place].data();
-        for (int i = 0; i < across; ++i, dot += stepY) {
-            if (coverage[i] == 0 || y + i < walk.low || y + i >= walk.high) continue;
-            ink.Cover(*dot, coverage[i]);
+        for (int quad = 0; quad < walk.quads; ++quad) {
+            const QuadLongs coverages = AsLongs(walk.Covered(window, quad) * 255.0F + 0.5F);
+            walk.Cover(ink, colour, column, y + 4 * quad, coverages);
         }
     }
 }
 
-void ThinLines::AddEnd(const Walk& walk, std::int32_t from, std::int32_t end,
-                       const Limit& given) const {
-    Limit limit = given;
+template <bool kBothEnds>
+void ThinLines::AddEnd(const Walk& walk, std::int32_t from, std::int32_t end, const Limit& limit,
+                       const Limit& other) const {
     const StrokeInk::Line ink = ink_.Current();
+    const QuadColour colour = ink.Colour();
     for (std::int32_t x = from; x < end; ++x) {
-        const auto window = TruncateToInt64(walk.WindowAt(x) * kFine);
-        const auto y = static_cast<std::int32_t>(window >> 32);
-        const auto place = static_cast<std::size_t>(window >> kFineToPlace & (kPlaces - 1));
-        const std::uint8_t* const coverage = walk.profile->coverage[place].data();
-        limit.Start(x, y);
-        BandDot* dot = walk.origin + x * walk.stepX + y * walk.stepY;
-        for (int i = 0; i < walk.profile->across; ++i, dot += walk.stepY, limit.Next()) {
-            if (coverage[i] == 0 || y + i < walk.low || y + i >= walk.high) continue;
-            const unsigned part = limit.Part(walk);
-            unsigned sum = coverage[i] * part;
-            if (limit.cap == Cap::kRound) {
-                sum += limit.Round(walk) * (255 - part);
-            } else if (limit.cap == Cap::kShared) {
-                sum -= std::min(sum, limit.Round(walk) * part);
+        const std::int64_t window = walk.WindowAt(x);
+        for (int quad = 0; quad < walk.quads; ++quad) {
+            const auto y = static_cast<std::int32_t>(window >> 32) + 4 * quad;
+            QuadFloats inside = limit.Inside(walk, x, y);
+            QuadFloats round = limit.Round(x, y, inside);
+            if (kBothEnds) {
+                const QuadFloats insideOther = other.Inside(walk, x, y);
+                round += other.Round(x, y, insideOther);
+                inside = AtLeast(inside + insideOther - 1.0F, 0.0F);
             }
-            if (sum > 127) ink.Cover(*dot, std::min((sum + 127) / 255, 255U));
-        }
-    }
-}
-
-// Both ends at once.
-void ThinLines::AddShort(const Walk& walk, std::int32_t from, std::int32_t end,
-                         const Limit& givenFirst, const Limit& givenSecond) const {
-    Limit first = givenFirst;
-    Limit second = givenSecond;
-    const StrokeInk::Line ink = ink_.Current();
-    for (std::int32_t x = from; x < end; ++x) {
-        const auto window = TruncateToInt64(walk.WindowAt(x) * kFine);
-        const auto y = static_cast<std::int32_t>(window >> 32);
-        const auto place = static_cast<std::size_t>(window >> kFineToPlace & (kPlaces - 1));
-        const std::uint8_t* const coverage = walk.profile->coverage[place].data();
-        first.Start(x, y);
-        second.Start(x, y);
-        BandDot* dot = walk.origin + x * walk.stepX + y * walk.stepY;
-        for (int i = 0; i < walk.profile->across;
-             ++i, dot += walk.stepY, first.Next(), second.Next()) {
-            if (coverage[i] == 0 || y + i < walk.low || y + i >= walk.high) continue;
-            const unsigned partFirst = first.Part(walk);
-            const unsigned partSecond = second.Part(walk);
-            const unsigned both = std::max(partFirst + partSecond, 255U) - 255;
-            unsigned sum = coverage[i] * both;
-            unsigned covered = 0;
-            const auto add = [&](const Limit& limit, unsigned part) {
-                if (limit.cap == Cap::kFlat) return;
-                const unsigned round = limit.Round(walk);
-                sum += round * (255 - part);
-                if (limit.cap == Cap::kShared) covered = round * 255;
-            };
-            add(first, partFirst);
-            add(second, partSecond);
-            sum -= std::min(sum, covered);
-            if (sum > 127) ink.Cover(*dot, std::min((sum + 127) / 255, 255U));
+            const QuadFloats covered = walk.Covered(window, quad) * inside * 255.0F + round + 0.5F;
+            walk.Cover(ink, colour, walk.origin + x * walk.stepX, y,
+                       AsLongs(AtMost(AtLeast(covered, 0.0F), 255.0F)));
         }
     }
 }

@@ -56,14 +56,14 @@ struct QualityCase {
 
 // The mean errors are measured; the limits lie a tenth above them.
 constexpr QualityCase kQualityCases[] = {
-    {"a hairline's ends and edges", 16, 30.0, 0.0, 1, 1.75},
-    {"gentle corners", 16, 6.0, 17.0, 6, 1.85},
-    {"a polygon of short lines", 16, 2.0, 14.0, 12, 2.3},
-    {"a curve of tiny lines", 16, 0.5, 4.0, 60, 2.4},
-    {"right corners", 16, 20.0, 90.0, 3, 1.8},
-    {"sharp corners", 16, 12.0, 150.0, 4, 7.0},
-    {"there and back", 16, 20.0, 180.0, 3, 1.65},
-    {"a thicker pen", 26, 6.0, 40.0, 6, 2.15},
+    {"a hairline's ends and edges", 16, 30.0, 0.0, 1, 1.05},
+    {"gentle corners", 16, 6.0, 17.0, 6, 1.3},
+    {"a polygon of short lines", 16, 2.0, 14.0, 12, 1.95},
+    {"a curve of tiny lines", 16, 0.5, 4.0, 60, 2.0},
+    {"right corners", 16, 20.0, 90.0, 3, 1.2},
+    {"sharp corners", 16, 12.0, 150.0, 4, 6.6},
+    {"there and back", 16, 20.0, 180.0, 3, 1.15},
+    {"a thicker pen", 26, 6.0, 40.0, 6, 1.3},
     {"a wide pen", 66, 6.0, 40.0, 6, 1.9},
 };
 
