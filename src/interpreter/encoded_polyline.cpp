@@ -16,28 +16,70 @@ bool EncodedNumbers::IsOpenDigit(std::uint8_t c) const {
     return c >= 63 && c < 63 + digits_.encodedBase && c < 127;
 }
 
-// Most coordinates: a few digits in the look-ahead, whose sum is exact in any order. False: not
-// such a one, and nothing is consumed.
-bool EncodedNumbers::ReadPlainCoordinate(double& value) {
-    constexpr unsigned kMost = 8;           // digits; they fill 48 bits
-    constexpr double kSmallest = 0x1p-100;  // fraction with which no product is rounded
-    const std::uint8_t* p = input_.Cursor();
-    if (input_.Limit() - p < std::ptrdiff_t{kMost} || encodedFraction_ < kSmallest) return false;
-    std::uint8_t c = *p++;
+namespace {
+
+// A plain coordinate, as most are: so many digits at most, which fill 48 bits and whose sum is
+// exact in any order, with a fraction with which no product is rounded.
+constexpr std::ptrdiff_t kMostPlain = 8;
+constexpr double kSmallestFraction = 0x1p-100;
+
+}  // namespace
+
+// Takes a coordinate with digits of kShift bits at `p`, where there must be kMostPlain bytes.
+// False: it is not plain.
+template <unsigned kShift>
+bool EncodedNumbers::TakePlain(const std::uint8_t*& p, const Weights& weights, double& value) {
+    constexpr unsigned kMask = (1U << kShift) - 1;
+    constexpr unsigned kTerminator =
+        kShift == kSevenBit.shift ? kSevenBit.encodedTerminator : kEightBit.encodedTerminator;
+    unsigned c = *p++;
     if (c < kLowestDigit) return false;
-    const bool negative = c % 2 == 0;
-    if (negative) --c;
-    std::uint64_t sum = (c + 1U) & digits_.encodedMask;
-    for (unsigned digit = 1; c < digits_.encodedTerminator; ++digit) {
-        if (digit == kMost) return false;
+    const double weight = weights[c % 2];  // the lowest bit is the sign, 0 of negative numbers
+    std::uint64_t sum = (c + 1) & (kMask - 1);
+    for (unsigned shift = kShift; c < kTerminator; shift += kShift) {
+        if (shift == kShift * kMostPlain) return false;
         c = *p++;
         if (c < kLowestDigit) return false;
-        sum |= std::uint64_t{(c + 1U) & digits_.encodedMask} << (digit * digits_.shift);
+        sum |= std::uint64_t{(c + 1) & kMask} << shift;
+    }
+    value = weight * static_cast<double>(static_cast<std::int64_t>(sum));
+    return true;
+}
+
+template <unsigned kShift>
+std::size_t EncodedNumbers::TakePlainPoints(PointD at, PointD* points, std::size_t most) {
+    const Weights weights{-encodedFraction_, encodedFraction_};
+    const std::uint8_t* p = input_.Cursor();
+    std::size_t count = 0;
+    while (count < most && input_.Limit() - p >= 2 * kMostPlain && StartsNumber(*p)) {
+        const std::uint8_t* next = p;
+        PointD step;
+        if (!TakePlain<kShift>(next, weights, step.x) || !TakePlain<kShift>(next, weights, step.y))
+            break;
+        p = next;
+        at = at + step;
+        points[count++] = at;
     }
     input_.Advance(p);
-    const double magnitude = encodedFraction_ * static_cast<double>(sum);
-    value = negative ? -magnitude : magnitude;
-    return true;
+    return count;
+}
+
+std::size_t EncodedNumbers::ReadPlainPoints(PointD at, PointD* points, std::size_t most) {
+    if (encodedFraction_ < kSmallestFraction) return 0;
+    if (digits_.shift == kSevenBit.shift) return TakePlainPoints<kSevenBit.shift>(at, points, most);
+    return TakePlainPoints<kEightBit.shift>(at, points, most);
+}
+
+// False: not a plain coordinate, and nothing is consumed.
+bool EncodedNumbers::ReadPlainCoordinate(double& value) {
+    const std::uint8_t* p = input_.Cursor();
+    if (input_.Limit() - p < kMostPlain || encodedFraction_ < kSmallestFraction) return false;
+    const Weights weights{-encodedFraction_, encodedFraction_};
+    const bool plain = digits_.shift == kSevenBit.shift
+                           ? TakePlain<kSevenBit.shift>(p, weights, value)
+                           : TakePlain<kEightBit.shift>(p, weights, value);
+    if (plain) input_.Advance(p);
+    return plain;
 }
 
 EncodedEnd EncodedNumbers::ReadCoordinate(double& value) {
@@ -106,6 +148,7 @@ class EncodedPolyline {
 
   private:
     bool TakeFlag(std::uint8_t flag);
+    void TakePlainPoints();
     EncodedEnd TakePair();
     EncodedEnd DrawRectangle(PointD corner);
     void PlotPoint(PointD point);
@@ -136,6 +179,7 @@ class EncodedPolyline {
 void EncodedPolyline::Run() {
     EncodedEnd end = EncodedEnd::kNo;
     while (end == EncodedEnd::kNo) {
+        TakePlainPoints();
         if (input_.Cursor() < input_.Limit() && EncodedNumbers::StartsNumber(*input_.Cursor())) {
             end = TakePair();
             continue;
@@ -188,6 +232,21 @@ void EncodedPolyline::SelectPenFlag() {
     Flush();
     pens_.Select(pen, drawing_.lines, drawing_.out);
     Append(drawing_.motion.penPos);
+}
+
+// The same as TakePair for the points that are just drawn to, as most are.
+void EncodedPolyline::TakePlainPoints() {
+    if (penUpPending_ || absoluteNext_ || rectangleMode_ || drawing_.polygon.mode ||
+        label_.SymbolChar != 0) {
+        return;
+    }
+    PointD* const points = encoded_.encodedPoints.data();
+    const std::size_t count = numbers_.ReadPlainPoints(drawing_.motion.penPos, points + count_,
+                                                       kMaxEncodedPoints - count_);
+    if (count == 0) return;
+    count_ += count;
+    penDownNext_ = true;
+    drawing_.motion.penPos = points[count_ - 1];
 }
 
 EncodedEnd EncodedPolyline::TakePair() {

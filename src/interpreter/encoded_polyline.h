@@ -40,6 +40,9 @@ class EncodedNumbers {
 
     // Reads one coordinate into `value`. After anything but kNo the value is not to be used.
     EncodedEnd ReadCoordinate(double& value);
+    // Reads points as each lies from the one before it, the first from `at`, while they are plain,
+    // at most `most`; returns how many.
+    std::size_t ReadPlainPoints(PointD at, PointD* points, std::size_t most);
     // Reads the integer behind a pen or fraction flag. False when it is malformed; the offending
     // byte is consumed and `value` is untouched.
     bool ReadInteger(std::int32_t& value);
@@ -66,6 +69,12 @@ class EncodedNumbers {
     static constexpr Digits kEightBit{64, 63, 191, 6, 2, 254};
     static constexpr Digits kSevenBit{32, 31, 95, 5, 3, 126};
 
+    // The weight of the first digit of a negative number and of another.
+    using Weights = std::array<double, 2>;
+    template <unsigned kShift>
+    static bool TakePlain(const std::uint8_t*& p, const Weights& weights, double& value);
+    template <unsigned kShift>
+    std::size_t TakePlainPoints(PointD at, PointD* points, std::size_t most);
     bool ReadPlainCoordinate(double& value);
     bool IsOpenDigit(std::uint8_t c) const;
     bool IsFinalDigit(std::uint8_t c) const {

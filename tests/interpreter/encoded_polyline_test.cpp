@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "tests/interpreter/ops_table.h"
@@ -105,6 +106,44 @@ TEST(EncodedPolyline, Ends) {
         {"a broken fraction changes nothing", "PE>!" + Pair(5, 5) + ";", {"Polyline 2 : 0,0 5,5"}},
         {"end of input", "PE" + Pair(5, 5), {"Polyline 2 : 0,0 5,5"}},
     });
+}
+
+// Points that are just drawn to are taken many at a time, when there are bytes enough to look at.
+TEST(EncodedPolyline, IsReadAlikeInLargePiecesAndSmallOnes) {
+    std::uint32_t random = 1;
+    const auto below = [&random](std::uint32_t end) {
+        random = random * 1664525U + 1013904223U;
+        return (random >> 8) % end;
+    };
+    const auto read = [](const std::string& plot, std::size_t piece) {
+        std::string lines;
+        std::size_t done = 0;
+        OperationRecorder reader(
+            [&](void* buffer, std::size_t size) {
+                const std::size_t count =
+                    plot.copy(static_cast<char*>(buffer), std::min(size, piece), done);
+                done += count;
+                return count;
+            },
+            1U << 30,  // so that no progress step ends the look-ahead
+            [&lines](std::string_view line) { lines.append(line).append("\n"); });
+        reader.Interpret();
+        return lines;
+    };
+    for (int i = 0; i < 400; ++i) {
+        const bool sevenBits = i % 2 == 0;
+        std::string plot = sevenBits ? "PE7" : "PE";
+        for (int byte = 0; byte < 900; ++byte) {
+            const std::uint32_t kind = below(i % 3 == 0 ? 2 : 400);
+            std::uint32_t c = (sevenBits ? 95 : 191) + below(32);
+            if (kind == 0) c = 63 + below(64);
+            if (kind == 2) c = below(256);
+            if (kind == 3) c = '6' + below(9) + 128 * below(2);  // flags
+            plot += c == ';' ? '<' : static_cast<char>(c);
+        }
+        plot += ";PA5,5;";
+        ASSERT_EQ(read(plot, plot.size()), read(plot, 1)) << plot;
+    }
 }
 
 TEST(EncodedPolyline, RunsAreCutAt255Points) {
