@@ -30,6 +30,10 @@ class Lister final : public Summariser {
         Summariser::Lines(style, points);
         Note(style, false);
     }
+    bool Letter(const DrawingStyle& style, const LetterRecord& letter) override {
+        Note(style, false);
+        return Summariser::Letter(style, letter);
+    }
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
         Summariser::Rectangle(style, box, filled);
         Note(style, filled);

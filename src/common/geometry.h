@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 namespace qm {
@@ -27,6 +28,14 @@ bool operator==(Point<T> a, Point<T> b) {
 inline PointD operator+(PointD a, PointD b) { return {a.x + b.x, a.y + b.y}; }
 inline PointD operator-(PointD a, PointD b) { return {a.x - b.x, a.y - b.y}; }
 
+// Runs of lines that continue each other, their points one behind the other.
+struct Strokes {
+    const PointI* points = nullptr;
+    std::size_t count = 0;                  // of all points
+    const std::uint8_t* lengths = nullptr;  // points of each run, at least two
+    std::size_t runs = 0;
+};
+
 // A rectangle between two opposite corners, in no given order.
 template <typename T>
 struct Box {
@@ -40,6 +49,16 @@ template <typename T>
 Box<T> Ordered(const Box<T>& box) {
     return {{std::min(box.a.x, box.b.x), std::min(box.a.y, box.b.y)},
             {std::max(box.a.x, box.b.x), std::max(box.a.y, box.b.y)}};
+}
+
+// The box around `count` points, at least one.
+inline BoxI BoxAround(const PointI* points, std::size_t count) {
+    BoxI box{points[0], points[0]};
+    for (std::size_t i = 1; i < count; ++i) {
+        box.a = {std::min(box.a.x, points[i].x), std::min(box.a.y, points[i].y)};
+        box.b = {std::max(box.b.x, points[i].x), std::max(box.b.y, points[i].y)};
+    }
+    return box;
 }
 
 // The box around what was added, in plotter units; doubles, because a width or a radius may lead

@@ -27,6 +27,10 @@ inline std::int32_t TruncateToInt32(double value) {
     return INT32_MIN;
 }
 
+// The same for values within kSmall, without a question: for loops over points.
+inline constexpr double kSmall = 1 << 30;
+inline std::int32_t TruncateSmall(double value) { return static_cast<std::int32_t>(value); }
+
 // Rounds half up (floor(v + 0.5)); outside the range as TruncateToInt32.
 inline std::int32_t RoundToInt32(double value) { return TruncateToInt32(std::floor(value + 0.5)); }
 

@@ -120,6 +120,7 @@ std::size_t DisplayList::PackOpen() {
 
 // Makes the records at hand a part; needs a chain that has ended.
 void DisplayList::EndPart() {
+    EndLetter();
     if (open_.used == 0) return;
     Part part;
     part.size = open_.used;
@@ -169,6 +170,7 @@ const std::uint8_t* DisplayList::Keep(const void* data, std::size_t bytes) {
 std::uint8_t* DisplayList::NewRecord(RecordKind kind, unsigned flags, std::size_t words,
                                      std::size_t bytes) {
     if (words > kMaxRecordWords) throw std::bad_alloc();
+    EndLetter();
     EndChain();
     if (open_.used >= kPartBytes) EndPart();
     std::uint8_t* const at = Room(1 + bytes);
@@ -186,8 +188,9 @@ std::uint8_t* DisplayList::NewContent(RecordKind kind, unsigned flags, std::size
 // ------------------------------------------------------------------------------------------- lines
 
 void DisplayList::StartLines(PointI from, PointI to) {
-    if (chainCount_ == chain_.size() && words_ >= 2 && chain_.back() == from) {
-        FlushChain();
+    ReopenLetter(from);
+    if (Continues(from)) {
+        if (chainCount_ == chain_.size()) FlushChain();
         words_ -= 2;
         chain_[chainCount_++] = to;
         return;
@@ -420,12 +423,13 @@ std::vector<std::uint8_t> DisplayList::Rest() const {
 }
 
 std::size_t DisplayList::UsedBytes() const {
-    return usedBytes_ + open_.used + chainCount_ * sizeof(PointI);
+    return usedBytes_ + shapes_.UsedBytes() + open_.used + chainCount_ * sizeof(PointI);
 }
 
 void DisplayList::Finish() {
     EndChain();
     EndPart();
+    shapes_.Finish();
     open_ = Block();
     packing_ = Block();
 }
@@ -434,6 +438,8 @@ void DisplayList::DropRecords() {
     parts_.clear();
     kept_.clear();
     pictures_.clear();
+    shapes_ = LetterShapes();
+    EndLetter();
     open_ = Block();
     usedBytes_ = 0;
     cover_ = PartCover();

@@ -16,6 +16,7 @@
 
 #include "common/geometry.h"
 #include "host/drawing_style.h"
+#include "host/letter_shapes.h"
 #include "host/packed_points.h"
 
 namespace qm {
@@ -43,7 +44,8 @@ enum class RecordKind : std::uint8_t {
     kLineDash,        // lengths, where they are
     kLineAttributes,  // bits
     kDrawMode,        // mode
-    kFillStyle        // kind; index
+    kFillStyle,       // kind; index
+    kLetter           // number of the shape, its first point
 };
 inline constexpr unsigned kRecordKindBits = 0x1F;
 inline constexpr unsigned kRecordFilled = 0x20;
@@ -145,6 +147,9 @@ class DisplayList {
     }
     // AppendLine for every two neighbours.
     void AppendLines(PointSpan points);
+    // AppendLine for every line of a letter's strokes, of which there is at least one; letters that
+    // come back take 4 to 7 bytes each. `box` receives what lies around them.
+    void AppendLetter(const Strokes& strokes, BoxI& box);
     void AppendRectangle(const BoxI& box, bool filled);
     void AppendCircle(PointI centre, std::int32_t radius, bool filled);
     void AppendArc(const ArcShape& arc);
@@ -188,6 +193,7 @@ class DisplayList {
         DrawingStyle after;  // what holds behind it
     };
     const std::vector<Part>& Parts() const { return parts_; }
+    const LetterShapes& Shapes() const { return shapes_; }
     // The records behind the parts, as the bytes of one more.
     std::vector<std::uint8_t> Rest() const;
 
@@ -199,7 +205,25 @@ class DisplayList {
         std::size_t used = 0;
     };
 
+    // A letter filed as such, as long as a line that begins where it ends would continue its last
+    // chain; it is then filed anew as lines.
+    struct OpenLetter {
+        std::uint32_t shape = LetterShapes::kNone;
+        PointI at;
+        PointI end;
+        std::size_t offset = 0;  // of its record in open_
+        PointI last;             // what last_ was before it
+        std::size_t words = 0;   // and words_
+    };
+
     void StartLines(PointI from, PointI to);
+    // Lines go on where the last one ended, in the same chain.
+    bool Continues(PointI from) const {
+        return words_ >= 2 && chainCount_ > 0 && chain_[chainCount_ - 1] == from;
+    }
+    void AppendRuns(const Strokes& strokes);
+    void ReopenLetter(PointI from);
+    void EndLetter() { letter_.shape = LetterShapes::kNone; }
     void PutPicture(const BoxI& box, std::int32_t rasterOperation, ByteRun kept);
     void FlushChain();
     std::uint8_t* PutChainEnd(std::uint8_t* at, unsigned form) const;
@@ -227,6 +251,8 @@ class DisplayList {
     PartCover cover_;                                            // of open_
     DrawingStyle style_;  // what holds behind the last record
     PointI last_;         // the last point in open_
+    LetterShapes shapes_;
+    OpenLetter letter_;
 
     // The chain of lines that the next one may continue: the points of its last block and the one
     // in front of them. None: chainCount_ is 0.

@@ -87,7 +87,8 @@ class RecordReader {
 
 class Player {
   public:
-    explicit Player(DisplayListVisitor& visitor) : visitor_(visitor) {}
+    Player(DisplayListVisitor& visitor, const LetterShapes& shapes)
+        : visitor_(visitor), shapes_(shapes) {}
 
     void PlayBytes(const std::uint8_t* begin, const std::uint8_t* end) {
         reader_.Restart(begin);
@@ -117,6 +118,7 @@ class Player {
         return unpacked_.data();
     }
     void PlayRecord(RecordKind kind, unsigned flags);
+    void PlayLetter();
     void PlayCircle(bool filled);
     void PlayArc();
     void PlayRings(unsigned flags);
@@ -126,6 +128,7 @@ class Player {
     void PlayStyle(RecordKind kind);
 
     DisplayListVisitor& visitor_;
+    const LetterShapes& shapes_;
     RecordReader reader_{nullptr};
     DrawingStyle style_;
     std::vector<std::int32_t> ringLengths_;
@@ -137,6 +140,8 @@ void Player::PlayRecord(RecordKind kind, unsigned flags) {
     switch (kind) {
         case RecordKind::kLines:
             return visitor_.Lines(style_, reader_.Run());
+        case RecordKind::kLetter:
+            return PlayLetter();
         case RecordKind::kRectangle:
             return visitor_.Rectangle(style_, reader_.Box(), filled);
         case RecordKind::kCircle:
@@ -160,6 +165,17 @@ void Player::PlayRecord(RecordKind kind, unsigned flags) {
         default:
             return PlayStyle(kind);
     }
+}
+
+void Player::PlayLetter() {
+    const std::uint32_t number = reader_.Count();
+    const PointI at = reader_.Point();
+    const BoxI& box = shapes_.BoxOf(number);
+    const Strokes shape = shapes_.StrokesOf(number);
+    const LetterRecord letter{
+        number, shape, at, {{at.x + box.a.x, at.y + box.a.y}, {at.x + box.b.x, at.y + box.b.y}}};
+    if (visitor_.Letter(style_, letter)) return;
+    ForEachRun(letter, [this](PointSpan run) { visitor_.Lines(style_, run); });
 }
 
 void Player::PlayCircle(bool filled) {
@@ -225,7 +241,7 @@ void Player::PlayStyle(RecordKind kind) {
 }  // namespace
 
 void Play(const DisplayList& list, DisplayListVisitor& visitor) {
-    Player player(visitor);
+    Player player(visitor, list.Shapes());
     const std::vector<std::uint8_t> rest = list.Rest();
     std::size_t total = rest.size();
     for (const DisplayList::Part& part : list.Parts()) total += part.size;

@@ -7,11 +7,35 @@
 // Test: tests/host/display_list_test.cpp.
 #pragma once
 
+#include <array>
 #include <string_view>
 
 #include "host/display_list.h"
 
 namespace qm {
+
+// A letter that comes several times in a list.
+struct LetterRecord {
+    std::uint32_t number = 0;  // the same for letters that differ in their place alone
+    Strokes shape;             // as they lie from `at`, the first point
+    PointI at;
+    BoxI box;  // around the strokes, where they are
+};
+
+// Calls draw(points) for each run of the letter's strokes.
+template <typename Draw>
+void ForEachRun(const LetterRecord& letter, const Draw& draw) {
+    std::array<PointI, LetterShapes::kMostPoints> points;
+    for (std::size_t i = 0; i < letter.shape.count; ++i) {
+        const PointI from = letter.shape.points[i];
+        points[i] = {letter.at.x + from.x, letter.at.y + from.y};
+    }
+    const PointI* run = points.data();
+    for (std::size_t i = 0; i < letter.shape.runs; ++i) {
+        draw(PointSpan{run, letter.shape.lengths[i]});
+        run += letter.shape.lengths[i];
+    }
+}
 
 // Receives the records of a list. Every method has an empty default, so a visitor overrides what it
 // needs; `style` is what holds at that record. Points and texts are gone after the call; pictures,
@@ -23,6 +47,8 @@ class DisplayListVisitor {
     // Lines that continue each other: points[0] to points[1], to points[2], ... At least two
     // points.
     virtual void Lines(const DrawingStyle&, PointSpan /*points*/) {}
+    // Lines for each run of a letter's strokes at once. False: it wants the lines.
+    virtual bool Letter(const DrawingStyle&, const LetterRecord&) { return false; }
     virtual void Rectangle(const DrawingStyle&, const BoxI&, bool /*filled*/) {}
     virtual void Circle(const DrawingStyle&, PointI /*centre*/, std::int32_t /*radius*/,
                         bool /*filled*/) {}

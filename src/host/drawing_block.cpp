@@ -1,6 +1,7 @@
 // See drawing_block.h.
 #include "host/drawing_block.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -175,8 +176,17 @@ HRESULT DrawingBlock::AppendDib(LONG x1, LONG y1, LONG x2, LONG y2, LONG size, c
     });
 }
 
-HRESULT DrawingBlock::AppendLines(std::size_t count, const PointI* points) noexcept {
-    return Filed([&] { list_.AppendLines({points, count}); });
+HRESULT DrawingBlock::AppendLetter(const Strokes& strokes, BoxI& box) noexcept {
+    return Filed([&] { list_.AppendLetter(strokes, box); });
+}
+
+HRESULT DrawingBlock::AppendText(const BoxI& box, std::string_view text) noexcept {
+    return Filed([&] {
+        const bool ascii = std::all_of(text.begin(), text.end(),
+                                       [](char c) { return static_cast<unsigned char>(c) < 128; });
+        if (ascii) return list_.AppendText(box, text);
+        list_.AppendText(box, WideToUtf8(BytesToWide(text)));
+    });
 }
 
 HRESULT DrawingBlock::AppendOwnedDib(const BoxI& box, GlobalBlock dib, std::size_t size,

@@ -62,8 +62,8 @@ class DrawingBlock final : public ComObject<IQmBuildVectorData, IQmAttributes, D
     HRESULT STDMETHODCALLTYPE EndOfData() noexcept override;
     HRESULT STDMETHODCALLTYPE IsEmpty(VARIANT_BOOL* empty) noexcept override;
 
-    HRESULT STDMETHODCALLTYPE AppendLines(std::size_t count,
-                                          const PointI* points) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendLetter(const Strokes& strokes, BoxI& box) noexcept override;
+    HRESULT STDMETHODCALLTYPE AppendText(const BoxI& box, std::string_view text) noexcept override;
     HRESULT STDMETHODCALLTYPE AppendOwnedDib(const BoxI& box, GlobalBlock dib, std::size_t size,
                                              LONG rasterOperation) noexcept override;
 

@@ -16,16 +16,6 @@ constexpr std::int32_t kCopyPen = 13;
 constexpr std::uint32_t kWhite = 0xFFFFFF;
 constexpr int kMaxTurns = 1000;
 
-void Include(PointSpan points, BoxI& box) {
-    PointI low = box.a;
-    PointI high = box.b;
-    for (const PointI p : points) {
-        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
-    }
-    box = {low, high};
-}
-
 double HalfWidth(const DrawingStyle& style) {
     return style.lineWidth > 0 ? style.lineWidth / 2.0 : 0.0;
 }
@@ -65,14 +55,25 @@ PageSummary Summariser::Finish() {
 
 void Summariser::Lines(const DrawingStyle& style, PointSpan points) {
     Count(style, summary_.lines, points.count - 1);
+    IncludeLines(style, BoxAround(points.data, points.count));
+}
+
+bool Summariser::Letter(const DrawingStyle& style, const LetterRecord& letter) {
+    Count(style, summary_.lines, letter.shape.count - letter.shape.runs);
+    IncludeLines(style, letter.box);
+    return true;
+}
+
+void Summariser::IncludeLines(const DrawingStyle& style, const BoxI& box) {
     if (style.lineWidth != linesWidth_) {
         TakeLines();
         linesWidth_ = style.lineWidth;
         linesHalfWidth_ = HalfWidth(style);
     }
-    if (!anyLines_) lines_ = {points[0], points[0]};
+    if (!anyLines_) lines_ = box;
     anyLines_ = true;
-    Include(points, lines_);
+    lines_.a = {std::min(lines_.a.x, box.a.x), std::min(lines_.a.y, box.a.y)};
+    lines_.b = {std::max(lines_.b.x, box.b.x), std::max(lines_.b.y, box.b.y)};
 }
 
 void Summariser::Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) {
@@ -158,9 +159,7 @@ void Summariser::WidenBox(const BoxI& box, double by) {
 
 void Summariser::Widen(PointSpan points, double by) {
     if (points.count == 0) return;
-    BoxI box{points[0], points[0]};
-    Include(points, box);
-    WidenBox(box, by);
+    WidenBox(BoxAround(points.data, points.count), by);
 }
 
 void Summariser::TakeLines() {

@@ -46,6 +46,7 @@ class Summariser : public DisplayListVisitor {
     PageSummary Finish();
 
     void Lines(const DrawingStyle& style, PointSpan points) override;
+    bool Letter(const DrawingStyle& style, const LetterRecord& letter) override;
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override;
     void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
                 bool filled) override;
@@ -72,6 +73,7 @@ class Summariser : public DisplayListVisitor {
     void WidenPoint(double x, double y, double by);
     void WidenBox(const BoxI& box, double by);
     void Widen(PointSpan points, double by);
+    void IncludeLines(const DrawingStyle& style, const BoxI& box);
     void TakeLines();
     bool HasWholeEllipse(const ArcShape& arc, double by) const;
 

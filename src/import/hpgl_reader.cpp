@@ -122,14 +122,13 @@ void HPGLReader::Line(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::in
     if (page_.block) page_.block->AppendLine(x0, y0, x1, y1);
 }
 
-void HPGLReader::Lines(std::size_t count, const PointI* points) {
-    if (!page_.handover || frameOffset_ != 0) return HPGLRead::Lines(count, points);
-    if (trackExtent_) {
-        LabelExtent extent = extent_;  // its numbers in registers
-        for (std::size_t i = 0; i < count; ++i) extent.Add(points[i].x, points[i].y);
-        extent_ = extent;
-    }
-    page_.handover->AppendLines(count, points);
+void HPGLReader::Letter(const Strokes& strokes) {
+    if (!page_.handover || frameOffset_ != 0) return HPGLRead::Letter(strokes);
+    BoxI box;
+    page_.handover->AppendLetter(strokes, box);
+    if (!trackExtent_) return;
+    extent_.Add(box.a.x, box.a.y);
+    extent_.Add(box.b.x, box.b.y);
 }
 
 void HPGLReader::AppendRectangle(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1,
@@ -278,6 +277,11 @@ void HPGLReader::BeginLabelExtent(const char* /*text*/, double /*zero*/, std::in
 
 void HPGLReader::EndLabelExtent(const char* text) {
     trackExtent_ = false;
+    if (page_.handover) {
+        page_.handover->AppendText({{extent_.minX, extent_.minY}, {extent_.maxX, extent_.maxY}},
+                                   text);
+        return;
+    }
     if (!page_.block) return;
     page_.block->AppendTextElement(extent_.minX, extent_.minY, extent_.maxX, extent_.maxY, 0, 0, 0,
                                    Bstr(BytesToWide(text)).Get());

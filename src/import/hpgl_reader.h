@@ -65,7 +65,7 @@ class HPGLReader final : public HPGLRead {
     std::uint32_t SeekData(std::int32_t offset, std::int32_t origin) override;
     void EndPage(std::uint32_t pageIndex) override;
     void Line(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1) override;
-    void Lines(std::size_t count, const PointI* points) override;
+    void Letter(const Strokes& strokes) override;
     void Rectangle(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1) override;
     void FilledRectangle(std::int32_t x0, std::int32_t y0, std::int32_t x1,
                          std::int32_t y1) override;

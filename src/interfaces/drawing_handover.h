@@ -10,6 +10,7 @@
 #include <qmfilter.h>
 
 #include <cstddef>
+#include <string_view>
 
 #include "common/geometry.h"
 #include "platform/global_block.h"
@@ -18,9 +19,12 @@ namespace qm {
 
 // The methods answer what those of IQmBuildVectorData would.
 struct DrawingHandover : IUnknown {
-    // AppendLine for every two neighbours of `count` points.
-    virtual HRESULT STDMETHODCALLTYPE AppendLines(std::size_t count,
-                                                  const PointI* points) noexcept = 0;
+    // AppendLine for every line of a letter's strokes, of which there is at least one; `box`
+    // receives what lies around them, on success.
+    virtual HRESULT STDMETHODCALLTYPE AppendLetter(const Strokes& strokes, BoxI& box) noexcept = 0;
+    // AppendTextElement with `text` in Latin-1.
+    virtual HRESULT STDMETHODCALLTYPE AppendText(const BoxI& box,
+                                                 std::string_view text) noexcept = 0;
     // AppendDib with the first `size` bytes of `dib`, which is the block's from now on, also after
     // a failure.
     virtual HRESULT STDMETHODCALLTYPE AppendOwnedDib(const BoxI& box, GlobalBlock dib,

@@ -109,9 +109,9 @@ class DrawingOperations {
                                  std::int32_t y2) = 0;
     virtual void EndRasterClip() = 0;
 
-    // No operation of its own: Line for every two neighbours of `count` points, for receivers that
-    // can take them at once.
-    virtual void Lines(std::size_t count, const PointI* points);
+    // No operation of its own: Line for every line of a letter's strokes, for receivers that can
+    // take them at once.
+    virtual void Letter(const Strokes& strokes);
 };
 
 }  // namespace qm

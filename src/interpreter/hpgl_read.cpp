@@ -10,9 +10,14 @@ std::uint32_t DrawingOperations::ReadData(void* /*buffer*/, std::uint32_t /*maxB
     return 0;
 }
 
-void DrawingOperations::Lines(std::size_t count, const PointI* points) {
-    for (std::size_t i = 1; i < count; ++i) {
-        Line(points[i - 1].x, points[i - 1].y, points[i].x, points[i].y);
+void DrawingOperations::Letter(const Strokes& strokes) {
+    const PointI* points = strokes.points;
+    for (std::size_t run = 0; run < strokes.runs; ++run) {
+        const std::size_t length = strokes.lengths[run];
+        for (std::size_t i = 1; i < length; ++i) {
+            Line(points[i - 1].x, points[i - 1].y, points[i].x, points[i].y);
+        }
+        points += length;
     }
 }
 

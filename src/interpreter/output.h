@@ -46,10 +46,10 @@ class Output {
         MarkDrawn();
         operations_->Line(from.x, from.y, to.x, to.y);
     }
-    // Line for every two neighbours.
-    void Lines(std::size_t count, const PointI* points) {
+    // Line for every line of the strokes.
+    void Letter(const Strokes& strokes) {
         MarkDrawn();
-        operations_->Lines(count, points);
+        operations_->Letter(strokes);
     }
     void Rectangle(BoxI box) {
         MarkDrawn();

@@ -14,15 +14,24 @@ void Drawing::EmitFittedSegment(PointI from, PointI to) {
     out.Line(from, to);
 }
 
-void Drawing::EmitSegments(std::size_t count, const PointI* points) {
-    if (!coordinates.windowOn && !lines.dashes.adaptive) return out.Lines(count, points);
+void Drawing::EmitFittedRun(std::size_t count, const PointI* points) {
     for (std::size_t i = 1; i < count; ++i) EmitFittedSegment(points[i - 1], points[i]);
+}
+
+void Drawing::EmitLetter(const Strokes& strokes) {
+    if (!coordinates.windowOn && !lines.dashes.adaptive) return out.Letter(strokes);
+    const PointI* run = strokes.points;
+    for (std::size_t i = 0; i < strokes.runs; ++i) {
+        EmitFittedRun(strokes.lengths[i], run);
+        run += strokes.lengths[i];
+    }
+    out.MarkDrawn();
 }
 
 void Drawing::EmitPolyline(std::size_t count, PointI* points) {
     const bool whole = !coordinates.windowOn && !lines.dashes.adaptive;
     if (whole) return out.Polyline(static_cast<std::int32_t>(count), points);
-    EmitSegments(count, points);
+    EmitFittedRun(count, points);
 }
 
 void Drawing::EmitFilledPolygon(std::vector<PointI>& points) {

@@ -57,8 +57,9 @@ struct Drawing {
     }
     // The same where a window or dashes that fit a segment may be on.
     void EmitFittedSegment(PointI from, PointI to);
-    // EmitSegment for every two neighbours of `count` points.
-    void EmitSegments(std::size_t count, const PointI* points);
+    void EmitFittedRun(std::size_t count, const PointI* points);
+    // EmitSegment for every line of a letter.
+    void EmitLetter(const Strokes& strokes);
     // Sends an open run of `count` points in plotter units: whole without a window, else as its
     // clipped segments. The points may be overwritten by the receiver.
     void EmitPolyline(std::size_t count, PointI* points);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/display_list_player.h"
+#include "host/page_summary.h"
 
 namespace {
 
@@ -128,6 +129,21 @@ class Recording final : public DisplayListVisitor {
     }
 };
 
+void AppendOneByOne(DisplayList& list, const PointI* points, std::size_t count) {
+    for (std::size_t i = 1; i < count; ++i) list.AppendLine(points[i - 1], points[i]);
+}
+
+// Returns how many chains were cut in two.
+std::size_t ExpectAlike(const DisplayList& list, const DisplayList& other) {
+    Recording recording;
+    Recording expected;
+    Play(list, recording);
+    Play(other, expected);
+    EXPECT_EQ(recording.lengths, expected.lengths);
+    EXPECT_TRUE(recording.runs == expected.runs);
+    return expected.lengths.size() - expected.runs.size();
+}
+
 // Chains of all lengths around those of a block, and the extremes between records of all kinds.
 TEST(DisplayList, GivesBackEveryPoint) {
     DisplayList list;
@@ -183,18 +199,51 @@ TEST(DisplayList, LinesGivenTogetherAreCutAsTheyAreOneByOne) {
         std::vector<PointI> run(count, at);
         for (std::size_t i = 1; i < count; ++i) {
             run[i] = {run[i - 1].x + 1, static_cast<std::int32_t>(i)};
-            single.AppendLine(run[i - 1], run[i]);
         }
+        AppendOneByOne(single, run.data(), count);
         together.AppendLines({run.data(), count});
         if (count % 5 != 0) at = run.back();
     }
-    Recording expected;
-    Recording recording;
-    Play(single, expected);
-    Play(together, recording);
-    EXPECT_GT(expected.lengths.size(), expected.runs.size()) << "some are cut";
-    EXPECT_EQ(recording.lengths, expected.lengths);
-    EXPECT_TRUE(recording.runs == expected.runs);
+    EXPECT_GT(ExpectAlike(together, single), 0U) << "some are cut";
+}
+
+// Three strokes each, the last two of which may make one chain; between them lines that continue
+// them, or that they continue.
+TEST(DisplayList, LettersComeBackAsTheirLines) {
+    constexpr std::int32_t kFar = INT32_MAX - 10;
+    DisplayList letters;
+    DisplayList single;
+    std::size_t kept = 0;
+    for (std::int32_t i = 0; i < 60000; ++i) {
+        const std::int32_t size = 10 + i % 5;
+        const std::int32_t gap = i % 19 == 0 ? 0 : 2;
+        const PointI at{i % 31 == 0 ? kFar - i : 7 * i, i % 101};
+        std::vector<PointI> points = {{0, 0}, {size, 0},    {size, size}, {3, 1},
+                                      {3, 1}, {3, 1 + gap}, {0, 9},       {i % 4 - 2, 9}};
+        for (PointI& point : points) point = {WrapAdd(point.x, at.x), WrapAdd(point.y, at.y)};
+        const std::uint8_t lengths[] = {3, 2, 3};
+        const PointI back = points.back();
+        const PointI beside{WrapAdd(back.x, 1), back.y};
+        const std::size_t before = letters.UsedBytes();
+        BoxI box;
+        letters.AppendLetter({points.data(), points.size(), lengths, 3}, box);
+        kept += letters.UsedBytes() - before < 8 ? 1 : 0;
+        EXPECT_TRUE(box.a == BoxAround(points.data(), points.size()).a);
+        EXPECT_TRUE(box.b == BoxAround(points.data(), points.size()).b);
+        AppendOneByOne(single, &points[0], 3);
+        AppendOneByOne(single, &points[3], 2);
+        AppendOneByOne(single, &points[5], 3);
+        for (DisplayList* list : {&letters, &single}) {
+            if (i % 7 == 0) list->AppendLine(back, beside);
+            if (i % 13 == 0) list->AppendLine(beside, {7 * i + 7, (i + 1) % 101});
+            if (i % 17 == 0) list->AppendValue(RecordKind::kPen, i);
+            if (i % 20000 == 0) list->Finish();
+        }
+    }
+    EXPECT_GT(kept, 30000U);
+    EXPECT_GT(ExpectAlike(letters, single), 0U) << "some are cut";
+    EXPECT_EQ(Summarise(letters).lines, Summarise(single).lines);
+    EXPECT_EQ(Summarise(letters).extent.maxX, Summarise(single).extent.maxX);
 }
 
 // Letters, as it were, far from each other; and lines of which none is like another.

@@ -89,51 +89,80 @@ int MapCharacter(std::uint8_t byte, std::int32_t characterSet) {
 GlyphTransform::GlyphTransform(const LabelState& label)
     : direction_(label.direction),
       unitX_(label.CharWidth / kGridSteps),
-      unitY_(label.CharHeight / kGridSteps),
-      slantX_(label.SlantTangent * unitY_) {}
+      slantX_(label.SlantTangent * (label.CharHeight / kGridSteps)) {
+    for (int x = 0; x <= kGlyphRight; ++x) across_[static_cast<std::size_t>(x)] = Across(x, 0);
+    for (int y = kGlyphBottom; y <= kGlyphTop; ++y) {
+        const double localY = y * (label.CharHeight / kGridSteps);
+        up_[static_cast<std::size_t>(y - kGlyphBottom)] = {-(direction_.y * localY),
+                                                           direction_.x * localY};
+    }
+    for (const PointD product : {across_.back(), up_.back()}) {
+        reach_ += std::fabs(product.x) + std::fabs(product.y);
+    }
+}
 
 namespace {
 
-// The same as moving and drawing to the points, of which each is converted once; strokes that
-// continue each other are sent together.
-void DrawStrokes(Drawing& drawing, const GlyphTransform& transform, GlyphCursor cursor,
-                 PointD origin) {
-    const CoordinateState& c = drawing.coordinates;
-    std::array<PointI, 32> run;
-    std::size_t count = 0;
-    const auto send = [&] {
-        if (count < 2) return;
-        drawing.EmitSegments(count, run.data());
-        drawing.out.MarkDrawn();
-    };
-    while (const auto stroke = cursor.Next()) {
-        if (!stroke->down) {
-            send();
-            count = 0;
-        } else if (count == 0) {
-            run[count++] = c.ToPlotter(drawing.motion.penPos);
-        } else if (count == run.size()) {
-            send();
-            run[0] = run.back();
-            count = 1;
+// The strokes of the letter at hand, in plotter units.
+class LetterStrokes {
+  public:
+    // `pointOf` answers where a point of the font's grid lies. Moves without a line are left out.
+    template <typename PointOf>
+    void Collect(const unsigned char* glyph, const PointOf& pointOf) {
+        count_ = runs_ = 0;
+        GlyphCursor cursor(glyph);
+        PointI* point = points_.data();
+        while (!cursor.AtEnd()) {
+            GlyphStroke stroke = cursor.Take();
+            PointI* const begin = point;
+            *point++ = pointOf(stroke.x, stroke.y);
+            while (cursor.Draws()) {
+                stroke = cursor.Take();
+                *point++ = pointOf(stroke.x, stroke.y);
+            }
+            if (point - begin < 2) {
+                point = begin;
+            } else {
+                lengths_[runs_++] = static_cast<std::uint8_t>(point - begin);
+            }
         }
-        run[count++] = c.ToPlotter(transform.At(origin, stroke->x, stroke->y));
+        count_ = static_cast<std::size_t>(point - points_.data());
     }
-    send();
+    bool IsEmpty() const { return runs_ == 0; }
+    Strokes All() const { return {points_.data(), count_, lengths_.data(), runs_}; }
+
+  private:
+    std::array<PointI, kMostGlyphPoints> points_;
+    std::array<std::uint8_t, kMostGlyphPoints> lengths_;
+    std::size_t count_ = 0;
+    std::size_t runs_ = 0;
+};
+
+// The same as moving and drawing to the points, of which each is converted once.
+void DrawStrokes(Drawing& drawing, const GlyphTransform& transform, const unsigned char* glyph,
+                 PointD origin, LetterStrokes& strokes) {
+    const CoordinateState& c = drawing.coordinates;
+    if (!c.scaleOn && transform.IsPlain(origin)) {
+        strokes.Collect(glyph, [&](int x, int y) { return transform.PlainAt(origin, x, y); });
+    } else {
+        strokes.Collect(glyph,
+                        [&](int x, int y) { return c.ToPlotter(transform.At(origin, x, y)); });
+    }
+    if (!strokes.IsEmpty()) drawing.EmitLetter(strokes.All());
 }
 
 // Draws a glyph as solid lines through the pen moves; in polygon mode they become vertices. The pen
 // position stays. Codes without a glyph (null) go through the line attributes all the same.
 // Quirk: the line type is restored, the dash pattern is not; it stays solid until the next LT.
 void DrawGlyph(Drawing& drawing, const GlyphTransform& transform, const unsigned char* glyph,
-               PointD origin) {
+               PointD origin, LetterStrokes& strokes) {
     LineState& lines = drawing.lines;
     const std::int32_t lineType = lines.EmittedLineType;
     const PointD pen = drawing.motion.penPos;
     lines.SendLineType(0, drawing.out);
     lines.SendPattern(1.0, -1, drawing.out);
-    GlyphCursor cursor(glyph);
     if (drawing.polygon.mode || !drawing.DrawsLines()) {
+        GlyphCursor cursor(glyph);
         while (const auto stroke = cursor.Next()) {
             const PointD target = transform.At(origin, stroke->x, stroke->y);
             if (stroke->down) {
@@ -143,7 +172,7 @@ void DrawGlyph(Drawing& drawing, const GlyphTransform& transform, const unsigned
             }
         }
     } else {
-        DrawStrokes(drawing, transform, cursor, origin);
+        DrawStrokes(drawing, transform, glyph, origin, strokes);
     }
     lines.SendLineType(lineType, drawing.out);
     drawing.motion.penPos = pen;
@@ -169,10 +198,11 @@ PointD DrawCharacters(const LabelState& label, Drawing& drawing, const char* tex
                       std::size_t count) {
     const PointD advance = AdvanceVector(label);
     const GlyphTransform transform(label);
+    LetterStrokes strokes;
     PointD origin = drawing.motion.penPos + LabelOriginOffset(label, count);
     for (std::size_t i = 0; i < count; ++i) {
         const int code = MapCharacter(static_cast<std::uint8_t>(text[i]), label.CurrentCharSet);
-        DrawGlyph(drawing, transform, StrokeGlyph(code, label.CurrentCharSet), origin);
+        DrawGlyph(drawing, transform, StrokeGlyph(code, label.CurrentCharSet), origin, strokes);
         if (code != kRoomlessCode) origin = origin + advance;
     }
     return origin;
@@ -218,8 +248,9 @@ void DrawLabel(const LabelState& label, Drawing& drawing, char* text, std::size_
 void DrawSymbol(const LabelState& label, Drawing& drawing) {
     if (drawing.reading.labelsOnGrid) return DrawGridSymbol(label, drawing);
     const PointD half{label.CharWidth / 2.0, label.CharHeight / 2.0};
+    LetterStrokes strokes;
     DrawGlyph(drawing, GlyphTransform(label), StrokeGlyph(label.SymbolChar, label.CurrentCharSet),
-              drawing.motion.penPos - half);
+              drawing.motion.penPos - half, strokes);
 }
 
 namespace handlers {

@@ -6,10 +6,14 @@
 // tests/interpreter/attributes/labels_test.cpp, tests/interpreter/reading_test.cpp.
 #pragma once
 
+#include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
 #include "common/geometry.h"
+#include "common/numbers.h"
+#include "interpreter/attributes/stroke_font.h"
 
 namespace qm {
 
@@ -72,19 +76,41 @@ class GlyphTransform {
   public:
     explicit GlyphTransform(const LabelState& label);
 
-    // The point (x, y), in twelfths of width and height, of a glyph whose origin is `origin`.
+    // The point (x, y) of the font's grid, in twelfths of width and height, of a glyph whose origin
+    // is `origin`.
     PointD At(PointD origin, int x, int y) const {
-        const double localX = x * unitX_ + slantX_ * y;
-        const double localY = y * unitY_;
-        return {origin.x + direction_.x * localX - direction_.y * localY,
-                origin.y + direction_.y * localX + direction_.x * localY};
+        const PointD up = up_[static_cast<std::size_t>(y - kGlyphBottom)];
+        const PointD across = slantX_ == 0.0 ? across_[static_cast<std::size_t>(x)] : Across(x, y);
+        return {origin.x + across.x + up.x, origin.y + across.y + up.y};
+    }
+    // All points of a glyph at `origin` are within kSmall, and text is not slanted.
+    bool IsPlain(PointD origin) const {
+        return slantX_ == 0.0 && std::fabs(origin.x) < kSmall / 2.0 &&
+               std::fabs(origin.y) < kSmall / 2.0 && reach_ < kSmall / 2.0;
+    }
+    // At, truncated, when IsPlain.
+    PointI PlainAt(PointD origin, int x, int y) const {
+        const PointD up = up_[static_cast<std::size_t>(y - kGlyphBottom)];
+        const PointD across = across_[static_cast<std::size_t>(x)];
+        return {TruncateSmall(origin.x + across.x + up.x),
+                TruncateSmall(origin.y + across.y + up.y)};
     }
 
   private:
+    // What the way along the text adds to a point.
+    PointD Across(int x, int y) const {
+        const double localX = x * unitX_ + slantX_ * y;
+        return {direction_.x * localX, direction_.y * localX};
+    }
+
     PointD direction_;
     double unitX_;
-    double unitY_;
-    double slantX_;  // what a twelfth of height adds to x
+    double slantX_;       // what a twelfth of height adds to x
+    double reach_ = 0.0;  // no point lies further from the origin; infinite, or no number, rather
+    // Products, because the same ones come back for each point; they are added in the order in
+    // which they always were, and the result is the same to the last bit.
+    std::array<PointD, kGlyphRight + 1> across_;           // by x, without slant
+    std::array<PointD, kGlyphTop - kGlyphBottom + 1> up_;  // by y
 };
 
 // Draws the symbol-mode character about the pen position, which stays. The character's code is not

@@ -57,6 +57,15 @@ constexpr void ForEachOutline(Visit visit) {
     }
 }
 
+constexpr bool PointsStayInBound() {
+    bool stay = true;
+    ForEachOutline([&stay](int code) {
+        stay = stay && EncodedSize(OutlineOf(code)) <= 2 * kMostGlyphPoints + 2;
+    });
+    return stay;
+}
+static_assert(PointsStayInBound());
+
 constexpr std::size_t TotalSize() {
     std::size_t size = 0;
     ForEachOutline([&size](int code) { size += EncodedSize(OutlineOf(code)); });

@@ -6,12 +6,20 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 
 namespace qm {
 
 inline constexpr int kFirstGlyphCode = 32;
 inline constexpr int kGlyphCount = 224;
+// The grid: x from 0 to kGlyphRight, y from the lowest descender to the highest accent, within
+// which lines of text stay apart.
+inline constexpr int kGlyphRight = 12;
+inline constexpr int kGlyphBottom = -4;
+inline constexpr int kGlyphTop = 16;
+// No glyph has more points.
+inline constexpr std::size_t kMostGlyphPoints = 64;
 // The character sets in which some codes hold other letters; the numbers are those of SD and AD.
 inline constexpr int kCharSetNorwegian = 36;
 inline constexpr int kCharSetGerman = 39;
@@ -44,18 +52,28 @@ class GlyphCursor {
   public:
     // `glyph` must be a glyph of StrokeFont, or nullptr, which has no strokes.
     explicit GlyphCursor(const unsigned char* glyph)
-        : next_(glyph == nullptr ? nullptr : glyph + 1) {}
+        : next_(glyph == nullptr ? &kNoStrokes : glyph + 1) {}
 
     // Returns the next stroke, or nothing at the end of the glyph and after it.
     std::optional<GlyphStroke> Next() {
-        if (next_ == nullptr || *next_ == 0) return std::nullopt;
+        if (AtEnd()) return std::nullopt;
+        return Take();
+    }
+
+    bool AtEnd() const { return *next_ == 0; }
+    // The next stroke draws.
+    bool Draws() const { return *next_ >= 128; }
+    // The same as Next, not at the end.
+    GlyphStroke Take() {
         const int first = next_[0];
         const int second = next_[1];
         next_ += 2;
-        return GlyphStroke{(first & 0x7F) - 62, second < 128 ? second : second - 256, first >= 128};
+        return GlyphStroke{(first & 0x7F) - 62, (second ^ 0x80) - 0x80, first >= 128};
     }
 
   private:
+    static constexpr unsigned char kNoStrokes = 0;
+
     const unsigned char* next_;
 };
 

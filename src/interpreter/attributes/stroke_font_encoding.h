@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "interpreter/attributes/stroke_font.h"
+
 namespace qm {
 
 // The text of one character: a base and, for accented letters, a mark raised by `raise` twelfths.
@@ -21,9 +23,6 @@ struct Outline {
 
 // Drawing ignores the byte before the pairs; every glyph carries the same one.
 inline constexpr unsigned char kGlyphLead = 8;
-// The lowest descender and the highest accent; lines of text stay apart within these.
-inline constexpr int kGlyphBottom = -4;
-inline constexpr int kGlyphTop = 16;
 
 // Returns the number of points in an outline's text: each has one comma.
 constexpr std::size_t CountPoints(std::string_view text) {
@@ -79,7 +78,8 @@ constexpr unsigned char* EncodeStrokes(std::string_view text, int raise, unsigne
         const int x = reader.Coordinate();
         if (!reader.Accept(',')) throw "a point is x,y";
         const int y = reader.Coordinate() + raise;
-        if (x < 0 || x > 12 || y < kGlyphBottom || y > kGlyphTop) throw "a point off the grid";
+        if (x < 0 || x > kGlyphRight || y < kGlyphBottom || y > kGlyphTop)
+            throw "a point off the grid";
         *out++ = static_cast<unsigned char>((x + 62) | (down ? 0x80 : 0));
         *out++ = static_cast<unsigned char>(y);
         down = true;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "tests/interpreter/ops_table.h"
 #include "tests/interpreter/plot_reader.h"
@@ -204,6 +205,37 @@ TEST(Labels, VectorsOfEveryPath) {
         EXPECT_DOUBLE_EQ(AdvanceVector(label).y, row.advance.y);
         EXPECT_DOUBLE_EQ(LineFeedVector(label).x, row.lineFeed.x);
         EXPECT_DOUBLE_EQ(LineFeedVector(label).y, row.lineFeed.y);
+    }
+}
+
+// Truncation would show it if the last bit were another than that of these sums in this order.
+TEST(Labels, GlyphPointsAreExactToTheLastBit) {
+    std::uint32_t random = 1;
+    const auto next = [&random](double range) {
+        random = random * 1664525U + 1013904223U;
+        return (random / 4294967296.0 - 0.5) * range;
+    };
+    for (int i = 0; i < 3000; ++i) {
+        LabelState label;
+        label.CharWidth = next(i % 7 == 0 ? 1e10 : 300.0);
+        label.CharHeight = next(300.0);
+        const double angle = i % 3 == 0 ? 0.0 : next(7.0);
+        label.direction = {std::cos(angle), std::sin(angle)};
+        if (i % 5 == 0) label.SlantTangent = next(2.0);
+        const GlyphTransform transform(label);
+        const PointD origin{next(i % 11 == 0 ? 1e10 : 60000.0), next(60000.0)};
+        const PointD d = label.direction;
+        const double unitY = label.CharHeight / 12.0;
+        for (int y = kGlyphBottom; y <= kGlyphTop; ++y) {
+            const int x = (y + 4) % (kGlyphRight + 1);
+            const double localX = x * (label.CharWidth / 12.0) + label.SlantTangent * unitY * y;
+            const double localY = y * unitY;
+            const PointD expected{origin.x + d.x * localX - d.y * localY,
+                                  origin.y + d.y * localX + d.x * localY};
+            ASSERT_TRUE(transform.At(origin, x, y) == expected) << i;
+            const PointI whole{TruncateToInt32(expected.x), TruncateToInt32(expected.y)};
+            ASSERT_TRUE(!transform.IsPlain(origin) || transform.PlainAt(origin, x, y) == whole);
+        }
     }
 }
 
