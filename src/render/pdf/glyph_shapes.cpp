@@ -87,7 +87,9 @@ bool GlyphShapes::Matches(const Shape& shape, Strokes strokes) const {
     return true;
 }
 
-GlyphShapes::Shape* GlyphShapes::FindOrAdd(Strokes strokes) {
+std::uint32_t GlyphShapes::NumberOf(Strokes strokes) {
+    const std::size_t words = WordsOf(strokes);
+    if (words > kMaxPoints || !IsSmall(strokes)) return 0;
     if (slots_.empty()) slots_.resize(kSlots);
     const PointI first = strokes.chains[0].points[0];
     std::uint64_t mixed = 0;
@@ -96,13 +98,14 @@ GlyphShapes::Shape* GlyphShapes::FindOrAdd(Strokes strokes) {
         mixed = Mix(mixed ^ chain.hash, DistanceWord(first, chain.points[0]));
     }
     const auto hash = static_cast<std::uint32_t>(mixed);
-    const std::size_t words = WordsOf(strokes);
     std::size_t slot = hash % kSlots;
     for (; slots_[slot] != 0; slot = (slot + 1) % kSlots) {
-        Shape& shape = shapes_[slots_[slot] - 1];
-        if (shape.hash == hash && shape.count == words && Matches(shape, strokes)) return &shape;
+        const Shape& shape = shapes_[slots_[slot] - 1];
+        if (shape.hash == hash && shape.count == words && Matches(shape, strokes)) {
+            return slots_[slot];
+        }
     }
-    if (shapes_.size() >= kMaxShapes || words_.size() + words > kMaxWords) return nullptr;
+    if (shapes_.size() >= kMaxShapes || words_.size() + words > kMaxWords) return 0;
     Shape shape;
     shape.hash = hash;
     shape.first = static_cast<std::uint32_t>(words_.size());
@@ -114,7 +117,7 @@ GlyphShapes::Shape* GlyphShapes::FindOrAdd(Strokes strokes) {
     }
     shapes_.push_back(shape);
     slots_[slot] = static_cast<std::uint32_t>(shapes_.size());
-    return &shapes_.back();
+    return slots_[slot];
 }
 
 void GlyphShapes::WriteForm(Shape& shape) {
@@ -133,13 +136,12 @@ void GlyphShapes::WriteForm(Shape& shape) {
     shape.form = file_.WriteStream(kFormEntries, content + "S");
 }
 
-GlyphShapes::Form GlyphShapes::Use(Strokes strokes) {
-    if (WordsOf(strokes) > kMaxPoints || !IsSmall(strokes)) return {};
-    Shape* const shape = FindOrAdd(strokes);
-    if (shape == nullptr || (shape->form == 0 && ++shape->uses <= kUsesBeforeForm)) return {};
-    if (shape->form == 0) WriteForm(*shape);
-    const auto number = static_cast<std::uint32_t>(shape - shapes_.data()) + 1;
-    return {shape->form, number, &shape->page};
+GlyphShapes::Form GlyphShapes::Use(std::uint32_t number) {
+    if (number == 0) return {};
+    Shape& shape = shapes_[number - 1];
+    if (shape.form == 0 && ++shape.uses <= kUsesBeforeForm) return {};
+    if (shape.form == 0) WriteForm(shape);
+    return {shape.form, number, &shape.page};
 }
 
 }  // namespace qm::pdf

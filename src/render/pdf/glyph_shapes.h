@@ -36,9 +36,12 @@ class GlyphShapes {
         std::uint32_t* page = nullptr;  // for the caller: the last page that used the form, 0 none
     };
 
-    // The form that draws `strokes` when their first point is moved to the origin, written when a
-    // shape comes often enough. The number of shapes is bounded, so are their points.
-    Form Use(Strokes strokes);
+    // The number of the shape of `strokes`, from 1; 0 when it is too large or there are too many:
+    // the number of shapes is bounded, so are their points.
+    std::uint32_t NumberOf(Strokes strokes);
+    // The form that draws a shape (0: none) when its first point is moved to the origin, written
+    // when the shape comes often enough.
+    Form Use(std::uint32_t shape);
 
     // Letters of more points and chains are not taken.
     static constexpr std::size_t kMaxPoints = 100;
@@ -54,7 +57,6 @@ class GlyphShapes {
     };
 
     bool Matches(const Shape& shape, Strokes strokes) const;
-    Shape* FindOrAdd(Strokes strokes);
     void WriteForm(Shape& shape);
 
     PdfFile& file_;

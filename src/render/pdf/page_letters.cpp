@@ -34,40 +34,40 @@ bool Holds(const BoxI& box, const BoxI& inner) {
 
 }  // namespace
 
-void PagePainter::TakeStrokesOf(const BoxI& box) {
-    strokes_.clear();
-    while (strokes_.size() < held_.size()) {
-        const PointSpan points = held_[held_.size() - 1 - strokes_.size()];
-        if (points.count > kMaxSegments) break;
-        const GlyphShapes::Chain chain = GlyphShapes::ChainOf(points);
-        if (!Holds(box, chain.box)) break;
-        strokes_.push_back(chain);
+std::size_t PagePainter::StrokesOf(const BoxI& box) {
+    std::size_t begin = held_.size();
+    for (; begin > 0; --begin) {
+        Held& held = held_[begin - 1];
+        if (!held.IsLetter()) {
+            if (held.points.count > kMaxSegments) break;
+            held.letter.box = BoxAround(held.points.data, held.points.count);
+        }
+        if (!Holds(box, held.letter.box)) break;
     }
-    std::reverse(strokes_.begin(), strokes_.end());
-    held_.resize(held_.size() - strokes_.size());
+    return begin;
 }
 
-// Strokes that lie above each other belong to one letter: not always so, but what is taken for a
+// Lines that lie above each other belong to one letter: not always so, but what is taken for a
 // letter only decides what is written by reference.
-bool PagePainter::DrawLetters(bool upright) {
-    Stretch letter = StretchOf(strokes_[0].box, upright);
+bool PagePainter::DrawLetters(std::size_t begin, bool upright) {
+    const auto stretchOf = [&](std::size_t i) { return StretchOf(held_[i].letter.box, upright); };
+    Stretch letter;
     Stretch firstLetter;
-    std::size_t begin = 0;
-    for (std::size_t i = 1; i <= strokes_.size(); ++i) {
-        const bool ends = i == strokes_.size();
-        const Stretch next = ends ? Stretch() : StretchOf(strokes_[i].box, upright);
-        if (!ends && letter.Meets(next)) {
+    std::size_t letters = 0;
+    while (begin < held_.size()) {
+        letter = stretchOf(begin);
+        std::size_t end = begin + 1;
+        for (; !held_[begin].IsLetter() && end < held_.size(); ++end) {
+            const Stretch next = stretchOf(end);
+            if (held_[end].IsLetter() || !letter.Meets(next)) break;
             letter.Add(next);
-            continue;
         }
-        if (begin == 0) firstLetter = letter;
-        DrawLetter({&strokes_[begin], i - begin});
-        if (ends) break;
-        begin = i;
-        letter = next;
+        if (letters++ == 0) firstLetter = letter;
+        DrawLetter(begin, end);
+        begin = end;
     }
     EndRow();
-    return begin > 0 && letter.high < firstLetter.low;
+    return letters > 1 && letter.high < firstLetter.low;
 }
 
 void PagePainter::EndRow() {
@@ -75,14 +75,39 @@ void PagePainter::EndRow() {
     rowLength_ = 0;
 }
 
-void PagePainter::DrawLetter(GlyphShapes::Strokes strokes) {
-    const GlyphShapes::Form form = document_.glyphs.Use(strokes);
+// The number of the shape of what is held from `begin` on, one letter.
+std::uint32_t PagePainter::ShapeOf(std::size_t begin, std::size_t end) {
+    chains_.clear();
+    const Held& first = held_[begin];
+    if (!first.IsLetter()) {
+        for (; begin < end; ++begin) {
+            chains_.push_back(GlyphShapes::ChainOf(held_[begin].points));
+        }
+        return document_.glyphs.NumberOf({chains_.data(), chains_.size()});
+    }
+    const LetterRecord& letter = first.letter;
+    if (shapes_.size() <= letter.number) shapes_.resize(letter.number + 1);
+    std::uint32_t& known = shapes_[letter.number];
+    if (known == 0) {
+        const PointI* run = letter.shape.points;
+        for (std::size_t i = 0; i < letter.shape.runs; ++i) {
+            chains_.push_back(GlyphShapes::ChainOf({run, letter.shape.lengths[i]}));
+            run += letter.shape.lengths[i];
+        }
+        known = document_.glyphs.NumberOf({chains_.data(), chains_.size()});
+    }
+    return known;
+}
+
+void PagePainter::DrawLetter(std::size_t begin, std::size_t end) {
+    const GlyphShapes::Form form = document_.glyphs.Use(ShapeOf(begin, end));
     if (form.object == 0) {
         EndRow();
-        for (std::size_t i = 0; i < strokes.count; ++i) StrokePolyline(strokes.chains[i].points);
+        for (std::size_t i = begin; i < end; ++i) Stroke(held_[i]);
         return;
     }
-    const PointI at = strokes.chains[0].points[0];
+    const Held& first = held_[begin];
+    const PointI at = first.IsLetter() ? first.letter.at : first.points[0];
     if (rowLength_ == 0) {
         EndStroke();
         EnterLayer(style_.layer);
@@ -103,19 +128,15 @@ void PagePainter::DrawLetter(GlyphShapes::Strokes strokes) {
 void PagePainter::Text(const DrawingStyle& style, const BoxI& box, std::string_view text) {
     const TextPlace place = PlaceOfText(box, text);
     if (!place.shown) return;
-    TakeStrokesOf(box);
+    const std::size_t begin = StrokesOf(box);
     bool backward = false;
-    if (!strokes_.empty()) {
+    if (begin < held_.size()) {
         // Lines without round ends show dots and corners that forms of others do not have; with
         // exclusive or strokes stay apart.
         const bool byReference = plain_ && blend_ != Blend::kDifference;
-        for (const PointSpan points : held_) StrokePolyline(points);
+        for (std::size_t i = 0; i < (byReference ? begin : held_.size()); ++i) Stroke(held_[i]);
         Checkpoint();
-        if (byReference) {
-            backward = DrawLetters(place.toDrawing.a != 0.0);
-        } else {
-            for (const GlyphShapes::Chain& chain : strokes_) StrokePolyline(chain.points);
-        }
+        if (byReference) backward = DrawLetters(begin, place.toDrawing.a != 0.0);
         held_.clear();
         heldPoints_.clear();
     }

@@ -115,8 +115,13 @@ void PagePainter::StrokeInPieces(PointSpan points) {
     EndStroke();
 }
 
+void PagePainter::Stroke(const Held& held) {
+    if (!held.IsLetter()) return StrokePolyline(held.points);
+    ForEachRun(held.letter, [this](PointSpan run) { StrokePolyline(run); });
+}
+
 void PagePainter::StrokeHeld() {
-    for (const PointSpan points : held_) StrokePolyline(points);
+    for (const Held& held : held_) Stroke(held);
     held_.clear();
     heldPoints_.clear();
 }
@@ -132,8 +137,15 @@ void PagePainter::Lines(const DrawingStyle& style, PointSpan points) {
         StrokeHeld();
     }
     if (points.count > kMaxHeldPoints) return StrokePolyline(points);
-    held_.push_back({heldPoints_.data() + heldPoints_.size(), points.count});
+    held_.push_back({{heldPoints_.data() + heldPoints_.size(), points.count}, {}});
     heldPoints_.insert(heldPoints_.end(), points.begin(), points.end());
+}
+
+bool PagePainter::Letter(const DrawingStyle& style, const LetterRecord& letter) {
+    if (!TakeStrokeStyle(style)) return true;
+    if (held_.size() == kMaxHeld) StrokeHeld();
+    held_.push_back({{}, letter});
+    return true;
 }
 
 void PagePainter::Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) {

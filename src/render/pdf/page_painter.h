@@ -46,6 +46,7 @@ class PagePainter final : public DisplayListVisitor {
                 const PagePlace& place, std::uint32_t number);
 
     void Lines(const DrawingStyle& style, PointSpan points) override;
+    bool Letter(const DrawingStyle& style, const LetterRecord& letter) override;
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override;
     void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
                 bool filled) override;
@@ -90,12 +91,23 @@ class PagePainter final : public DisplayListVisitor {
     // Nothing was drawn where `box` lies, as far as is known without looking closely.
     bool OnBarePaper(const BoxI& box);
 
-    // Moves the strokes of a text, a run of held back lines inside its box, to strokes_.
-    void TakeStrokesOf(const BoxI& box);
-    // Draws strokes_, letters by reference; returns whether they run to the left or downward.
-    bool DrawLetters(bool upright);
-    void DrawLetter(GlyphShapes::Strokes strokes);
-    // Adds the lines held to the path, in order, and holds none.
+    // Lines that are held back, or a letter.
+    struct Held {
+        PointSpan points;  // none of a letter
+        LetterRecord letter;
+
+        bool IsLetter() const { return points.data == nullptr; }
+    };
+
+    // Finds the strokes of a text, the last held back inside its box; returns where they begin.
+    std::size_t StrokesOf(const BoxI& box);
+    // Draws what is held from `begin` on, letters by reference; returns whether they run to the
+    // left or downward.
+    bool DrawLetters(std::size_t begin, bool upright);
+    void DrawLetter(std::size_t begin, std::size_t end);
+    std::uint32_t ShapeOf(std::size_t begin, std::size_t end);
+    void Stroke(const Held& held);
+    // Adds what is held to the path, in order, and holds none.
     void StrokeHeld();
     void EndRow();
 
@@ -122,10 +134,11 @@ class PagePainter final : public DisplayListVisitor {
     DrawingStyle style_;            // of the lines that follow
     Blend blend_ = Blend::kNormal;  // these two: of that style
     bool plain_ = true;             // dots look like any line
-    // Lines that may turn out to be letters, and their points, whose memory does not move.
-    std::vector<PointSpan> held_;
+    // What may turn out to be letters, and the lines' points, whose memory does not move.
+    std::vector<Held> held_;
     std::vector<PointI> heldPoints_;
-    std::vector<GlyphShapes::Chain> strokes_;  // of the text at hand
+    std::vector<GlyphShapes::Chain> chains_;  // of the letter at hand
+    std::vector<std::uint32_t> shapes_;       // by the number of a letter in the list; 0 unknown
     bool pathOpen_ = false;
     bool pathIsDots_ = false;
     // A row of letters by reference.
