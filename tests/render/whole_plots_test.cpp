@@ -94,7 +94,7 @@ TEST_F(WholePlots, AsPng) {
         return text;
     };
     EXPECT_EQ(Sums(dots),
-              "chance 910d15c9\nchance-pictures 55780b8d\nsheet b33906de\nturned 94be8261\n");
+              "chance 6b15e501\nchance-pictures 3f6cab30\nsheet 5edb15c7\nturned ee2a075d\n");
 }
 
 }  // namespace
