@@ -44,7 +44,8 @@ const CompactCase kCompact[] = {
     {"shades and draw modes", "FT10,40;PM0;PD90,0,90,90;PM2;FP;MC1,168;SP2;PD0,0;MC;PD9,9;", ""},
     {"a long line", "PW1;PM0;PE<=\xBF\xBF\xC1\xC1\xC1\xC1;PM2;EP;", ""},
     {"far away", "PW1;PU-2000000000,2000000000;PD2000000000,-2000000000;", ""},
-    {"pages turned, pens anew", "PW1;PD90,0;PG;RO90;SP2;PW0.5;PD80,0;PG;PD9,9;PG;", ""},
+    {"pages turned, pens anew", "PW1;PD90,0;PG;RO90;SP2;PW0.5;PD80,0;PG;PD9,9;PG;",
+     "PC1,0,0,0;PW1.00,1;SP1;PE<=eesee;PG;\nRO90;PC2,255,0,0;PW.50,2;SP2;PE<=seeee;PG;\nPC0,0,0,0;PW0,0;SP0;PE<=_eeNee;PG;\n"},
 };
 // clang-format on
 

@@ -233,8 +233,12 @@ TEST(SvgPage, PicturesAreEmbedded) {
     list.AppendPicture({{0, 0}, {100, 50}}, 0x88, {bitmap.data(), bitmap.size()});
     list.AppendPicture({{0, 0}, {100, 50}}, 0xAA, {bitmap.data(), bitmap.size()});  // the paper
     list.AppendPicture({{0, 0}, {100, 50}}, 0, {bitmap.data(), 30});                // broken
+    list.AppendPicture({{0, 0}, {100, 50}}, 0xEE, {bitmap.data(), bitmap.size()});
+    list.AppendPicture({{0, 0}, {100, 50}}, 0x66, {bitmap.data(), bitmap.size()});
     const std::string svg = Svg(list);
-    EXPECT_EQ(Count(svg, "<image"), 1U);
+    EXPECT_EQ(Count(svg, "<image"), 3U);
+    EXPECT_EQ(Count(svg, "mix-blend-mode:lighten"), 1U);
+    EXPECT_EQ(Count(svg, "mix-blend-mode:difference"), 1U);
     EXPECT_NE(svg.find("<image width=\"100\" height=\"50\" preserveAspectRatio=\"none\" "
                        "transform=\"matrix(1 0 0 -1 0 50)\" style=\"mix-blend-mode:darken\" "
                        "xlink:href=\"data:image/png;base64,iVBORw0KGgo"),
