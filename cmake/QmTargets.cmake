@@ -41,6 +41,9 @@ function(qm_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC qm_flags ${arg_LIBS})
+    if(TARGET qm_headers)
+        target_precompile_headers(${name} REUSE_FROM qm_headers)
+    endif()
 endfunction()
 
 # The program alone.
