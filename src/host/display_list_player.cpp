@@ -175,7 +175,7 @@ void Player::PlayLetter() {
     const LetterRecord letter{
         number, shape, at, {{at.x + box.a.x, at.y + box.a.y}, {at.x + box.b.x, at.y + box.b.y}}};
     if (visitor_.Letter(style_, letter)) return;
-    ForEachRun(letter, [this](PointSpan run) { visitor_.Lines(style_, run); });
+    PlacedLetter(letter).ForEachRun([this](PointSpan run) { visitor_.Lines(style_, run); });
 }
 
 void Player::PlayCircle(bool filled) {

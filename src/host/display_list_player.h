@@ -22,20 +22,30 @@ struct LetterRecord {
     BoxI box;  // around the strokes, where they are
 };
 
-// Calls draw(points) for each run of the letter's strokes.
-template <typename Draw>
-void ForEachRun(const LetterRecord& letter, const Draw& draw) {
-    std::array<PointI, LetterShapes::kMostPoints> points;
-    for (std::size_t i = 0; i < letter.shape.count; ++i) {
-        const PointI from = letter.shape.points[i];
-        points[i] = {letter.at.x + from.x, letter.at.y + from.y};
+// The strokes of a letter where they are.
+class PlacedLetter {
+  public:
+    explicit PlacedLetter(const LetterRecord& letter) : shape_(letter.shape) {
+        for (std::size_t i = 0; i < shape_.count; ++i) {
+            points_[i] = {letter.at.x + shape_.points[i].x, letter.at.y + shape_.points[i].y};
+        }
     }
-    const PointI* run = points.data();
-    for (std::size_t i = 0; i < letter.shape.runs; ++i) {
-        draw(PointSpan{run, letter.shape.lengths[i]});
-        run += letter.shape.lengths[i];
+    // Valid as long as this.
+    Strokes All() const { return {points_.data(), shape_.count, shape_.lengths, shape_.runs}; }
+    // Calls draw(points) for each run.
+    template <typename Draw>
+    void ForEachRun(const Draw& draw) const {
+        const PointI* run = points_.data();
+        for (std::size_t i = 0; i < shape_.runs; ++i) {
+            draw(PointSpan{run, shape_.lengths[i]});
+            run += shape_.lengths[i];
+        }
     }
-}
+
+  private:
+    Strokes shape_;
+    std::array<PointI, LetterShapes::kMostPoints> points_;
+};
 
 // Receives the records of a list. Every method has an empty default, so a visitor overrides what it
 // needs; `style` is what holds at that record. Points and texts are gone after the call; pictures,

@@ -219,15 +219,19 @@ bool ScanWhole(InputReader& input, double& value) {
     return true;
 }
 
-}  // namespace
-
-bool GetRealParam(InputReader& input, double& value) {
-    if (ScanWhole(input, value)) return true;
+// Any number; apart, so that the usual ones need not save registers.
+[[gnu::noinline]] bool ScanAny(InputReader& input, double& value) {
     LookAhead look{input.Cursor(), input.Limit()};
     const Scan scan = ScanReal(look, value);
     if (scan == Scan::kUnsure) return ReadReal(input, value);
     input.Advance(look.p);
     return scan == Scan::kNumber;
+}
+
+}  // namespace
+
+bool GetRealParam(InputReader& input, double& value) {
+    return ScanWhole(input, value) || ScanAny(input, value);
 }
 
 std::uint8_t GetSignedNumber(InputReader& input, std::int32_t& value, bool& hadSign) {

@@ -111,6 +111,11 @@ class Redrawer final : public DisplayListVisitor {
     void Lines(const DrawingStyle& style, PointSpan points) override {
         if (Take(style)) list_.AppendLines(points);
     }
+    bool Letter(const DrawingStyle& style, const LetterRecord& letter) override {
+        BoxI box;
+        if (Take(style)) list_.AppendLetter(PlacedLetter(letter).All(), box);
+        return true;
+    }
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
         if (Take(style)) list_.AppendRectangle(box, filled);
     }

@@ -117,7 +117,7 @@ void PagePainter::StrokeInPieces(PointSpan points) {
 
 void PagePainter::Stroke(const Held& held) {
     if (!held.IsLetter()) return StrokePolyline(held.points);
-    ForEachRun(held.letter, [this](PointSpan run) { StrokePolyline(run); });
+    PlacedLetter(held.letter).ForEachRun([this](PointSpan run) { StrokePolyline(run); });
 }
 
 void PagePainter::StrokeHeld() {
