@@ -227,7 +227,7 @@ TEST(DisplayList, LettersComeBackAsTheirLines) {
         const std::size_t before = letters.UsedBytes();
         BoxI box;
         letters.AppendLetter({points.data(), points.size(), lengths, 3}, box);
-        kept += letters.UsedBytes() - before < 8 ? 1 : 0;
+        kept += letters.UsedBytes() - before < 8 ? 1U : 0U;
         EXPECT_TRUE(box.a == BoxAround(points.data(), points.size()).a);
         EXPECT_TRUE(box.b == BoxAround(points.data(), points.size()).b);
         AppendOneByOne(single, &points[0], 3);

@@ -75,38 +75,34 @@ void PagePainter::EndRow() {
     rowLength_ = 0;
 }
 
-// The number of the shape of what is held from `begin` on, one letter.
-std::uint32_t PagePainter::ShapeOf(std::size_t begin, std::size_t end) {
+std::uint32_t PagePainter::ShapeOfLines(std::size_t begin, std::size_t end) {
     chains_.clear();
-    const Held& first = held_[begin];
-    if (!first.IsLetter()) {
-        for (; begin < end; ++begin) {
-            chains_.push_back(GlyphShapes::ChainOf(held_[begin].points));
-        }
-        return document_.glyphs.NumberOf({chains_.data(), chains_.size()});
-    }
-    const LetterRecord& letter = first.letter;
+    for (; begin < end; ++begin) chains_.push_back(GlyphShapes::ChainOf(held_[begin].points));
+    return document_.glyphs.NumberOf({chains_.data(), chains_.size()});
+}
+
+std::uint32_t PagePainter::ShapeOfLetter(const LetterRecord& letter) {
     if (shapes_.size() <= letter.number) shapes_.resize(letter.number + 1);
-    std::uint32_t& known = shapes_[letter.number];
-    if (known == 0) {
-        const PointI* run = letter.shape.points;
-        for (std::size_t i = 0; i < letter.shape.runs; ++i) {
-            chains_.push_back(GlyphShapes::ChainOf({run, letter.shape.lengths[i]}));
-            run += letter.shape.lengths[i];
-        }
-        known = document_.glyphs.NumberOf({chains_.data(), chains_.size()});
+    std::uint32_t& shape = shapes_[letter.number];
+    if (shape != 0) return shape;
+    chains_.clear();
+    const PointI* run = letter.shape.points;
+    for (std::size_t i = 0; i < letter.shape.runs; ++i) {
+        chains_.push_back(GlyphShapes::ChainOf({run, letter.shape.lengths[i]}));
+        run += letter.shape.lengths[i];
     }
-    return known;
+    return shape = document_.glyphs.NumberOf({chains_.data(), chains_.size()});
 }
 
 void PagePainter::DrawLetter(std::size_t begin, std::size_t end) {
-    const GlyphShapes::Form form = document_.glyphs.Use(ShapeOf(begin, end));
+    const Held& first = held_[begin];
+    const GlyphShapes::Form form = document_.glyphs.Use(
+        first.IsLetter() ? ShapeOfLetter(first.letter) : ShapeOfLines(begin, end));
     if (form.object == 0) {
         EndRow();
         for (std::size_t i = begin; i < end; ++i) Stroke(held_[i]);
         return;
     }
-    const Held& first = held_[begin];
     const PointI at = first.IsLetter() ? first.letter.at : first.points[0];
     if (rowLength_ == 0) {
         EndStroke();

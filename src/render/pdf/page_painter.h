@@ -105,7 +105,8 @@ class PagePainter final : public DisplayListVisitor {
     // left or downward.
     bool DrawLetters(std::size_t begin, bool upright);
     void DrawLetter(std::size_t begin, std::size_t end);
-    std::uint32_t ShapeOf(std::size_t begin, std::size_t end);
+    std::uint32_t ShapeOfLines(std::size_t begin, std::size_t end);
+    std::uint32_t ShapeOfLetter(const LetterRecord& letter);
     void Stroke(const Held& held);
     // Adds what is held to the path, in order, and holds none.
     void StrokeHeld();
