@@ -176,62 +176,35 @@ std::optional<std::int16_t> FindShortParam(InputReader& input) {
 
 namespace {
 
-// Eight equal bytes.
-constexpr std::uint64_t Eight(std::uint8_t byte) { return 0x0101010101010101U * byte; }
-
-// The eight bytes at `p`, the first one lowest; without a loop compilers make one access of it.
-std::uint64_t LoadEight(const std::uint8_t* p) {
-    using Word = std::uint64_t;
-    return Word{p[0]} | Word{p[1]} << 8 | Word{p[2]} << 16 | Word{p[3]} << 24 | Word{p[4]} << 32 |
-           Word{p[5]} << 40 | Word{p[6]} << 48 | Word{p[7]} << 56;
-}
-
-// The number that eight digits make, the first one (0 to 9) in the lowest byte: neighbours are
-// joined to pairs, pairs to fours, and these to the number.
-std::uint32_t JoinEight(std::uint64_t digits) {
-    constexpr std::uint64_t kPairs = 0x000000FF000000FF;
-    digits = digits * 10 + (digits >> 8);
-    const std::uint64_t upper = (digits & kPairs) * (100 + (std::uint64_t{1000000} << 32));
-    const std::uint64_t lower = (digits >> 16 & kPairs) * (1 + (std::uint64_t{10000} << 32));
-    return static_cast<std::uint32_t>((upper + lower) >> 32);
-}
-
-// Most numbers: whole ones of one to seven digits, behind a comma or nothing, that end inside the
-// look-ahead; all digits at once. False: not such a number, and nothing is consumed.
+// Most numbers: whole ones of few digits, behind a comma or nothing, that end inside the
+// look-ahead. False: not such a number, and nothing is consumed.
 bool ScanWhole(InputReader& input, double& value) {
-    constexpr std::ptrdiff_t kMost = 10;  // bytes looked at
+    constexpr std::ptrdiff_t kMost = 12;  // bytes looked at
     const std::uint8_t* p = input.Cursor();
     if (input.Limit() - p <= kMost) return false;
+    const std::uint8_t* const end = p + kMost;
     if (*p == ',') ++p;
     const bool negative = *p == '-';
     if (negative) ++p;
-    const std::uint64_t digits = LoadEight(p) ^ Eight('0');
-    // Bytes above 9 get their top bit, at least the first of them.
-    const std::uint64_t others = ((digits + Eight(0x76)) | digits) & Eight(0x80);
-    if (others == 0 || (others & 0x80) != 0) return false;
-    const auto bits = static_cast<unsigned>(__builtin_ctzll(others)) - 7;  // of the digits
-    p += bits / 8;
+    if (!IsDigit(*p)) return false;
+    std::uint32_t digits = 0;
+    for (; p < end && IsDigit(*p); ++p) digits = digits * 10 + (*p - std::uint32_t{'0'});
     // A line end may have further digits behind it.
-    if (*p == '.' || IsCookedAway(*p)) return false;
+    if (p == end || *p == '.' || IsCookedAway(*p)) return false;
     input.Advance(p);
-    const std::uint32_t number = JoinEight(digits << (64 - bits));
-    value = WithSign(FromDigits(number), negative);
+    value = WithSign(FromDigits(digits), negative);
     return true;
-}
-
-// Any number; apart, so that the usual ones need not save registers.
-[[gnu::noinline]] bool ScanAny(InputReader& input, double& value) {
-    LookAhead look{input.Cursor(), input.Limit()};
-    const Scan scan = ScanReal(look, value);
-    if (scan == Scan::kUnsure) return ReadReal(input, value);
-    input.Advance(look.p);
-    return scan == Scan::kNumber;
 }
 
 }  // namespace
 
 bool GetRealParam(InputReader& input, double& value) {
-    return ScanWhole(input, value) || ScanAny(input, value);
+    if (ScanWhole(input, value)) return true;
+    LookAhead look{input.Cursor(), input.Limit()};
+    const Scan scan = ScanReal(look, value);
+    if (scan == Scan::kUnsure) return ReadReal(input, value);
+    input.Advance(look.p);
+    return scan == Scan::kNumber;
 }
 
 std::uint8_t GetSignedNumber(InputReader& input, std::int32_t& value, bool& hadSign) {
