@@ -15,6 +15,9 @@ constexpr int kLevel = 6;  // of zlib, for small files
 // Of longer rows every seventh byte tells how they are best written.
 constexpr std::size_t kBytesOfSample = 1024;
 constexpr std::size_t kSampledStep = 7;
+std::size_t StepOf(std::size_t rowBytes) { return rowBytes > kBytesOfSample ? kSampledStep : 1; }
+// Compressors copy some 32 KB each time they are called.
+constexpr std::size_t kBytesAtOnce = std::size_t{1} << 16;
 constexpr double kInchesPerMetre = 1.0 / 0.0254;
 
 std::string BigEndian(std::uint32_t value) {
@@ -119,7 +122,7 @@ bool PngRows::Choose(const std::uint8_t* row) {
     std::size_t plain = 0;
     std::size_t differences = 0;
     const auto sizeOf = [](std::uint8_t value) { return std::min<unsigned>(value, 255U - value); };
-    const std::size_t step = rowBytes_ > kBytesOfSample ? kSampledStep : 1;
+    const std::size_t step = StepOf(rowBytes_);
     for (std::size_t i = dotBytes_; i < rowBytes_; i += step) {
         plain += sizeOf(row[i]);
         differences += sizeOf(static_cast<std::uint8_t>(row[i] - row[i - dotBytes_]));
@@ -136,10 +139,27 @@ void PngRows::AdaptToDensity() {
     changes_ = 0;
     if (isDense == isDense_) return;
     isDense_ = isDense;
+    Deflate();
     deflater_->SetDense(isDense, chunks_);
 }
 
 void PngRows::Write(const std::uint8_t* row) {
+    std::uint8_t* const target = filtered_.data() + 1;
+    // Paper is mostly rows like the one before.
+    const bool again = rows_ > 0 && filtered_[0] == 0 && std::memcmp(row, target, rowBytes_) == 0;
+    if (!again) Filter(row);
+    changes_ += changesOfRow_;
+    ready_.append(reinterpret_cast<const char*>(filtered_.data()), filtered_.size());
+    if (ready_.size() >= kBytesAtOnce) Deflate();
+    AdaptToDensity();
+}
+
+void PngRows::Deflate() {
+    deflater_->Write(ready_, chunks_);
+    ready_.clear();
+}
+
+void PngRows::Filter(const std::uint8_t* row) {
     std::uint8_t* const target = filtered_.data() + 1;
     const bool left = Choose(row);
     filtered_[0] = left ? 1 : 0;
@@ -147,16 +167,17 @@ void PngRows::Write(const std::uint8_t* row) {
     for (std::size_t i = dotBytes_; left && i < rowBytes_; ++i) {
         target[i] = static_cast<std::uint8_t>(row[i] - row[i - dotBytes_]);
     }
-    std::size_t changes = 0;
-    for (std::size_t i = dotBytes_; i < rowBytes_; ++i) {
-        changes += row[i] != row[i - dotBytes_] ? 1 : 0;
+    changesOfRow_ = 0;
+    const std::size_t step = StepOf(rowBytes_);
+    for (std::size_t i = dotBytes_; i < rowBytes_; i += step) {
+        changesOfRow_ += row[i] != row[i - dotBytes_] ? step : 0;
     }
-    changes_ += changes;
-    deflater_->Write({reinterpret_cast<const char*>(filtered_.data()), filtered_.size()}, chunks_);
-    AdaptToDensity();
 }
 
-void PngRows::Finish() { deflater_->End(chunks_); }
+void PngRows::Finish() {
+    Deflate();
+    deflater_->End(chunks_);
+}
 
 // Indexed pictures compress best as they are, true colours as differences to the left.
 PngWriter::PngWriter(const PngHeader& header, OutputSink& sink)

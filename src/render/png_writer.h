@@ -64,15 +64,19 @@ class PngRows {
 
     // True for differences to the left.
     bool Choose(const std::uint8_t* row);
+    void Filter(const std::uint8_t* row);
+    void Deflate();
     void AdaptToDensity();
 
     Chunks chunks_;
     PngFilter filter_;
     std::size_t rowBytes_;
-    std::size_t dotBytes_;  // distance of the filter's left neighbour
-    std::vector<std::uint8_t> filtered_;
+    std::size_t dotBytes_;                // distance of the filter's left neighbour
+    std::vector<std::uint8_t> filtered_;  // the row at hand
+    std::string ready_;                   // rows before they are compressed
     std::size_t rows_ = 0;
-    std::size_t changes_ = 0;  // dots unlike their left neighbour in the last rows
+    std::size_t changesOfRow_ = 0;  // bytes unlike their left neighbour
+    std::size_t changes_ = 0;       // of the last rows
     bool isDense_ = false;
     std::unique_ptr<Deflater> deflater_;
 };

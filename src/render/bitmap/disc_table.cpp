@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "common/numbers.h"
 
@@ -28,10 +29,10 @@ std::uint8_t CoverageOfDisc(double radius, double x, double y) {
 }  // namespace
 
 DiscTable::DiscTable(double radius) : reach_(RoundToInt32(std::ceil(radius * kSteps))) {
-    // By distance in places; dots further away than this are not covered.
+    // By distance in places; dots at kFar or further away are not covered.
     constexpr std::size_t kPlaces = kSteps;
     constexpr std::size_t kFar = kPlaces + kPlaces / 2;
-    std::array<std::array<std::uint8_t, kFar>, kFar> quarter{};
+    std::array<std::array<std::uint8_t, kFar + 1>, kFar + 1> quarter{};
     const std::size_t touched = static_cast<std::size_t>(reach_) + kPlaces / 2;
     for (std::size_t y = 0; y < touched; ++y) {
         for (std::size_t x = 0; x <= y; ++x) {
@@ -39,20 +40,46 @@ DiscTable::DiscTable(double radius) : reach_(RoundToInt32(std::ceil(radius * kSt
                                                            static_cast<double>(y) / kSteps);
         }
     }
-    const auto awayOf = [&](std::size_t dot, std::size_t place) {
-        const auto middle = static_cast<std::int32_t>(dot * kPlaces + kPlaces / 2);
-        return static_cast<std::size_t>(
-            std::abs(middle - static_cast<std::int32_t>(place) - reach_));
-    };
-    for (std::size_t place = 0; place < kPlaces * kPlaces; ++place) {
-        Columns& columns = columns_[place / kPlaces][place % kPlaces];
-        for (std::size_t dot = 0; dot < 16; ++dot) {
-            const std::size_t x = awayOf(dot / 4, place % kPlaces);
-            const std::size_t y = awayOf(dot % 4, place / kPlaces);
-            if (x >= kFar || y >= kFar) continue;
-            columns[dot / 4] |= std::uint32_t{quarter[y][x]} << 8 * (dot % 4);
+    std::array<std::array<std::size_t, 4>, kPlaces> away{};  // of the four dots
+    for (std::size_t place = 0; place < kPlaces; ++place) {
+        for (std::size_t dot = 0; dot < 4; ++dot) {
+            const auto middle = static_cast<std::int32_t>(dot * kPlaces + kPlaces / 2 - place);
+            away[place][dot] = std::min(static_cast<std::size_t>(std::abs(middle - reach_)), kFar);
         }
     }
+    for (std::size_t y = 0; y < kPlaces; ++y) {
+        for (std::size_t x = 0; x < kPlaces; ++x) {
+            for (std::size_t column = 0; column < 4; ++column) {
+                const auto& dots = quarter[away[x][column]];
+                const auto at = [&](std::size_t row) { return std::uint32_t{dots[away[y][row]]}; };
+                columns_[y][x][column] = at(0) | at(1) << 8 | at(2) << 16 | at(3) << 24;
+            }
+        }
+    }
+}
+
+namespace {
+
+constexpr std::size_t kTables = 33;  // of radii 1/64 dots apart
+
+template <std::size_t kIndex>
+const DiscTable& Known() {
+    static const DiscTable table(0.5 + kIndex / 64.0);
+    return table;
+}
+template <std::size_t... kIndices>
+const DiscTable& Known(std::size_t index, std::index_sequence<kIndices...>) {
+    using Getter = const DiscTable& (*)();
+    constexpr Getter kGetters[] = {Known<kIndices>...};
+    return kGetters[index]();
+}
+
+}  // namespace
+
+const DiscTable& DiscTable::For(double radius) {
+    constexpr auto kLast = static_cast<std::int32_t>(kTables) - 1;
+    const std::int32_t index = std::clamp(TruncateToInt32((radius - 0.5) * 64.0 + 0.5), 0, kLast);
+    return Known(static_cast<std::size_t>(index), std::make_index_sequence<kTables>());
 }
 
 DiscTable::Disc DiscTable::Around(PointD centre) const {

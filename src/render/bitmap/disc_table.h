@@ -14,6 +14,9 @@ class DiscTable {
   public:
     // Radius in dots, 0.5 to 1.
     explicit DiscTable(double radius);
+    // One of the tables that all share, made when it is asked for first; its radius differs from
+    // `radius` by 1/128 dot at most.
+    static const DiscTable& For(double radius);
 
     // Four dots of each of four columns, a byte each, the uppermost lowest.
     using Columns = std::array<std::uint32_t, 4>;

@@ -18,12 +18,14 @@ namespace qm::bitmap {
 
 namespace {
 
-// Each band reads the list once more, which costs more than dots that come from beyond a core's
-// cache: lines have them fetched in time.
-constexpr std::size_t kPlainBytes = std::size_t{16} << 20;  // all threads together
-constexpr std::size_t kLeastBytes = std::size_t{4} << 20;
+// Each band reads the list once more, which for a long one costs more than dots that come from
+// beyond a core's cache: lines have them fetched in time. So a band takes so many times the list's
+// memory, between these, of which the larger one is that of all threads together.
+constexpr std::size_t kBytesPerByte = 16;
+constexpr std::size_t kLeastBytes = std::size_t{1} << 20;
+constexpr std::size_t kPlainBytes = std::size_t{16} << 20;
 constexpr std::size_t kFewestRows = 64;
-// The bands of a long list may add so much to the memory that it has, all threads together.
+// The bands of a very long list may add so much to the memory that it has, all threads together.
 constexpr std::size_t kPartOfList = 8;
 constexpr std::size_t kMostByList = std::size_t{24} << 20;
 constexpr std::size_t kBytesPerDot = sizeof(BandDot);
@@ -159,9 +161,10 @@ class BandDrawer {
 std::size_t BandBytesFor(const PageSource& page, const PageOptions& options,
                          const PageRaster& raster) {
     const auto threads = static_cast<std::size_t>(std::max(options.threads, 1));
-    const std::size_t byList =
-        std::min(page.drawing->UsedBytes() / kPartOfList / threads, kMostByList);
-    return std::max({kPlainBytes / threads, kLeastBytes, byList,
+    const std::size_t list = page.drawing->UsedBytes();
+    const std::size_t plain = std::min(list * kBytesPerByte, kPlainBytes / threads);
+    const std::size_t byList = std::min(list / kPartOfList / threads, kMostByList);
+    return std::max({kLeastBytes, plain, byList,
                      kBytesPerDot * static_cast<std::size_t>(raster.width) * kFewestRows});
 }
 

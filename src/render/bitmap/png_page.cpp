@@ -3,6 +3,7 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <new>
 
@@ -152,23 +153,39 @@ void PngPage::Rewrite(Format format) {
     const std::unique_ptr<Kept> kept = std::move(kept_);
     format_ = format;
     StartRows();
+    // What becomes of the samples, and of all those that a byte holds.
+    std::array<std::uint32_t, 256> colourOf{};
+    std::array<std::array<std::uint8_t, 8>, 256> samplesOf{};
+    const std::size_t perByte = 8 / bits;
+    std::array<std::uint8_t, 256> sampleOf{};
+    for (std::size_t number = 0; number < colours_.Colours().size(); ++number) {
+        const std::uint32_t colour = colours_.Colours()[number];
+        const std::size_t value = before == Format::kGrey ? colour & 0xFF : number;
+        // The colour that did not fit is among them.
+        if (value >> bits != 0 || (before == Format::kGrey && !IsGreyDot(colour))) continue;
+        colourOf[value] = colour;
+        const std::size_t shade = format == Format::kGrey ? colour & 0xFF : number;
+        sampleOf[value] = static_cast<std::uint8_t>(format == Format::kColours ? value : shade);
+    }
+    for (std::size_t byte = 0; byte < samplesOf.size(); ++byte) {
+        for (std::size_t i = 0; i < perByte; ++i) {
+            const std::size_t value =
+                byte >> (8 - bits - i * bits) & ((std::size_t{1} << bits) - 1);
+            samplesOf[byte][i] = sampleOf[value];
+        }
+    }
     RowReader reader(kept->pieces, rowBytes);
-    std::vector<std::uint8_t> numbers(numbers_.size());
+    std::vector<std::uint8_t> last;
+    std::vector<std::uint8_t> numbers(rowBytes * perByte);
     std::vector<BandDot> dots(format == Format::kColours ? numbers.size() : 0);
     for (std::int32_t y = 0; y < rowCount_; ++y) {
         const std::uint8_t* const row = reader.Next();
-        for (std::size_t x = 0; x < numbers.size(); ++x) {
-            const std::size_t at = x * bits;
-            const auto shift = static_cast<unsigned>(8 - bits - at % 8);
-            const unsigned value = (row[at / 8] >> shift) & ((1U << bits) - 1);
-            const auto grey = static_cast<std::uint32_t>(value * 0x010101);
-            const std::uint32_t colour = before == Format::kGrey ? grey : colours_.Colours()[value];
-            if (format == Format::kColours) {
-                dots[x].colour = colour;
-            } else {
-                numbers[x] = static_cast<std::uint8_t>(
-                    format == Format::kGrey ? colour & 0xFF : colours_.NumberOf(colour));
+        if (last.empty() || !std::equal(last.begin(), last.end(), row)) {
+            last.assign(row, row + rowBytes);
+            for (std::size_t i = 0; i < rowBytes; ++i) {
+                std::copy_n(samplesOf[row[i]].data(), perByte, &numbers[i * perByte]);
             }
+            for (std::size_t x = 0; x < dots.size(); ++x) dots[x].colour = colourOf[numbers[x]];
         }
         if (format == Format::kColours) {
             WriteColours(dots.data());

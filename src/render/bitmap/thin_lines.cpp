@@ -145,11 +145,7 @@ struct ThinLines::Limit {
 void ThinLines::SetHalfWidth(double halfWidth) {
     if (halfWidth == halfWidth_) return;
     halfWidth_ = halfWidth;
-    const auto last = static_cast<std::int32_t>(kept_.size()) - 1;
-    const std::int32_t index = std::clamp(TruncateToInt32((halfWidth - 0.5) * 64.0 + 0.5), 0, last);
-    std::unique_ptr<DiscTable>& kept = kept_[static_cast<std::size_t>(index)];
-    if (!kept) kept = std::make_unique<DiscTable>(0.5 + index / 64.0);
-    discs_ = kept.get();
+    discs_ = &DiscTable::For(halfWidth);
 }
 
 // Row by row: what a short line takes is mostly getting ready for it.

@@ -7,9 +7,7 @@
 // line the dots around it are visited row by row instead, which takes less to get ready for.
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <memory>
 
 #include "common/geometry.h"
 #include "render/bitmap/band.h"
@@ -63,7 +61,6 @@ class ThinLines {
     const StrokeInk& ink_;
     DotBox bounds_;
     double halfWidth_ = 0.0;
-    std::array<std::unique_ptr<DiscTable>, 33> kept_;  // by half width, in 1/64 dots from 0.5
     const DiscTable* discs_ = nullptr;
 };
 
