@@ -30,10 +30,11 @@ class NullSink final : public OutputSink {
 // So many dots an inch that the longer side has a hundred of them.
 double SmallDpi(const PageSource& page) {
     constexpr double kDots = 100.0;
+    constexpr double kLeast = 1e-6;  // coordinates reach as far as their 32 bits
     const Extent extent = Summarise(*page.drawing).extent;
     if (extent.empty) return 10.0;
     const double side = std::max({extent.Width(), extent.Height(), 1.0});
-    return std::clamp(kDots * page.unitsPerInch / side, 0.01, 300.0);
+    return std::clamp(kDots * page.unitsPerInch / side, kLeast, 300.0);
 }
 
 PageOptions SmallPage(const PageSource& page) {

@@ -36,8 +36,8 @@ int SampledCoverage(const std::vector<PointD>& points, double half, int x, int y
     }
     int inside = 0;
     for (int sample = 0; !touched.empty() && sample < kSamples * kSamples; ++sample) {
-        const PointD p{x + (sample % kSamples + 0.5) / kSamples,
-                       y + (sample / kSamples + 0.5) / kSamples};
+        const int row = sample / kSamples;
+        const PointD p{x + (sample % kSamples + 0.5) / kSamples, y + (row + 0.5) / kSamples};
         inside += std::any_of(touched.begin(), touched.end(), [&](std::size_t i) {
             return Distance(p, points[i - 1], points[i]) <= half;
         });
