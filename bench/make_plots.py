@@ -7,10 +7,11 @@ usage: make_plots.py FOLDER MEGABYTES [KIND...]      # all kinds if none is name
   vertices    the same, one vertex a command
   encoded     the same as encoded polylines (PE, 7-bit, relative)
   labels      labels of one to four words in five sizes, a tenth of them turned
+  fine        chains of up to 40 lines of some 0.8 mm, as contours and surveys have them (PU/PD)
   arcs        arcs, circles, wedges, filled polygons, hatched and patterned rectangles
   mono        an A0 sheet, one bit a dot, PackBits rows: a plan with lettering and half tones
   colour      an A0 sheet, 24 bits a dot, plain rows: soft shades with noise
-  mixed       20 pages, each of one of the kinds above in turn
+  mixed       20 pages, each of one of the kinds but fine in turn
 
 Megabytes (10^6 bytes, may be a fraction) count the file's text, for the pictures their dots before compression, which sets the
 resolution. Coordinates lie on an A0 sheet, in plotter units of 1/1016 inch.
@@ -62,6 +63,16 @@ def vectors(numbers):
 def vertices(numbers):
     for pen, points in strokes(numbers):
         yield ("SP%d;" % pen if pen else "") + "PU%d,%d;" % points[0] + "".join(["PD%d,%d;" % p for p in points[1:]]) + "\n"
+
+
+def fine(numbers):
+    below = numbers.below
+    while True:
+        points = [(below(SHEET_X), below(SHEET_Y))]
+        for _ in range(1 + below(40)):
+            x, y = points[-1]
+            points.append((min(max(x + below(60) - 30, 0), SHEET_X), min(max(y + below(60) - 30, 0), SHEET_Y)))
+        yield "PU%d,%d;PD" % points[0] + ",".join(["%d,%d" % p for p in points[1:]]) + ";\n"
 
 
 def encode(value):
@@ -216,8 +227,9 @@ def write_picture(out, kind, megabytes, seed):
 # --- Files ------------------------------------------------------------------------------------------------------
 
 PAGES = 20  # of a mixed plot
-TEXTS = {"vectors": vectors, "vertices": vertices, "encoded": encoded, "labels": labels, "arcs": arcs}
+TEXTS = {"vectors": vectors, "vertices": vertices, "encoded": encoded, "labels": labels, "arcs": arcs, "fine": fine}
 PICTURES = ("mono", "colour")
+MIXED = ("vectors", "vertices", "encoded", "labels", "arcs", *PICTURES)
 KINDS = (*TEXTS, *PICTURES, "mixed")
 
 
@@ -238,7 +250,7 @@ def write_text(out, kind, megabytes, seed):
 def write(out, kind, megabytes, seed):
     if kind == "mixed":
         for page in range(PAGES):
-            write(out, KINDS[page % (len(KINDS) - 1)], megabytes / PAGES, "page %d" % page)
+            write(out, MIXED[page % len(MIXED)], megabytes / PAGES, "page %d" % page)
     elif kind in TEXTS:
         write_text(out, kind, megabytes, seed)
     else:
