@@ -70,6 +70,10 @@ const EncodedRow kEncoded[] = {
      "0D080101000100000000000000000000000100020104"
      "080101000200000000000000000000000200020104 "
      "00020102000100020001 00020100020001000200 80004000"},
+    {"the box of a clip region, and its end",
+     [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendClipRegion({kSquare, 4});
+         list.AppendLine({2, 2}, {3, 3}); list.EndClipRegion(); list.AppendLine({0, 0}, {1, 1}); },
+     "0D090D0A0D 000201140F020502 000201140F020502 "},
     {"a pen that draws nothing",
      [](auto& list) { list.AppendLine({0, 0}, {1, 1}); list.AppendValue(RecordKind::kDrawMode, 11);
          list.AppendLine({5, 5}, {6, 6}); }, "0D000100000000000000000000040000 0002 0002 "},
