@@ -86,9 +86,9 @@ struct ThinLines::Walk {
     }
     void CoverSome(const StrokeInk::Line& ink, BandDot* dot, std::int32_t y,
                    QuadLongs coverages) const;
-    // What the endless line covers of the dots of a quad, `window` being that of the column.
-    QuadFloats Covered(std::int64_t window, int quad) const {
-        const float beyond = static_cast<float>(static_cast<std::uint32_t>(window)) * kFineDot;
+    // What the endless line covers of the dots of a quad in a column where WindowAt is `place`.
+    QuadFloats Covered(std::int64_t place, int quad) const {
+        const float beyond = static_cast<float>(static_cast<std::uint32_t>(place)) * kFineDot;
         const float first = static_cast<float>(4 * quad + 1 - 2 * quads) - beyond;
         const QuadFloats away = Absolute((AllFour(first) + kFirstFour) * across);
         return planes.Inside(halfWidth - away) - planes.Beyond(halfWidth + away);
