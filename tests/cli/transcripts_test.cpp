@@ -240,6 +240,8 @@ const Transcript kTranscripts[] = {
      "file 1 of 1: ...r\303\266\303\237e L.plt [#-------------]   9 %\n  9 %\n"},
 
     // Pages and formats.
+    {"ChainThatFillsItsBuffer", "awk 'BEGIN{printf \"IN;SP1;PU0,0;PD\"; for(i=1;i<65536;i++) printf \"%d,%d,\",i,i%7; print \";PU;\"}' >c; q convert --force c c.plt; grep -o 'P[UD].*' c.plt; wc -l <c.plt",
+     "[0]\nPU0,0PD;PA1,1;\r\nPU;PG;\n65542\n"},
     {"TitleIsTheNameAlone", "mkdir d; cp a.plt d; q convert -q d/a.plt a.html; grep -o '<title>.*</title>' a.html", "[0]\n<title>a.plt</title>\n"},
     {"PagesOfAList", "q convert --page 1,3- pages.plt p.svg; q convert --page 2,2-3 pages.plt q.pdf; ls p*.svg q*; q convert --page 2-3 pages.plt r.plt; q info r.plt | grep -c Page",
      "[0]\n[0]\np-1.svg\np-3.svg\nq.pdf\n[0]\n2\n"},

@@ -118,6 +118,7 @@ class Recording final : public DisplayListVisitor {
     std::vector<std::vector<PointI>> runs;
     std::vector<std::size_t> lengths;  // of what runs of lines were cut into
     std::vector<std::int32_t> pens;
+    std::vector<std::uint32_t> colours;
     std::string texts;
     std::vector<PartCover> covers;
     std::int64_t leaveOutFrom = INT64_MAX;
@@ -126,6 +127,7 @@ class Recording final : public DisplayListVisitor {
     void Add(const DrawingStyle& style, PointSpan points) {
         runs.emplace_back(points.begin(), points.end());
         pens.push_back(style.pen);
+        colours.push_back(style.drawColour);
     }
 };
 
@@ -278,6 +280,7 @@ TEST(DisplayList, PartsCanBeLeftOut) {
     const auto part = [&](std::int32_t pen, std::int32_t at) {
         list.AppendValue(RecordKind::kPen, pen);
         list.AppendValue(RecordKind::kLineWidth, 10 * pen);
+        list.AppendColour(RecordKind::kDrawColour, 0xF0000000U + 0x10203U * unsigned(pen));
         list.AppendLine({at, 0}, {at + 10, 20});
         list.Finish();
     };
@@ -294,6 +297,7 @@ TEST(DisplayList, PartsCanBeLeftOut) {
     near.leaveOutFrom = 1000;
     Play(list, near);
     EXPECT_EQ(near.pens, (std::vector<std::int32_t>{1, 2, 2, 4})) << "definitions are played";
+    EXPECT_EQ(near.colours, (std::vector<std::uint32_t>{0x10203, 0x20406, 0x20406, 0x4080C}));
     ASSERT_EQ(near.covers.size(), 4U);
     EXPECT_EQ(near.covers[0].minX, 100);
     EXPECT_EQ(near.covers[0].maxY, 20);

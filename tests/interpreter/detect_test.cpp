@@ -27,6 +27,7 @@ TEST(Detect, Table) {
         {"pairs with a handler only do not count", "BZBRPPBZBRPP", 0},
         {"pairs without a handler count", "ASCAEWFSGMAS", 1},
         {"five control bytes end it", "\1\2\3\4\5INSPPUPDPAPU", 0},
+        {"... behind letters too", "A\1B\2C\3D\4E\5INSPPUPDPAPU", 0},
         {"four do not", "\1\2\3\4INSPPUPDPAPU", 1},
         {"tabs are control bytes", "\t\t\t\t\tINSPPUPDPAPU", 0},
         {"vertical tabs are not", "\v\v\v\v\vINSPPUPDPAPU", 1},

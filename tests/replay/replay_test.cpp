@@ -12,6 +12,10 @@ TEST(ReplayScript, LinesAndValues) {
     EXPECT_EQ(VectorText("# nothing\n\n\t AppendText\t1 0x2 \"#\\x22\\\\\"# label\r\n"
                          "AppendLine 0 0 1 1#x"),
               expected);
+    EXPECT_EQ(VectorText("DefineFillPattern 1 2 1 000000ff0000FF00\nAppendFillStyle 2 1\n"
+                         "AppendRectangle 0 0 9 9 true")
+                  .substr(0, 11),
+              "RF1,2,1,1,1");
     // A last line without an end, and a sink without one.
     EXPECT_EQ(Exported("object 1203 7\nAppendPen 1").bytes, "BPINSP1;TR0;\r\nLT0;\r\nPU;PG;");
     // Attributes are the structure's while a sink is open; some methods take whatever a host gives.
