@@ -14,7 +14,6 @@
 #include "cli/look_options.h"
 #include "cli/messages.h"
 #include "cli/output_guard.h"
-#include "cli/picture_options.h"
 #include "common/tool_error.h"
 
 namespace qm::cli {

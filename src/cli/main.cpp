@@ -10,7 +10,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/help.h"
-#include "cli/manual_files.h"
+#include "cli/manual.h"
 #include "cli/program.h"
 #include "cli/version.h"
 #include "common/tool_error.h"

@@ -2,7 +2,10 @@
 #include "cli/manual.h"
 
 #include <algorithm>
+#include <filesystem>
 
+#include "cli/completion.h"
+#include "cli/files.h"
 #include "cli/help.h"
 #include "cli/version.h"
 
@@ -67,6 +70,17 @@ std::string Examples(const Command& command) {
     return out;
 }
 
+void WriteText(const std::string& folder, const std::string& name, const std::string& text) {
+    const auto path = std::filesystem::u8path(folder) / name;
+    std::error_code failure;
+    std::filesystem::create_directories(path.parent_path(), failure);
+    if (failure) throw SystemError(path.parent_path().u8string(), "made", failure.value());
+    OutputFile file(path.u8string());
+    file.Write(text);
+    file.Finish();
+    file.Commit();
+}
+
 }  // namespace
 
 std::string ManualOfAll(const std::vector<Command>& commands) {
@@ -109,6 +123,16 @@ std::string ManualOf(const Command& command) {
     if (!command.statuses.empty()) out += ".SH EXIT STATUS\n";
     for (const HelpRow& status : command.statuses) out += Item(Bold(status.name), status.text);
     return out + ".SH SEE ALSO\n.BR qmplot (1)\n";
+}
+
+void WriteManualFiles(const std::vector<Command>& commands, const std::string& folder) {
+    WriteText(folder, "man/man1/qmplot.1", ManualOfAll(commands));
+    for (const Command& command : commands) {
+        WriteText(folder, "man/man1/qmplot-" + command.name + ".1", ManualOf(command));
+    }
+    WriteText(folder, "bash-completion/completions/qmplot", BashCompletion(commands));
+    WriteText(folder, "zsh/site-functions/_qmplot", ZshCompletion(commands));
+    WriteText(folder, "fish/vendor_completions.d/qmplot.fish", FishCompletion(commands));
 }
 
 }  // namespace qm::cli

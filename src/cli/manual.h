@@ -1,4 +1,5 @@
-// The manual pages of qmplot, made from the texts that its help prints. Tests:
+// The manual pages of qmplot, made from the texts that its help prints, and the files in which man
+// and the shells read about it, so that no list of its options is kept by hand. Tests:
 // tests/cli/manual_test.cpp.
 #pragma once
 
@@ -13,5 +14,10 @@ namespace qm::cli {
 std::string ManualOfAll(const std::vector<Command>& commands);
 // qmplot-COMMAND(1). Hidden options are left out, as in help.
 std::string ManualOf(const Command& command);
+
+// Writes man/man1/qmplot.1, man/man1/qmplot-COMMAND.1, bash-completion/completions/qmplot,
+// zsh/site-functions/_qmplot and fish/vendor_completions.d/qmplot.fish below `folder`, which is
+// made. Throws ToolError.
+void WriteManualFiles(const std::vector<Command>& commands, const std::string& folder);
 
 }  // namespace qm::cli

@@ -45,8 +45,8 @@ class Printer final : public Visitor {
     void PolyPolygon(const Style& s, Span<std::int32_t> n, Span<Point> p, bool filled) override {
         Line("rings", s) << Of(n) << Of(p) << Filled(filled);
     }
-    void Text(const Style& s, const Box& b, std::string_view text) override {
-        Line("text", s) << b << ' ' << text;
+    void Text(const Style& s, const Box& b, std::string_view label) override {
+        Line("text", s) << b << ' ' << label;
     }
     void Picture(const Style& s, const Box& b, std::int32_t operation,
                  Span<std::uint8_t> bitmap) override {
