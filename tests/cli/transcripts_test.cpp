@@ -102,7 +102,7 @@ const Transcript kTranscripts[] = {
     {"MemoryIsUp", "(printf 'IN;IN;IN;IN;IN;IN;\\033%%0A\\033*v6W\\000\\003\\010\\010\\010\\010\\033*r9000s9000T\\033*r1A'; "
      "for i in $(seq 8000); do printf '\\033*b9W123456789'; done) >b; q convert -o out --max-memory 64 a.plt b; ls out",
      "qmplot: b: wants more memory than --max-memory allows\nqmplot: 1 converted, 1 failed, 0 skipped\n[2]\na.svg\n"},
-    {"RowOfHalfABillionDots", "printf 'IN;\\033%%1A\\033*r490000000S\\033*r1A\\033*b1W\\377\\033*rC' >w; q convert -q --force --max-memory 200 w w.svg", "[0]\n"},
+    {"RowOfHalfABillionDots", "printf 'IN;\\033%%1A\\033*r490000000S\\033*r1A\\033*b1W\\377\\033*rC' >w; q convert -q --force --max-memory 800 w w.svg", "[0]\n"},
     {"ChildrenKnowOfEachOther", "cp a.plt a.hpgl; cp a.plt b; q convert -o out --timeout 60 a.plt a.hpgl; "
      "q convert -o . --to plt --force-overwrite --timeout 60 a.hpgl a.plt; cmp a.plt b",
      "qmplot: a.hpgl: would be written to out/a.svg, as a.plt; convert one of them to another folder\n"
