@@ -94,7 +94,7 @@ TEST_F(WholePlots, AsPng) {
         return text;
     };
     EXPECT_EQ(Sums(dots),
-              "chance 6b15e501\nchance-pictures 3f6cab30\nsheet 5edb15c7\nturned ee2a075d\n");
+              "chance 55004e88\nchance-pictures bf320afe\nsheet 2ee8c33b\nturned a251dc90\n");
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ namespace {
 // what shows.
 constexpr double kFine = 4294967296.0;
 constexpr float kFineDot = 1.0F / 4294967296.0F;
+constexpr std::uint32_t kFinePlace = (std::uint32_t{1} << 31) / (LineCoverages::kPlaces / 2);
 
 constexpr QuadFloats kFirstFour{0.0F, 1.0F, 2.0F, 3.0F};
 // Lines up to this length, in dots, are drawn row by row.
@@ -146,6 +147,7 @@ void ThinLines::SetHalfWidth(double halfWidth) {
     if (halfWidth == halfWidth_) return;
     halfWidth_ = halfWidth;
     discs_ = &DiscTable::For(halfWidth);
+    coverages_.SetHalfWidth(halfWidth);
 }
 
 // Row by row: what a short line takes is mostly getting ready for it.
@@ -283,19 +285,45 @@ void ThinLines::Walk::CoverSome(const StrokeInk::Line& ink, BandDot* dot, std::i
     }
 }
 
-void ThinLines::AddBody(const Walk& given, std::int32_t from, std::int32_t end) const {
+// `coverages`: of a column's four dots, by its window.
+template <typename Coverages>
+void ThinLines::AddColumns(const Walk& given, std::int32_t from, std::int32_t end,
+                           const Coverages& coverages) const {
     const Walk walk = given;  // nothing written to dots can change it
     const StrokeInk::Line ink = ink_.Current();
     const QuadColour colour = ink.Colour();
     std::int64_t window = walk.WindowAt(from);
     BandDot* column = walk.origin + from * walk.stepX;
     for (std::int32_t x = from; x < end; ++x, window += walk.step, column += walk.stepX) {
-        const auto y = static_cast<std::int32_t>(window >> 32);
-        for (int quad = 0; quad < walk.quads; ++quad) {
-            const QuadLongs coverages = AsLongs(walk.Covered(window, quad) * 255.0F + 0.5F);
-            walk.Cover(ink, colour, column, y + 4 * quad, coverages);
-        }
+        walk.Cover(ink, colour, column, static_cast<std::int32_t>(window >> 32), coverages(window));
     }
+}
+
+void ThinLines::AddBody(const Walk& walk, std::int32_t from, std::int32_t end) {
+    if (from >= end) return;
+    if (walk.quads > 1) {
+        for (int quad = 0; quad < walk.quads; ++quad) {
+            Walk part = walk;
+            part.window += (std::int64_t{4} * quad) << 32;
+            AddColumns(part, from, end, [walk, quad](std::int64_t window) {
+                // Of a window only the place between two dots counts.
+                return AsLongs(walk.Covered(window, quad) * 255.0F + 0.5F);
+            });
+        }
+        return;
+    }
+    const auto placeOf = [](std::int64_t window) {
+        return static_cast<std::size_t>(static_cast<std::uint32_t>(window) / kFinePlace);
+    };
+    const std::size_t slope = LineCoverages::NumberOf(walk.slope);
+    if (const auto* const table = coverages_.TableFor(slope, end - from)) {
+        return AddColumns(walk, from, end, [table, placeOf](std::int64_t window) {
+            return LineCoverages::Unpacked((*table)[placeOf(window)]);
+        });
+    }
+    AddColumns(walk, from, end, [line = coverages_.Of(slope), placeOf](std::int64_t window) {
+        return line.Covered(placeOf(window));
+    });
 }
 
 template <bool kBothEnds>

@@ -2,9 +2,10 @@
 // tests/render/bitmap/stroke_quality_test.cpp.
 //
 // A line is walked along its longer side, four dots across it at a time. What it covers of them
-// follows from their distances from its two sides. Near an end that is reduced to the part of each
-// dot in front of the line's end, and what the round end covers of the rest is added. Of a short
-// line the dots around it are visited row by row instead, which takes less to get ready for.
+// follows from their distances from its two sides, away from its ends by line_coverages.h. Near an
+// end that is reduced to the part of each dot in front of the line's end, and what the round end
+// covers of the rest is added. Of a short line the dots around it are visited row by row instead,
+// which takes less to get ready for.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +13,7 @@
 #include "common/geometry.h"
 #include "render/bitmap/band.h"
 #include "render/bitmap/disc_table.h"
+#include "render/bitmap/line_coverages.h"
 #include "render/bitmap/stroke_ink.h"
 
 namespace qm::bitmap {
@@ -51,7 +53,10 @@ class ThinLines {
     struct Roundness;
 
     void AddShort(const Line& line) const;
-    void AddBody(const Walk& walk, std::int32_t from, std::int32_t end) const;
+    void AddBody(const Walk& walk, std::int32_t from, std::int32_t end);
+    template <typename Coverages>
+    void AddColumns(const Walk& walk, std::int32_t from, std::int32_t end,
+                    const Coverages& coverages) const;
     // Columns that the other end, if given, shortens as well.
     template <bool kBothEnds>
     void AddEnd(const Walk& walk, std::int32_t from, std::int32_t end, const Limit& limit,
@@ -62,6 +67,7 @@ class ThinLines {
     DotBox bounds_;
     double halfWidth_ = 0.0;
     const DiscTable* discs_ = nullptr;
+    LineCoverages coverages_;
 };
 
 }  // namespace qm::bitmap
