@@ -137,10 +137,16 @@ class BitmapWriter {
     }
     void WriteColours(const BandDot* dots, std::int32_t y) {
         std::uint8_t* row = RowAt(y);
-        for (std::int32_t x = 0; x < width_; ++x, row += 3) {
-            row[0] = static_cast<std::uint8_t>(dots[x].colour);
-            row[1] = static_cast<std::uint8_t>(dots[x].colour >> 8);
-            row[2] = static_cast<std::uint8_t>(dots[x].colour >> 16);
+        const BandDot* const last = dots + width_ - 1;
+        // A whole word is stored for each dot, of which the next replaces the last byte.
+        for (; dots != last; ++dots, row += 3) {
+            const std::uint32_t colour = dots->colour;
+            for (unsigned byte = 0; byte < 4; ++byte) {
+                row[byte] = static_cast<std::uint8_t>(colour >> (8 * byte));
+            }
+        }
+        for (unsigned byte = 0; byte < 3; ++byte) {
+            row[byte] = static_cast<std::uint8_t>(last->colour >> (8 * byte));
         }
     }
 
