@@ -31,21 +31,16 @@ ContentStream& ContentStream::Tenths(double number) {
     return *this;
 }
 
-void ContentStream::Letter(std::int64_t x, std::int64_t y, std::uint32_t number) {
+void ContentStream::Letter(std::int64_t x, std::int64_t y, const FormOperators& draw) {
     constexpr std::string_view kTurn = "1 0 0 1 ";
-    constexpr std::string_view kName = "cm/g";
-    constexpr std::string_view kDraw = " Do\n";
-    const auto put = [](char* to, std::string_view text) {
-        std::memcpy(to, text.data(), text.size());
-        return to + text.size();
-    };
-    char* at = put(Room(3 * kNumberBytes + 16), kTurn);
-    at = PutDecimal(at, x);
+    char* at = Room(2 * kNumberBytes + kTurn.size() + sizeof draw.text);
+    std::memcpy(at, kTurn.data(), kTurn.size());
+    at = PutDecimal(at + kTurn.size(), x);
     *at++ = ' ';
     at = PutDecimal(at, y);
     *at++ = ' ';
-    at = PutDecimal(put(at, kName), number);
-    used_ = static_cast<std::size_t>(put(at, kDraw) - buffer_.get());
+    std::memcpy(at, draw.text.data(), sizeof draw.text);
+    used_ = static_cast<std::size_t>(at + draw.size - buffer_.get());
 }
 
 void ContentStream::Flush() {

@@ -3,6 +3,7 @@
 // tests/render/pdf/pdf_writer_test.cpp.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -13,6 +14,13 @@
 #include "render/pdf/pdf_file.h"
 
 namespace qm::pdf {
+
+// "cm/NAME Do\n", which ends a transformation and draws a form; of one size, so that copying it
+// takes no loop.
+struct FormOperators {
+    std::array<char, 15> text{};
+    std::uint8_t size = 0;
+};
 
 class ContentStream {
   public:
@@ -48,7 +56,7 @@ class ContentStream {
         Used(at, '\n');
     }
     // Moves by (x, y) and draws the form of a letter.
-    void Letter(std::int64_t x, std::int64_t y, std::uint32_t number);
+    void Letter(std::int64_t x, std::int64_t y, const FormOperators& draw);
 
     // Writes what is left; the pieces in their order, the page's /Contents.
     const std::vector<ObjectNumber>& Finish();

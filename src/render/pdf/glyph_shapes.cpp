@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "common/numbers.h"
 
@@ -20,6 +21,23 @@ constexpr std::int64_t kReach = 16000;
 // Twice as far, for the pen: a form shows nothing outside its box.
 constexpr const char* kFormEntries =
     "/Type/XObject/Subtype/Form/BBox[-32000 -32000 32000 32000]/Resources<<>>";
+
+constexpr std::string_view kBeforeName = "cm/";
+constexpr std::string_view kBehindName = " Do\n";
+
+// Short names, because most of a page of labels are those of letters: a lower-case letter, then
+// digits and letters. Those of pictures begin with another.
+std::string NameOf(std::uint32_t number) {
+    constexpr std::string_view kSigns =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    constexpr std::uint32_t kFirstSigns = 26;
+    constexpr std::uint32_t kSignCount = kSigns.size();
+    std::string name(1, kSigns[number % kFirstSigns]);
+    for (number /= kFirstSigns; number > 0; number /= kSignCount) {
+        name += kSigns[number % kSignCount];
+    }
+    return name;
+}
 
 std::uint32_t Pack(std::int64_t x, std::int64_t y) {
     return static_cast<std::uint32_t>(static_cast<std::uint16_t>(x)) |
@@ -134,6 +152,9 @@ void GlyphShapes::WriteForm(Shape& shape) {
         at = end;
     }
     shape.form = file_.WriteStream(kFormEntries, content + "S");
+    const std::string draw = std::string(kBeforeName).append(NameOf(forms_++)).append(kBehindName);
+    std::copy(draw.begin(), draw.end(), shape.draw.text.begin());
+    shape.draw.size = static_cast<std::uint8_t>(draw.size());
 }
 
 GlyphShapes::Form GlyphShapes::Use(std::uint32_t number) {
@@ -141,7 +162,12 @@ GlyphShapes::Form GlyphShapes::Use(std::uint32_t number) {
     Shape& shape = shapes_[number - 1];
     if (shape.form == 0 && ++shape.uses <= kUsesBeforeForm) return {};
     if (shape.form == 0) WriteForm(shape);
-    return {shape.form, number, &shape.page};
+    return {shape.form, &shape.draw, &shape.page};
+}
+
+std::string GlyphShapes::Form::Name() const {
+    const std::string text(draw->text.data(), draw->size);
+    return text.substr(kBeforeName.size(), text.size() - kBeforeName.size() - kBehindName.size());
 }
 
 }  // namespace qm::pdf

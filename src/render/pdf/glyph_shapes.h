@@ -7,9 +7,11 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "host/display_list_player.h"
+#include "render/pdf/content_stream.h"
 #include "render/pdf/pdf_file.h"
 
 namespace qm::pdf {
@@ -31,16 +33,18 @@ class GlyphShapes {
         std::size_t count = 0;  // at least one
     };
     struct Form {
-        ObjectNumber object = 0;        // 0: draw the strokes themselves
-        std::uint32_t number = 0;       // of the form's name, from 1
+        ObjectNumber object = 0;  // 0: draw the strokes themselves
+        const FormOperators* draw = nullptr;
         std::uint32_t* page = nullptr;  // for the caller: the last page that used the form, 0 none
+
+        std::string Name() const;
     };
 
     // The number of the shape of `strokes`, from 1; 0 when it is too large or there are too many:
     // the number of shapes is bounded, so are their points.
     std::uint32_t NumberOf(Strokes strokes);
     // The form that draws a shape (0: none) when its first point is moved to the origin, written
-    // when the shape comes often enough.
+    // when the shape comes often enough. Valid until the next NumberOf.
     Form Use(std::uint32_t shape);
 
     // Letters of more points and chains are not taken.
@@ -54,6 +58,7 @@ class GlyphShapes {
         std::uint32_t uses = 0;
         std::uint32_t page = 0;
         ObjectNumber form = 0;
+        FormOperators draw;
     };
 
     bool Matches(const Shape& shape, Strokes strokes) const;
@@ -64,6 +69,7 @@ class GlyphShapes {
     std::vector<std::uint32_t> words_;
     std::vector<Shape> shapes_;
     std::vector<std::uint32_t> slots_;  // shape + 1, by hash; 0 empty
+    std::uint32_t forms_ = 0;           // so far
 };
 
 }  // namespace qm::pdf

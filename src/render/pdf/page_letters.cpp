@@ -112,11 +112,11 @@ void PagePainter::DrawLetter(std::size_t begin, std::size_t end) {
         out_ << "q\n";
         rowAt_ = place_.origin;
     }
-    out_.Letter(std::int64_t{at.x} - rowAt_.x, std::int64_t{at.y} - rowAt_.y, form.number);
+    out_.Letter(std::int64_t{at.x} - rowAt_.x, std::int64_t{at.y} - rowAt_.y, *form.draw);
     rowAt_ = at;
     if (*form.page != number_) {
         *form.page = number_;
-        resources_.Add(PageResources::kXObject, "g" + std::to_string(form.number), form.object);
+        resources_.Add(PageResources::kXObject, form.Name(), form.object);
     }
     if (++rowLength_ == kMaxRow) EndRow();
 }

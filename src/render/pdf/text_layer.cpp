@@ -40,18 +40,19 @@ void TextLayer::Add(const BoxI& box, std::string_view text, bool backward, std::
     for (const PointI corner : {box.a, box.b}) {
         extent.Add(m.a * corner.x + m.c * corner.y + m.e, m.b * corner.x + m.d * corner.y + m.f);
     }
-    items_.push_back({box, std::string(text), layer, backward, static_cast<float>(extent.minX),
-                      static_cast<float>(extent.minY), static_cast<float>(extent.maxY)});
+    const Place place{static_cast<float>(extent.minX), static_cast<float>(extent.minY),
+                      static_cast<float>(extent.maxY), static_cast<std::uint32_t>(items_.size())};
+    items_.push_back({box, std::string(text), layer, backward, place});
 }
 
 // A line of texts: each overlaps the tallest before it by half of the lower of both.
 TextLayer::Order::iterator TextLayer::LineEnd(Order::iterator line, Order::iterator end) {
-    const Item* tallest = *line;
-    return std::find_if(line + 1, end, [&](const Item* item) {
+    Place tallest = *line;
+    return std::find_if(line + 1, end, [&](const Place& place) {
         const float overlap =
-            std::min(item->bottom, tallest->bottom) - std::max(item->top, tallest->top);
-        if (2.0F * overlap < std::min(item->Height(), tallest->Height())) return true;
-        if (item->Height() > tallest->Height()) tallest = item;
+            std::min(place.bottom, tallest.bottom) - std::max(place.top, tallest.top);
+        if (2.0F * overlap < std::min(place.Height(), tallest.Height())) return true;
+        if (place.Height() > tallest.Height()) tallest = place;
         return false;
     });
 }
@@ -59,12 +60,12 @@ TextLayer::Order::iterator TextLayer::LineEnd(Order::iterator line, Order::itera
 TextLayer::Order TextLayer::Sorted() const {
     Order order;
     order.reserve(items_.size());
-    for (const Item& item : items_) order.push_back(&item);
+    for (const Item& item : items_) order.push_back(item.place);
     std::stable_sort(order.begin(), order.end(),
-                     [](const Item* a, const Item* b) { return a->top < b->top; });
+                     [](const Place& a, const Place& b) { return a.top < b.top; });
     for (auto line = order.begin(); line != order.end();) {
         const auto end = LineEnd(line, order.end());
-        std::stable_sort(line, end, [](const Item* a, const Item* b) { return a->left < b->left; });
+        std::stable_sort(line, end, [](const Place& a, const Place& b) { return a.left < b.left; });
         line = end;
     }
     return order;

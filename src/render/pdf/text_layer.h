@@ -64,16 +64,17 @@ class TextLayer {
     void Write(PdfFile& file, ContentStream& out, PageResources& resources,
                const EnterLayer& enterLayer) {
         const Item* last = nullptr;
-        for (const Item* item : Sorted()) {
-            const std::u32string characters = CodePoints(item->text);
+        for (const Place& place : Sorted()) {
+            const Item& item = items_[place.item];
+            const std::u32string characters = CodePoints(item.text);
             if (characters.empty()) continue;
-            if (last == nullptr || item->layer != last->layer) {
+            if (last == nullptr || item.layer != last->layer) {
                 if (last != nullptr) out << "ET\n";
-                enterLayer(item->layer);
+                enterLayer(item.layer);
                 out << "BT\n";
             }
-            last = item;
-            WriteText(*item, characters, file, out, resources);
+            last = &item;
+            WriteText(item, characters, file, out, resources);
         }
         if (last != nullptr) out << "ET\n";
         items_.clear();
@@ -81,20 +82,24 @@ class TextLayer {
     }
 
   private:
+    // On the sheet, y down. Sorted without its text, which is elsewhere in memory.
+    struct Place {
+        float left = 0.0F;
+        float top = 0.0F;
+        float bottom = 0.0F;
+        std::uint32_t item = 0;  // in items_
+
+        float Height() const { return bottom - top; }
+    };
     struct Item {
         BoxI box;
         std::string text;
         std::int32_t layer = 0;
         bool backward = false;
-        // On the sheet, y down.
-        float left = 0.0F;
-        float top = 0.0F;
-        float bottom = 0.0F;
-
-        float Height() const { return bottom - top; }
+        Place place;
     };
 
-    using Order = std::vector<const Item*>;
+    using Order = std::vector<Place>;
 
     Order Sorted() const;
     static Order::iterator LineEnd(Order::iterator line, Order::iterator end);

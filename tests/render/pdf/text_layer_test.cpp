@@ -103,12 +103,12 @@ TEST(GlyphShapes, LettersThatComeBackAreForms) {
     EXPECT_EQ(reader.Find("/Subtype/Form").stream, "0 0 m\n10 -36 l\n20 0 l\nS");
     // Four times as strokes, then a row by reference; on the next page at once.
     EXPECT_NE(reader.Content(0).find("30 136 m\n40 100 l\n50 136 l\nS\n"
-                                     "q\n1 0 0 1 0 236 cm/g1 Do\n1 0 0 1 30 0 cm/g1 Do\nQ\n"),
+                                     "q\n1 0 0 1 0 236 cm/a Do\n1 0 0 1 30 0 cm/a Do\nQ\n"),
               std::string::npos)
         << reader.Content(0);
-    EXPECT_NE(reader.Content(1).find("3 w\n1 J\n1 j\nq\n1 0 0 1 0 36 cm/g1 Do\n"),
+    EXPECT_NE(reader.Content(1).find("3 w\n1 J\n1 j\nq\n1 0 0 1 0 36 cm/a Do\n"),
               std::string::npos);
-    EXPECT_EQ(reader.Count("/XObject<</g1 "), 2);
+    EXPECT_EQ(reader.Count("/XObject<</a "), 2);
 }
 
 TEST(GlyphShapes, StrokesOutsideTheTextStayStrokes) {
