@@ -177,34 +177,47 @@ std::optional<std::int16_t> FindShortParam(InputReader& input) {
 namespace {
 
 // Most numbers: whole ones of few digits, behind a comma or nothing, that end inside the
-// look-ahead. False: not such a number, and nothing is consumed.
-bool ScanWhole(InputReader& input, double& value) {
-    constexpr std::ptrdiff_t kMost = 12;  // bytes looked at
+// look-ahead. Not given: not such a number, and nothing is consumed.
+inline Real ScanWhole(InputReader& input) {
+    constexpr int kMostDigits = 9;
+    constexpr std::ptrdiff_t kMostBytes = kMostDigits + 3;  // comma, sign, what ends it
     const std::uint8_t* p = input.Cursor();
-    if (input.Limit() - p <= kMost) return false;
-    const std::uint8_t* const end = p + kMost;
+    if (input.Limit() - p < kMostBytes) return {};
     if (*p == ',') ++p;
     const bool negative = *p == '-';
     if (negative) ++p;
-    if (!IsDigit(*p)) return false;
-    std::uint32_t digits = 0;
-    for (; p < end && IsDigit(*p); ++p) digits = digits * 10 + (*p - std::uint32_t{'0'});
+    if (!IsDigit(*p)) return {};
+    std::uint32_t digits = *p++ - std::uint32_t{'0'};
+    // Counted, so that the compiler writes the steps out one after the other.
+    for (int i = 1; i < kMostDigits; ++i, ++p) {
+        if (!IsDigit(*p)) break;
+        digits = digits * 10 + (*p - std::uint32_t{'0'});
+    }
     // A line end may have further digits behind it.
-    if (p == end || *p == '.' || IsCookedAway(*p)) return false;
+    if (IsDigit(*p) || *p == '.' || IsCookedAway(*p)) return {};
     input.Advance(p);
-    value = WithSign(FromDigits(digits), negative);
-    return true;
+    return {WithSign(FromDigits(digits), negative), true};
+}
+
+// Any number. Not inlined: what it saves and restores would cost the numbers above as well.
+[[gnu::noinline]] Real ScanAny(InputReader& input) {
+    LookAhead look{input.Cursor(), input.Limit()};
+    Real real;
+    const Scan scan = ScanReal(look, real.value);
+    if (scan == Scan::kUnsure) {
+        real.given = ReadReal(input, real.value);
+    } else {
+        real.given = scan == Scan::kNumber;
+        input.Advance(look.p);
+    }
+    return real;
 }
 
 }  // namespace
 
-bool GetRealParam(InputReader& input, double& value) {
-    if (ScanWhole(input, value)) return true;
-    LookAhead look{input.Cursor(), input.Limit()};
-    const Scan scan = ScanReal(look, value);
-    if (scan == Scan::kUnsure) return ReadReal(input, value);
-    input.Advance(look.p);
-    return scan == Scan::kNumber;
+Real GetReal(InputReader& input) {
+    const Real whole = ScanWhole(input);
+    return whole.given ? whole : ScanAny(input);
 }
 
 std::uint8_t GetSignedNumber(InputReader& input, std::int32_t& value, bool& hadSign) {

@@ -35,10 +35,21 @@ inline std::int16_t GetShortParam(InputReader& input) {
     return FindShortParam(input).value_or(kAbsentShort);
 }
 
+// A number that may be missing. Small enough to come back in registers, which is what makes points
+// fast: a pair just written to memory number by number cannot be read at once.
+struct Real {
+    double value = 0.0;
+    bool given = false;
+};
 // A real: an optional sign, digits (accumulated in 32 unsigned bits, then taken as signed) and an
-// optional fraction. False when none follows; then `value` is untouched and nothing but separators
-// is consumed.
-bool GetRealParam(InputReader& input, double& value);
+// optional fraction. Not given when none follows; then nothing but separators is consumed.
+Real GetReal(InputReader& input);
+// As GetReal; false and `value` untouched when none follows.
+inline bool GetRealParam(InputReader& input, double& value) {
+    const Real real = GetReal(input);
+    if (real.given) value = real.value;
+    return real.given;
+}
 
 // An escape sequence's value: digits and signs up to another byte, which is consumed and returned.
 // `value` is negative when a '-' stood anywhere in it; `hadSign` says whether any sign did.
@@ -59,10 +70,15 @@ struct Parameters {
     }
     // Two neighbouring slots as a point.
     PointD PointAt(std::size_t slot) const { return {slots[slot], slots[slot + 1]}; }
-    // False, and `point` untouched, without two numbers.
+    // False, and `point` untouched, without two numbers. They go into the first slots as well.
     bool GetPoint(PointD& point) {
-        if (GetParams(2) < 2) return false;
-        point = PointAt(0);
+        const Real x = GetReal(input);
+        if (!x.given) return false;
+        slots[0] = x.value;
+        const Real y = GetReal(input);
+        if (!y.given) return false;
+        slots[1] = y.value;
+        point = {x.value, y.value};
         return true;
     }
     std::int32_t GetIntParam() { return qm::GetIntParam(input); }
