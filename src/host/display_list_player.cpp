@@ -171,9 +171,11 @@ void Player::PlayLetter() {
     const std::uint32_t number = reader_.Count();
     const PointI at = reader_.Point();
     const BoxI& box = shapes_.BoxOf(number);
-    const Strokes shape = shapes_.StrokesOf(number);
-    const LetterRecord letter{
-        number, shape, at, {{at.x + box.a.x, at.y + box.a.y}, {at.x + box.b.x, at.y + box.b.y}}};
+    // The strokes are made where they stay: a copy of what was just written field by field waits.
+    const LetterRecord letter{number,
+                              shapes_.StrokesOf(number),
+                              at,
+                              {{at.x + box.a.x, at.y + box.a.y}, {at.x + box.b.x, at.y + box.b.y}}};
     if (visitor_.Letter(style_, letter)) return;
     PlacedLetter(letter).ForEachRun([this](PointSpan run) { visitor_.Lines(style_, run); });
 }

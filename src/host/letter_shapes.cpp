@@ -121,11 +121,6 @@ void LetterShapes::GrowSlots() {
     slots_.swap(larger);
 }
 
-Strokes LetterShapes::StrokesOf(std::uint32_t number) const {
-    const Shape& shape = shapes_[number];
-    return {&points_[shape.firstPoint], shape.points, &lengths_[shape.firstRun], shape.runs};
-}
-
 std::size_t LetterShapes::UsedBytes() const {
     return shapes_.capacity() * sizeof(Shape) + points_.capacity() * sizeof(PointI) +
            lengths_.capacity() + slots_.capacity() * sizeof(Slot) +

@@ -24,7 +24,10 @@ class LetterShapes {
 
     // The strokes of a shape as they lie from the first point, which is 0, 0, and the box around
     // them. Valid until the next NumberOf.
-    Strokes StrokesOf(std::uint32_t number) const;
+    Strokes StrokesOf(std::uint32_t number) const {
+        const Shape& shape = shapes_[number];
+        return {&points_[shape.firstPoint], shape.points, &lengths_[shape.firstRun], shape.runs};
+    }
     const BoxI& BoxOf(std::uint32_t number) const { return shapes_[number].box; }
 
     std::size_t UsedBytes() const;
