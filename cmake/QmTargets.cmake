@@ -7,7 +7,7 @@ add_library(qm_flags INTERFACE)
 target_include_directories(qm_flags INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 # -ffp-contract=off: the native and the Windows build must truncate the same doubles.
 target_compile_options(qm_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
-    -Wshadow -Wold-style-cast
+    $<$<NOT:$<STREQUAL:${QM_UNIFY},ALL>>:-Wshadow> -Wold-style-cast
     $<$<BOOL:${QM_WERROR}>:-Werror> -ffp-contract=off)
 if(WIN32)
     target_compile_definitions(qm_flags INTERFACE UNICODE _UNICODE NOMINMAX __USE_MINGW_ANSI_STDIO=1)
@@ -37,28 +37,32 @@ if(QM_TSAN)
     add_compile_options(-fsanitize=thread)
     add_link_options(-fsanitize=thread)
 endif()
+# Twelve sources at a time: most of the building time of one is what it includes. `kind` is SOURCES or TESTS. That a local name of one
+# source is a name of another is no fault; the native build of .ci/run, whose sources stand alone, finds those that are.
+function(qm_unify name kind)
+    if(QM_UNIFY STREQUAL "ALL" OR QM_UNIFY STREQUAL kind)
+        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
+    endif()
+endfunction()
+
 function(qm_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC qm_flags ${arg_LIBS})
-    if(TARGET qm_headers)
-        target_precompile_headers(${name} REUSE_FROM qm_headers)
-    endif()
+    qm_unify(${name} SOURCES)
 endfunction()
 
 # The program alone.
 function(qm_test_program name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
+    qm_unify(${name} TESTS)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
     # The tests' own arithmetic may wrap where the system's may not.
     target_compile_options(${name} PRIVATE $<$<AND:$<BOOL:${QM_SANITIZE}>,$<CXX_COMPILER_ID:Clang>>:-fno-sanitize=implicit-conversion>)
     # Most of a test's building time is the optimiser's, and for nothing.
     target_compile_options(${name} PRIVATE $<$<CONFIG:Release,RelWithDebInfo>:-O0>)
     target_link_libraries(${name} PRIVATE qm_flags ${arg_LIBS} GTest::gtest_main)
-    if(TARGET qm_test_headers AND NOT name STREQUAL qm_test_headers)
-        target_precompile_headers(${name} REUSE_FROM qm_test_headers)
-    endif()
 endfunction()
 
 function(qm_test name)

@@ -56,7 +56,7 @@ unsigned PointsFlag(std::size_t count) { return count > 0 ? kRecordHasPoints : 0
 
 }  // namespace
 
-void SetAttribute(DrawingStyle& style, RecordKind kind, std::int32_t value) {
+void SetStyleValue(DrawingStyle& style, RecordKind kind, std::int32_t value) {
     switch (kind) {
         case RecordKind::kDrawColour:
             style.drawColour = static_cast<std::uint32_t>(value);
@@ -383,12 +383,12 @@ void DisplayList::AppendColour(RecordKind kind, std::uint32_t colour) {
     std::uint8_t* const at = NewRecord(kind, 0, 1, 3);
     for (unsigned i = 0; i < 3; ++i) at[i] = static_cast<std::uint8_t>(colour >> (8 * i));
     EndRecord(at + 3);
-    SetAttribute(style_, kind, static_cast<std::int32_t>(colour & 0xFFFFFF));
+    SetStyleValue(style_, kind, static_cast<std::int32_t>(colour & 0xFFFFFF));
 }
 
 void DisplayList::AppendValue(RecordKind kind, std::int32_t value) {
     EndRecord(PutNumber(NewRecord(kind, 0, 2, kMaxNumberBytes), value));
-    SetAttribute(style_, kind, value);
+    SetStyleValue(style_, kind, value);
     cover_.widestLine = std::max(cover_.widestLine, style_.lineWidth);
 }
 

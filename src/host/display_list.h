@@ -99,7 +99,7 @@ struct FillPattern {
 };
 
 // Takes over the value of a record from kDrawColour to kDrawMode, dashes excepted.
-void SetAttribute(DrawingStyle& style, RecordKind kind, std::int32_t value);
+void SetStyleValue(DrawingStyle& style, RecordKind kind, std::int32_t value);
 
 // What a part of a list shows at most, so that a reader who does not want it can leave it out.
 // Radii lead beyond 32 bits.

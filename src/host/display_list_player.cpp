@@ -233,9 +233,9 @@ void Player::PlayStyle(RecordKind kind) {
     } else if (kind == RecordKind::kDrawColour || kind == RecordKind::kFillColour) {
         const std::int32_t red = reader_.Byte();
         const std::int32_t green = reader_.Byte();
-        SetAttribute(style_, kind, red | green << 8 | reader_.Byte() << 16);
+        SetStyleValue(style_, kind, red | green << 8 | reader_.Byte() << 16);
     } else {
-        SetAttribute(style_, kind, reader_.Number());
+        SetStyleValue(style_, kind, reader_.Number());
     }
     visitor_.StyleChange(style_, kind);
 }

@@ -210,11 +210,11 @@ class Redrawer final : public DisplayListVisitor {
     }
     void PutColour(RecordKind kind, std::uint32_t colour) {
         list_.AppendColour(kind, colour);
-        SetAttribute(style_, kind, static_cast<std::int32_t>(colour));
+        SetStyleValue(style_, kind, static_cast<std::int32_t>(colour));
     }
     void PutValue(RecordKind kind, std::int32_t value) {
         list_.AppendValue(kind, value);
-        SetAttribute(style_, kind, value);
+        SetStyleValue(style_, kind, value);
     }
 
     const StyleChanger& changer_;

@@ -37,7 +37,7 @@ std::string Repeated(const std::string& text, int count) {
 
 constexpr char kSquare[] = "PM0;PD40000,0,40000,40000,0,40000;PM2;";
 
-struct Row {
+struct LimitRow {
     const char* name;
     std::string plot;
     std::int64_t Counter::*count;
@@ -52,7 +52,7 @@ TEST(Limits, ACommandThatFindsNothingLeftIsLeftOut) {
     const std::string polygon = "PM0;PD" + Repeated("1,2,", 9999) + "0,0;PM2;";
     const std::string comb = "IW0,0,9,9;PM0;PD" + Repeated("0,9,9999,9,", 2500) + "0,0;PM2;";
     using Work = PlotWork;
-    const Row rows[] = {
+    const LimitRow rows[] = {
         {"edges", polygon + Repeated("EP", 3000), &Counter::points, 10002, Work::kVertices,
          Work::kVerticesPerByte, 1, "polygons drawn again"},
         {"fills", polygon + Repeated("FP", 3000), &Counter::points, 10002, Work::kVertices,
@@ -64,7 +64,7 @@ TEST(Limits, ACommandThatFindsNothingLeftIsLeftOut) {
         {"pages", Repeated("CI9;PG;", 1500), &Counter::pages, 1, PageState::kMaxPages, 0, 1,
          "page ends"},
     };
-    for (const Row& row : rows) {
+    for (const LimitRow& row : rows) {
         const std::string plot = row.plot + "CI5;";
         Counter counter(plot);
         counter.Interpret();

@@ -359,11 +359,11 @@ TEST(Reading, ArcsAndCurves) {
 }
 
 // A row of eight dots at 1016 dots an inch.
-std::string Row(const std::string& byte) { return "\033*b1W" + byte; }
+std::string DotRow(const std::string& byte) { return "\033*b1W" + byte; }
 
 TEST(Reading, Pictures) {
     const std::string start = "@PJL ENTER LANGUAGE=HPGL2\n\033%0A\033*t1016R\033*r8S";
-    const std::string rows = Row("\xF0") + Row("\x0F") + Row("\xAA");
+    const std::string rows = DotRow("\xF0") + DotRow("\x0F") + DotRow("\xAA");
     // clang-format off
     ExpectReadings("Raster EndPage", {
         {"ESC*rC ends a picture", start + rows + "\033*rC" + rows,
@@ -408,10 +408,10 @@ TEST(Reading, Pictures) {
         return lines.empty() ? std::string() : lines[0].substr(lines[0].find("colors=") + 7, 20) + lines[0].substr(lines[0].find(" rows="));
     };
     const auto plane = [](const std::string& byte) { return "\033*b1V" + byte; };
-    const std::string light = plane("\xF0") + plane("\x3C") + Row("\x0F");
+    const std::string light = plane("\xF0") + plane("\x3C") + DotRow("\x0F");
     EXPECT_EQ(planes("\033*r3U\033*t1016R\033*r8S\033*r3T" + light + light + light),
               "000000,0000FF,00FF00 rows=0101030306060404,0101030306060404,0101030306060404");
-    const std::string ink = plane("\x0F") + plane("\xF0") + plane("\xC0") + Row("\xAA");
+    const std::string ink = plane("\x0F") + plane("\xF0") + plane("\xC0") + DotRow("\xAA");
     EXPECT_EQ(planes("\033*r-4U\033*t1016R\033*r8S" + ink + ink + ink),
               "FFFFFF,000000,FFFF00 rows=0E060A0209010901,0E060A0209010901,0E060A0209010901");
     const std::string mono = "PC0,0,0,255;PC1,255,0,0;\033*r1U\033*t1016R\033*r8S" + rows;

@@ -12,7 +12,7 @@ namespace qm::bitmap {
 namespace {
 
 // Bounds of what is a place, far outside any page.
-constexpr double kFarthest = 1e6;
+constexpr double kFarAway = 1e6;
 
 // The part of a dot that a disc covers, by the distance of their centres: mean of so many rows.
 std::uint8_t CoverageOfDisc(double radius, double x, double y) {
@@ -84,11 +84,11 @@ const DiscTable& DiscTable::For(double radius) {
 
 DiscTable::Disc DiscTable::Around(PointD centre) const {
     const auto placeOf = [&](double value) {
-        return TruncateToInt32(
-                   (std::clamp(value, -kFarthest, kFarthest) + 2.0 * kFarthest) * kSteps + 0.5) -
+        return TruncateToInt32((std::clamp(value, -kFarAway, kFarAway) + 2.0 * kFarAway) * kSteps +
+                               0.5) -
                reach_;
     };
-    constexpr auto kMoved = static_cast<std::int32_t>(2.0 * kFarthest);
+    constexpr auto kMoved = static_cast<std::int32_t>(2.0 * kFarAway);
     const std::int32_t x = placeOf(centre.x);
     const std::int32_t y = placeOf(centre.y);
     return {&columns_[static_cast<std::size_t>(y % kSteps)][static_cast<std::size_t>(x % kSteps)],

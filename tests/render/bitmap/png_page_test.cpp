@@ -15,7 +15,7 @@ using namespace qm;
 using namespace qm::bitmap;
 
 TEST(PngPage, TakesTheSmallestFormatThatHoldsTheColours) {
-    struct Row {
+    struct Page {
         const char* name;
         unsigned colours;
         bool grey;
@@ -23,7 +23,7 @@ TEST(PngPage, TakesTheSmallestFormatThatHoldsTheColours) {
         int bits;
         int type;
     };
-    const Row rows[] = {
+    const Page rows[] = {
         {"one colour", 1, false, false, 1, 3},
         {"two", 2, false, false, 1, 3},
         {"three", 3, false, false, 2, 3},
@@ -36,7 +36,7 @@ TEST(PngPage, TakesTheSmallestFormatThatHoldsTheColours) {
         {"few shades", 16, true, false, 4, 3},
         {"many shades", 256, true, true, 8, 0},
     };
-    for (const Row& row : rows) {
+    for (const Page& row : rows) {
         PngHeader header;
         header.width = 100;
         header.height = 80;
