@@ -31,12 +31,11 @@ void SwapPixels(const Byte* from, Byte* to, std::size_t pixels) {
     }
 }
 
-Byte ReverseBits(Byte value) {
-    unsigned v = value;
-    v = ((v & 0x0FU) << 4) | (v >> 4);
-    v = ((v & 0x33U) << 2) | ((v >> 2) & 0x33U);
-    v = ((v & 0x55U) << 1) | ((v >> 1) & 0x55U);
-    return static_cast<Byte>(v);
+// The bits of each byte reversed.
+constexpr std::uint64_t ReverseBits(std::uint64_t v) {
+    v = ((v & 0x0F0F0F0F0F0F0F0FU) << 4) | ((v >> 4) & 0x0F0F0F0F0F0F0F0FU);
+    v = ((v & 0x3333333333333333U) << 2) | ((v >> 2) & 0x3333333333333333U);
+    return ((v & 0x5555555555555555U) << 1) | ((v >> 1) & 0x5555555555555555U);
 }
 
 Byte SwapNibbles(Byte value) { return static_cast<Byte>((value << 4) | (value >> 4)); }
@@ -144,27 +143,44 @@ void QuarterPixels(const BitmapTarget& target, const RowBand& band, std::int64_t
     }
 }
 
+// Copies bytes in reversed order, eight at a time, each of them as change(them) makes it.
+template <class Change>
+void ReverseBytes(const Byte* from, Byte* to, std::size_t count, Change change) {
+    const Byte* end = from + count;
+    for (; count >= 8; count -= 8, to += 8) {
+        end -= 8;
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, end, 8);
+        eight = change(__builtin_bswap64(eight));
+        std::memcpy(to, &eight, 8);
+    }
+    for (; count > 0; --count) *to++ = static_cast<Byte>(change(*--end));
+}
+
+// A row of bits reversed; the unused ones behind the last pixel, which come first then, are shifted
+// out.
+void ReverseBitRow(const Byte* from, Byte* to, std::size_t bytes, unsigned unused) {
+    ReverseBytes(from, to, bytes, ReverseBits);
+    if (unused == 0) return;
+    for (std::size_t k = 0; k + 1 < bytes; ++k) {
+        to[k] = static_cast<Byte>(to[k] << unused | to[k + 1] >> (8 - unused));
+    }
+    to[bytes - 1] = static_cast<Byte>(to[bytes - 1] << unused);
+}
+
 // One row reversed; `width` pixels.
 void ReverseRow(const Byte* from, Byte* to, std::int64_t width, int bits) {
     const auto pixels = static_cast<std::size_t>(width);
     if (bits == 1) {
-        // The unused bits behind the last pixel come first after reversing: they are shifted out.
         const std::size_t bytes = (pixels + 7) / 8;
-        const unsigned unused = static_cast<unsigned>(bytes * 8 - pixels);
-        unsigned current = ReverseBits(from[bytes - 1]);
-        for (std::size_t k = 0; k < bytes; ++k) {
-            const unsigned next = k + 1 < bytes ? ReverseBits(from[bytes - 2 - k]) : 0U;
-            to[k] = static_cast<Byte>((current << unused) | (next >> (8 - unused)));
-            current = next;
-        }
+        ReverseBitRow(from, to, bytes, static_cast<unsigned>(bytes * 8 - pixels));
     } else if (bits == 4) {
         // Quirk: whole bytes only, so the last pixel of an odd width is dropped.
         for (std::size_t k = 0; k < pixels / 2; ++k) to[k] = SwapNibbles(from[pixels / 2 - 1 - k]);
-    } else if (bits == 8) {
-        std::reverse_copy(from, from + pixels, to);
-    } else if (bits == 24) {
+    } else if (bits == 8 || bits == 24) {
         // A reversed run of bytes is the pixels in reversed order, each with its bytes exchanged.
-        std::reverse_copy(from, from + pixels * 3, to);
+        ReverseBytes(from, to, pixels * static_cast<std::size_t>(bits / 8),
+                     [](std::uint64_t eight) { return eight; });
     }
 }
 
