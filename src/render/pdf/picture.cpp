@@ -128,10 +128,10 @@ PictureObject WriteColours(const PackedBitmapView& picture, bool whiteIsClear,
     std::string filtered(bytes + 1, static_cast<char>(kSubFilter));
     const ObjectNumber object = WriteRows(picture, entries, checkpoint, file, [&](std::int32_t y) {
         picture.RowToRgb(y, row.data());
-        for (std::size_t i = 0; i < 3; ++i) filtered[i + 1] = static_cast<char>(row[i]);
-        for (std::size_t i = 3; i < bytes; ++i) {
-            filtered[i + 1] = static_cast<char>(row[i] - row[i - 3]);
-        }
+        const std::uint8_t* const from = row.data();  // which no character written can change
+        char* const to = filtered.data() + 1;
+        for (std::size_t i = 0; i < 3; ++i) to[i] = static_cast<char>(from[i]);
+        for (std::size_t i = 3; i < bytes; ++i) to[i] = static_cast<char>(from[i] - from[i - 3]);
         file.Append(filtered);
     });
     return {object, std::nullopt};
