@@ -163,9 +163,12 @@ void PngRows::Filter(const std::uint8_t* row) {
     std::uint8_t* const target = filtered_.data() + 1;
     const bool left = Choose(row);
     filtered_[0] = left ? 1 : 0;
-    std::copy(row, row + rowBytes_, target);
-    for (std::size_t i = dotBytes_; left && i < rowBytes_; ++i) {
-        target[i] = static_cast<std::uint8_t>(row[i] - row[i - dotBytes_]);
+    // Members might change with each byte that is written, as far as a compiler knows.
+    const std::size_t bytes = rowBytes_;
+    const std::size_t dotBytes = dotBytes_;
+    std::copy(row, row + (left ? dotBytes : bytes), target);
+    for (std::size_t i = dotBytes; left && i < bytes; ++i) {
+        target[i] = static_cast<std::uint8_t>(row[i] - row[i - dotBytes]);
     }
     changesOfRow_ = 0;
     const std::size_t step = StepOf(rowBytes_);
