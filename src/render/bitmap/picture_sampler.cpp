@@ -75,10 +75,6 @@ class Sampler {
     std::uint32_t DotAt(PointD place) const {
         return dots_.At(TruncateToInt32(place.x), TruncateToInt32(place.y));
     }
-    bool IsClear(std::uint32_t dot) const { return look_.whiteIsClear && IsWhite(dot); }
-    void Put(std::uint32_t& colour, std::uint32_t dot) const {
-        if (!IsClear(dot)) colour = Combine(look_.operation, dot, colour);
-    }
     PictureInk InkOn(std::uint32_t paper) const {
         return {look_.operation, look_.whiteIsClear, paper};
     }
@@ -97,7 +93,7 @@ void Sampler::DrawNearest() {
         BandDot* const row = band_.Row(y);
         for (std::int32_t x = bounds_.left; x < bounds_.right; ++x) {
             const PointD place = At(x + 0.5, y + 0.5);
-            if (Holds(place)) Put(row[x].colour, DotAt(place));
+            if (Holds(place)) row[x].colour = InkOn(row[x].colour).Of(DotAt(place));
         }
     }
 }
@@ -114,6 +110,8 @@ void Sampler::DrawEnlarged() {
     }
     std::vector<std::uint32_t> seen(columns.size());
     const std::size_t step = Step();
+    const PictureLook look = look_;
+    const bool copies = look.operation == kCopyPen;
     std::int32_t last = -1;
     for (std::int32_t i = FirstLine(); i < EndLine(); ++i) {
         const std::int32_t row = nearest(i, PerLine(), m_.f, dots_.Height());
@@ -128,7 +126,10 @@ void Sampler::DrawEnlarged() {
         }
         last = row;
         for (std::size_t k = 0; k < columns.size(); ++k) {
-            if (columns[k] >= 0) Put(line[k * step].colour, seen[k]);
+            const std::uint32_t dot = seen[k];
+            if (columns[k] < 0 || (look.whiteIsClear && IsWhite(dot))) continue;
+            std::uint32_t& colour = line[k * step].colour;
+            colour = copies ? dot : Combine(look.operation, dot, colour);
         }
     }
 }

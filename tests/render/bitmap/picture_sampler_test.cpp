@@ -91,7 +91,7 @@ TEST(PictureSampler, DepthsLookAlike) {
                 const std::vector<std::uint32_t> expected = as(24);
                 EXPECT_NE(expected, std::vector<std::uint32_t>(1200, 0xE0FFC0)) << place.name;
                 for (const int bits : {1, 2, 4, 8, 32}) {
-                    if (1U << bits < colours) continue;
+                    if (bits == 1 && colours > 2) continue;
                     EXPECT_EQ(as(bits), expected) << place.name << " " << bits << look.operation;
                 }
             }
