@@ -257,9 +257,9 @@ void Save(std::string_view plot) {
     const OpenedPlot opened = Session::Open(plot);
     SaveTo<CQmFilterSaveHPGL>(opened, {});
     for (const int bits : {1, 8, 24}) {
-        SaveTo<CQmFilterSaveHPRTL>(opened, [bits](const PlotPage& page) {
+        SaveTo<CQmFilterSaveHPRTL>(opened, [bits](const PlotPage& page, PictureSink& sink) {
             const PageSource source = SourceOf(page);
-            return PageBitmap{DrawBitmap(source, SmallPage(source), bits), 10};
+            DrawBitmap(source, SmallPage(source), bits, sink);
         });
     }
 }

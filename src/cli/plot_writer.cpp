@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <new>
 #include <string>
-#include <utility>
 
 #include "cli/sink_stream.h"
 #include "common/numbers.h"
@@ -41,13 +40,13 @@ PageDrawer DrawerOf(PageOptions page, const PlotOptions& options) {
     page.dpi = dpi;
     page.marginMillimetres = 0.0;
     page.hairlineMillimetres = 0.0;  // the thinnest line of the plotter
-    return [page, dpi, bits = options.bits](const PlotPage& source) {
+    return [page, dpi, bits = options.bits](const PlotPage& source, PictureSink& sink) {
+        SquareWidener widener(sink);
         PageSource drawn = SourceOf(source);
-        if (auto own = OwnPicture(drawn, dpi, bits))
-            return PageBitmap{WidenedSquare(std::move(*own)), dpi};
+        if (DrawOwnPicture(drawn, dpi, bits, widener)) return;
         const PageFrame frame = FrameOf(drawn, GistOf(*drawn.drawing).extent, page);
         if (frame.height >= frame.width) drawn.rotation += kTurnOfHighPages;
-        return PageBitmap{WidenedSquare(DrawBitmap(drawn, page, bits)), dpi};
+        DrawBitmap(drawn, page, bits, widener);
     };
 }
 

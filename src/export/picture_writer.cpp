@@ -5,7 +5,6 @@
 #include <array>
 #include <cstring>
 #include <string_view>
-#include <vector>
 
 #include "common/numbers.h"
 #include "common/units.h"
@@ -39,44 +38,26 @@ const Depth* FindDepth(int bits) {
 
 // Where the pen stands, in plotter units.
 // Quirk: a turned picture starts at the right end of a box one dot wider than it is.
-Int PositionX(const PackedBitmapView& picture, const PicturePlacement& placement) {
+Int PositionX(const PictureHead& picture, const PicturePlacement& placement) {
     if (placement.landscape) return 0;
-    return TruncateToInt32((picture.Width() + 1.0) / placement.dpi * kUnitsPerInch);
+    return TruncateToInt32((picture.width + 1.0) / placement.dpi * kUnitsPerInch);
 }
 
 Int Decipoints(std::int32_t pixels, int dpi) {
     return TruncateToInt32(static_cast<double>(pixels) / dpi * kDecipointsPerInch);
 }
 
-void AddPalette(TextSequence& texts, const PackedBitmapView& picture) {
-    const std::uint32_t count = PackedColourCount(picture.Bits());
-    for (std::uint32_t i = 0; i < count && texts.Going(); ++i) {
-        const PaletteEntry entry = picture.Colour(i);
+void AddPalette(TextSequence& texts, const std::vector<PaletteEntry>& palette) {
+    Int number = 0;
+    for (const PaletteEntry entry : palette) {
+        if (!texts.Going()) return;
         texts.Add(plot_text::kPaletteEntry, Int{entry.red}, Int{entry.green}, Int{entry.blue},
-                  static_cast<Int>(i));
+                  number++);
     }
 }
 
 std::string_view Bytes(const std::vector<std::uint8_t>& buffer, std::size_t size) {
     return {reinterpret_cast<const char*>(buffer.data()), size};
-}
-
-// All rows from the top, or of a turned picture from the bottom, each packed when that is shorter.
-void AddRows(TextSequence& texts, const PackedBitmapView& picture, bool turned) {
-    std::vector<std::uint8_t> row(PictureRowBytes(picture.Width(), picture.Bits()));
-    std::vector<std::uint8_t> packed(PackBitsBound(row.size()));
-    const std::int32_t height = picture.Height();
-    for (std::int32_t y = 0; y < height && texts.Going(); ++y) {
-        MakePictureRow(picture.RowFromTop(turned ? height - 1 - y : y), picture.Width(),
-                       picture.Bits(), turned, row.data());
-        const std::size_t size = PackBits(row.data(), row.size(), packed.data());
-        if (size < row.size()) {
-            texts.Add(plot_text::kPackedRow, static_cast<Int>(size)).Add(Bytes(packed, size));
-        } else {
-            texts.Add(plot_text::kPlainRow, static_cast<Int>(row.size()))
-                .Add(Bytes(row, row.size()));
-        }
-    }
 }
 
 constexpr std::array<std::uint8_t, 256> MirroredBytes() {
@@ -101,27 +82,51 @@ void TurnBits(const std::uint8_t* from, std::size_t bytes, unsigned unused, std:
 
 }  // namespace
 
-HRESULT WritePicture(const PlotOutput& output, const PackedBitmapView& picture,
-                     const PicturePlacement& placement) {
-    TextSequence texts(output);
-    texts.Add(plot_text::kPicturePosition, PositionX(picture, placement), 0)
+PictureWriter::PictureWriter(const PlotOutput& output, const PictureHead& head,
+                             const PicturePlacement& placement)
+    : output_(output),
+      head_(head),
+      placement_(placement),
+      row_(PictureRowBytes(head.width, head.bits)),
+      packed_(PackBitsBound(row_.size())) {}
+
+bool PictureWriter::Takes(int bits) noexcept { return FindDepth(bits) != nullptr; }
+
+HRESULT PictureWriter::Begin() noexcept {
+    texts_.Add(plot_text::kPicturePosition, PositionX(head_, placement_), 0)
         .Add(plot_text::kEnterRasterMode)
         .Add(plot_text::kPushPalette)
-        .Add(plot_text::kSourceSize, picture.Width(), picture.Height())
-        .Add(plot_text::kDestinationSize, Decipoints(picture.Width(), placement.dpi),
-             Decipoints(picture.Height(), placement.dpi));
+        .Add(plot_text::kSourceSize, head_.width, head_.height)
+        .Add(plot_text::kDestinationSize, Decipoints(head_.width, placement_.dpi),
+             Decipoints(head_.height, placement_.dpi));
 
     // Quirk: the plot stays in raster mode behind a picture of another depth.
-    const Depth* depth = FindDepth(picture.Bits());
-    if (depth == nullptr) return texts.Going() ? S_FALSE : texts.Status();
+    const Depth* depth = FindDepth(head_.bits);
+    if (depth == nullptr) return texts_.Going() ? S_FALSE : texts_.Status();
 
-    texts.Add(plot_text::kConfigureImage, static_cast<Int>(depth->description.size()))
+    texts_.Add(plot_text::kConfigureImage, static_cast<Int>(depth->description.size()))
         .Add(depth->description);
-    AddPalette(texts, picture);
-    texts.Add(plot_text::kStartRaster);
+    AddPalette(texts_, head_.palette);
+    return texts_.Add(plot_text::kStartRaster).Status();
+}
+
+// Packed when that is shorter.
+HRESULT PictureWriter::AddRow(const std::uint8_t* row) noexcept {
+    if (!texts_.Going()) return texts_.Status();
     // Quirk: whatever is not wider than high is turned by 180 degrees, squares too.
-    AddRows(texts, picture, !placement.landscape);
-    return texts.Add(plot_text::kPopPalette).Add(plot_text::kEndRaster).Status();
+    MakePictureRow(row, head_.width, head_.bits, !placement_.landscape, row_.data());
+    const std::size_t size = PackBits(row_.data(), row_.size(), packed_.data());
+    if (size < row_.size()) {
+        texts_.Add(plot_text::kPackedRow, static_cast<Int>(size)).Add(Bytes(packed_, size));
+    } else {
+        texts_.Add(plot_text::kPlainRow, static_cast<Int>(row_.size()))
+            .Add(Bytes(row_, row_.size()));
+    }
+    return texts_.Status();
+}
+
+HRESULT PictureWriter::End() noexcept {
+    return texts_.Add(plot_text::kPopPalette).Add(plot_text::kEndRaster).Status();
 }
 
 std::size_t PictureRowBytes(std::int32_t width, int bits) {

@@ -21,6 +21,22 @@ bool IsKnownDepth(LONG bits) noexcept {
 
 using Palette = std::array<PaletteEntry, 256>;
 
+// Writes what the block holds.
+HRESULT WritePicture(const PlotOutput& output, const PackedBitmapView& picture,
+                     const PicturePlacement& placement) {
+    PictureHead head{picture.Width(), picture.Height(), picture.Bits(), placement.dpi, {}};
+    for (std::uint32_t i = 0; i < PackedColourCount(head.bits); ++i) {
+        head.palette.push_back(picture.Colour(i));
+    }
+    PictureWriter writer(output, head, placement);
+    HRESULT status = writer.Begin();
+    if (status != S_OK) return status;
+    for (std::int32_t y = 0; y < head.height && status == S_OK; ++y) {
+        status = writer.AddRow(picture.RowFromTop(placement.landscape ? y : head.height - 1 - y));
+    }
+    return status == S_OK ? writer.End() : status;
+}
+
 // Entries that the host does not give are black, but a one-bit picture without a table is black and
 // white.
 Palette MakePalette(LONG bits, LONG count, const BYTE* table) noexcept {
@@ -42,14 +58,19 @@ double PlotLength(LONG pixels, int dpi) noexcept {
 
 }  // namespace
 
+void CQmSaveRasterData::Describe(LONG width, LONG height, LONG bits, LONG dpi) noexcept {
+    bitmap_ = GlobalBlock();
+    writer_.reset();
+    width_ = width;
+    height_ = height;
+    bitsPerPixel_ = bits;
+    placement_ = {static_cast<int>(dpi), false};
+}
+
 HRESULT CQmSaveRasterData::CreateRasterStorage(LONG width, LONG height, LONG bitsPerPixel, LONG,
                                                LONG dpiX, LONG, LONG colours,
                                                const BYTE* colourTable) noexcept {
-    bitmap_ = GlobalBlock();
-    width_ = width;
-    height_ = height;
-    bitsPerPixel_ = bitsPerPixel;
-    placement_ = {static_cast<int>(dpiX), false};
+    Describe(width, height, bitsPerPixel, dpiX);
     if (!IsKnownDepth(bitsPerPixel)) return E_FAIL;
     if (width < 1 || height < 1) return E_INVALIDARG;
     if (settings_.rasterMode && dpiX <= 0) return E_FAIL;
@@ -107,7 +128,31 @@ HRESULT CQmSaveRasterData::AddScanline1(LONG, LONG startLine, LONG lines, LONG b
     return S_OK;
 }
 
+HRESULT CQmSaveRasterData::BeginPicture(const PictureHead& head) noexcept {
+    const bool inOrder = head.width > head.height && head.height > 0 && head.dpi > 0;
+    if (!settings_.rasterMode || !inOrder || !PictureWriter::Takes(head.bits)) return S_FALSE;
+    Describe(head.width, head.height, head.bits, head.dpi);
+    const HRESULT status = WritePageSetup();
+    if (status != S_OK) return status;
+    return Guarded([&] {
+        writer_.emplace(output_, head, placement_);
+        rowsMissing_ = height_;
+        return writer_->Begin();
+    });
+}
+
+HRESULT CQmSaveRasterData::AddRow(const BYTE* row) noexcept {
+    if (!writer_ || rowsMissing_ == 0) return E_FAIL;
+    --rowsMissing_;
+    return writer_->AddRow(row);
+}
+
 HRESULT CQmSaveRasterData::EndObject() noexcept {
+    if (writer_) {
+        const HRESULT status = rowsMissing_ == 0 ? writer_->End() : E_FAIL;
+        writer_.reset();
+        return status;
+    }
     const GlobalBlock bitmap = std::move(bitmap_);
     if (!bitmap) return E_FAIL;
     // Quirk: the HP-GL/2 export takes pictures and drops them without a word.

@@ -8,21 +8,24 @@
 #include <qmfilter.h>
 
 #include <cstddef>
+#include <optional>
 
 #include "export/export_settings.h"
 #include "export/picture_writer.h"
 #include "export/plot_output.h"
+#include "interfaces/picture_handover.h"
 #include "platform/com_object.h"
 #include "platform/global_block.h"
 
 namespace qm {
 
-class CQmSaveRasterData final : public ComObject<IQmSaveRasterData> {
+class CQmSaveRasterData final : public ComObject<IQmSaveRasterData, PictureHandover> {
   public:
     explicit CQmSaveRasterData(const ExportSettings& settings)
         : settings_(settings), output_(settings.stream) {}
 
-    // Frees the picture in every case. E_FAIL without one; else the status of the writes, S_OK also
+    // Frees the picture in every case. E_FAIL without one, or when rows of one that was begun by
+    // BeginPicture are missing; else the status of the writes, S_OK also
     // for a depth that HP-RTL does not get.
     HRESULT STDMETHODCALLTYPE EndObject() noexcept override;
     // Replaces an earlier picture. E_FAIL: depth or DpiX (DpiY is not used); E_INVALIDARG: a side
@@ -38,6 +41,11 @@ class CQmSaveRasterData final : public ComObject<IQmSaveRasterData> {
                                            LONG bytesPerLine,
                                            const BYTE* scanlines) noexcept override;
 
+    // Only for the HP-RTL export of a picture that is wider than high and of 1, 8 or 24 bits: its
+    // rows are written as they come.
+    HRESULT STDMETHODCALLTYPE BeginPicture(const PictureHead& head) noexcept override;
+    HRESULT STDMETHODCALLTYPE AddRow(const BYTE* row) noexcept override;
+
     HRESULT STDMETHODCALLTYPE SetAttribute(BSTR, VARIANT) noexcept override { return S_OK; }
     HRESULT STDMETHODCALLTYPE AddScanline2(LONG, LONG, LONG, LONG, const BYTE*) noexcept override {
         return S_OK;
@@ -50,6 +58,7 @@ class CQmSaveRasterData final : public ComObject<IQmSaveRasterData> {
     }
 
   private:
+    void Describe(LONG width, LONG height, LONG bits, LONG dpi) noexcept;
     HRESULT WritePageSetup() noexcept;
 
     ExportSettings settings_;
@@ -60,6 +69,8 @@ class CQmSaveRasterData final : public ComObject<IQmSaveRasterData> {
     LONG height_ = 0;
     LONG bitsPerPixel_ = 0;
     PicturePlacement placement_;
+    std::optional<PictureWriter> writer_;  // of a picture that comes through the handover
+    LONG rowsMissing_ = 0;                 // of that one
 };
 
 }  // namespace qm

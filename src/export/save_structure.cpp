@@ -35,7 +35,7 @@ constexpr RealAttribute kRealAttributes[] = {
 
 template <typename Sink>
 HRESULT HandOut(const ExportSettings& settings, IUnknown** object) noexcept {
-    *object = MakeObject<Sink>(settings).Detach();
+    *object = MakeObject<Sink>(settings).template As<IUnknown>().Detach();
     return *object != nullptr ? S_OK : E_OUTOFMEMORY;
 }
 

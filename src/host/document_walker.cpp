@@ -11,6 +11,7 @@
 #include "host/host_object.h"
 #include "host/page_summary.h"
 #include "host/vector_block_pusher.h"
+#include "interfaces/picture_handover.h"
 
 namespace qm {
 
@@ -93,38 +94,61 @@ const RasterDepth* FindDepth(int bits) {
     return nullptr;
 }
 
-HRESULT PushRows(IQmSaveRasterData& sink, const PackedBitmapView& bitmap, LONG type) {
-    const auto rowBytes = static_cast<LONG>(bitmap.RowBytes());
-    for (std::int32_t y = 0; y < bitmap.Height(); ++y) {
-        const HRESULT status = sink.AddScanline1(type, y, 1, rowBytes, bitmap.RowFromTop(y));
-        if (FAILED(status)) return status;
-    }
-    return S_OK;
-}
+// A raster block of the page. The sink is asked for when the picture begins: a page that cannot be
+// drawn has none.
+class RasterBlock {
+  public:
+    RasterBlock(IQmSaveStructure& page, LONG index) : page_(page), index_(index) {}
 
-struct Resolution {
-    LONG x = 0;  // dots per inch
-    LONG y = 0;
+    // `dpiY` beside head.dpi. E_INVALIDARG for a depth that no sink takes.
+    HRESULT Begin(const PictureHead& head, LONG dpiY) {
+        const RasterDepth* const depth = FindDepth(head.bits);
+        if (depth == nullptr) return E_INVALIDARG;
+        type_ = depth->type;
+        rowBytes_ = static_cast<LONG>(PackedRowBytes(head.width, head.bits));
+        height_ = head.height;
+        HRESULT status = MakeSink(page_, QM_RASTER_BLOCK, index_, sink_);
+        if (FAILED(status)) return status;
+        handover_ = sink_.As<PictureHandover>();
+        status = handover_ ? handover_->BeginPicture(head) : S_FALSE;
+        if (status != S_FALSE) return status;
+        handover_.Reset();
+        const auto* const colours =
+            head.palette.empty() ? nullptr : reinterpret_cast<const BYTE*>(head.palette.data());
+        return sink_->CreateRasterStorage(head.width, head.height, head.bits, 0, head.dpi, dpiY,
+                                          static_cast<LONG>(head.palette.size()), colours);
+    }
+    HRESULT Row(const std::uint8_t* row) {
+        const LONG y = rows_++;
+        if (handover_) return handover_->AddRow(row);
+        return sink_->AddScanline1(type_, y, 1, rowBytes_, row);
+    }
+    HRESULT End() { return sink_->EndObject(); }
+    // Whether Row was called for all rows of a picture that was begun.
+    bool IsWhole() const { return sink_ && rows_ == height_; }
+
+  private:
+    IQmSaveStructure& page_;
+    LONG index_;
+    ComPtr<IQmSaveRasterData> sink_;
+    ComPtr<PictureHandover> handover_;  // when the sink takes rows as they come
+    LONG type_ = 0;
+    LONG rowBytes_ = 0;
+    LONG height_ = 0;
+    LONG rows_ = 0;
 };
 
-HRESULT PushRasterBlock(IQmSaveStructure& page, LONG index, const PackedBitmapView& bitmap,
-                        Resolution resolution) {
-    const RasterDepth* const depth = FindDepth(bitmap.Bits());
-    if (depth == nullptr) return E_INVALIDARG;
-    ComPtr<IQmSaveRasterData> sink;
-    HRESULT status = MakeSink(page, QM_RASTER_BLOCK, index, sink);
-    if (FAILED(status)) return status;
-    std::vector<PaletteEntry> palette;
+// Pictures of other depths and broken ones are left out by the caller.
+HRESULT PushRasterBlock(RasterBlock block, const PackedBitmapView& bitmap, LONG dpiX, LONG dpiY) {
+    PictureHead head{bitmap.Width(), bitmap.Height(), bitmap.Bits(), dpiX, {}};
     for (std::uint32_t i = 0; i < PackedColourCount(bitmap.Bits()); ++i) {
-        palette.push_back(bitmap.Colour(i));
+        head.palette.push_back(bitmap.Colour(i));
     }
-    const auto* const colours =
-        palette.empty() ? nullptr : reinterpret_cast<const BYTE*>(palette.data());
-    status =
-        sink->CreateRasterStorage(bitmap.Width(), bitmap.Height(), bitmap.Bits(), 0, resolution.x,
-                                  resolution.y, static_cast<LONG>(palette.size()), colours);
-    if (SUCCEEDED(status)) status = PushRows(*sink, bitmap, depth->type);
-    return SUCCEEDED(status) ? sink->EndObject() : status;
+    HRESULT status = block.Begin(head, dpiY);
+    for (std::int32_t y = 0; y < bitmap.Height() && SUCCEEDED(status); ++y) {
+        status = block.Row(bitmap.RowFromTop(y));
+    }
+    return SUCCEEDED(status) ? block.End() : status;
 }
 
 LONG DotsPerInch(std::int32_t dots, double from, double to, double unitsPerInch) {
@@ -141,9 +165,10 @@ HRESULT PushPictures(IQmSaveStructure& node, const PlotPage& page,
             PackedBitmapView::Parse(picture.packedBitmap.data, picture.packedBitmap.size);
         if (!bitmap || FindDepth(bitmap->Bits()) == nullptr) continue;
         const auto [a, b] = picture.box;
-        const Resolution resolution{DotsPerInch(bitmap->Width(), a.x, b.x, page.UnitsPerInch()),
-                                    DotsPerInch(bitmap->Height(), a.y, b.y, page.UnitsPerInch())};
-        const HRESULT status = PushRasterBlock(node, index++, *bitmap, resolution);
+        const HRESULT status =
+            PushRasterBlock(RasterBlock(node, index++), *bitmap,
+                            DotsPerInch(bitmap->Width(), a.x, b.x, page.UnitsPerInch()),
+                            DotsPerInch(bitmap->Height(), a.y, b.y, page.UnitsPerInch()));
         if (FAILED(status)) return status;
     }
     return S_OK;
@@ -161,10 +186,36 @@ HRESULT PushDrawing(IQmSaveStructure& node, const PlotPage& page, QuarterTurn tu
     return SUCCEEDED(status) ? PushPictures(node, page, pusher.Pictures()) : status;
 }
 
-HRESULT PushBitmap(IQmSaveStructure& node, const PageBitmap& drawn) {
-    const auto bitmap = PackedBitmapView::Parse(drawn.packed.data(), drawn.packed.size());
-    if (!bitmap) return E_INVALIDARG;
-    return PushRasterBlock(node, 0, *bitmap, {drawn.dpi, drawn.dpi});
+// What a drawer draws into. A failure of the component ends the drawing as an exception, which
+// stays in this file.
+class DrawnBlock final : public PictureSink {
+  public:
+    struct Refused {
+        HRESULT status;
+    };
+
+    explicit DrawnBlock(RasterBlock block) : block_(std::move(block)) {}
+
+    void Begin(const PictureHead& head) override { Check(block_.Begin(head, head.dpi)); }
+    void Row(const std::uint8_t* row) override { Check(block_.Row(row)); }
+    HRESULT End() { return block_.IsWhole() ? block_.End() : E_INVALIDARG; }
+
+  private:
+    static void Check(HRESULT status) {
+        if (FAILED(status)) throw Refused{status};
+    }
+
+    RasterBlock block_;
+};
+
+HRESULT PushDrawn(IQmSaveStructure& node, const PlotPage& page, const PageDrawer& drawPage) {
+    DrawnBlock block(RasterBlock(node, 0));
+    try {
+        drawPage(page, block);
+    } catch (const DrawnBlock::Refused& refused) {
+        return refused.status;
+    }
+    return block.End();
 }
 
 HRESULT PushPage(IQmSaveStructure& contents, LONG index, const PlotPage& page,
@@ -175,7 +226,7 @@ HRESULT PushPage(IQmSaveStructure& contents, LONG index, const PlotPage& page,
     const QuarterTurn turn = QuarterTurn::Of(page.Rotation());
     if (SUCCEEDED(status)) status = PushAttributes(*node, page, turn);
     if (SUCCEEDED(status)) {
-        status = drawPage ? PushBitmap(*node, drawPage(page)) : PushDrawing(*node, page, turn);
+        status = drawPage ? PushDrawn(*node, page, drawPage) : PushDrawing(*node, page, turn);
     }
     return SUCCEEDED(status) ? node->EndObject() : status;
 }

@@ -1,4 +1,5 @@
 // The raster sink, byte for byte, and the refusals of its storage.
+#include "export/save_raster_data.h"
 #include "tests/export/exported.h"
 
 namespace qm {
@@ -93,6 +94,30 @@ TEST(RasterSink, VectorExportDropsPictures) {
         "object 1202\nCreateRasterStorage 2 2 8 0 0 0 0\nAddScanline1 5 0 1 2 0102\nend\n");
     EXPECT_EQ(result.bytes, "BPINSP1;TR0;\r\nPU;PG;");
     EXPECT_EQ(result.messages, "");
+}
+
+TEST(RasterSink, RowsOfThePrivateHandoverAreWrittenAsTheyCome) {
+    const auto stream = MakeObject<RecordingStream>();
+    ExportSettings settings;
+    settings.stream = ComPtr<IStream>(stream.Get());
+    settings.rasterMode = true;
+    const auto sink = MakeObject<CQmSaveRasterData>(settings);
+    for (const PictureHead& whole : {PictureHead{2, 2, 24, 300, {}}, {3, 2, 4, 300, {}}}) {
+        EXPECT_EQ(sink->BeginPicture(whole), S_FALSE);
+    }
+    EXPECT_EQ(sink->AddRow(nullptr), E_FAIL);
+    EXPECT_TRUE(stream->Writes().empty());
+    const std::string dots = Bytes({1, 2, 3, 4, 5, 6, 7, 8, 9});
+    const auto* const row = reinterpret_cast<const BYTE*>(dots.data());
+    ASSERT_EQ(sink->BeginPicture({3, 1, 24, 300, {}}), S_OK);
+    EXPECT_EQ(sink->AddRow(row), S_OK);
+    EXPECT_EQ(stream->Writes().back(), Bytes({3, 2, 1, 6, 5, 4, 9, 8, 7}));
+    EXPECT_EQ(sink->AddRow(row), E_FAIL);
+    EXPECT_EQ(sink->EndObject(), S_OK);
+    EXPECT_EQ(stream->Bytes(), RasterBody("CreateRasterStorage 3 1 24 0 300 300 0\n"
+                                          "AddScanline1 1 0 1 9 010203040506070809"));
+    ASSERT_EQ(sink->BeginPicture({3, 1, 24, 300, {}}), S_OK);
+    EXPECT_EQ(sink->EndObject(), E_FAIL) << "a row is missing";
 }
 
 // What is refused, and that a refusal leaves no picture behind where there was none before.

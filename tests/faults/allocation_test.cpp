@@ -76,10 +76,10 @@ std::string Saved(const OpenedPlot& plot) {
     const auto filter = MakeObject<Filter>();
     const auto target = MakeObject<DataObject>(stream, std::wstring());
     if (!filter || !target) return kFailed;
-    const PageDrawer draw = [](const PlotPage& page) {
+    const PageDrawer draw = [](const PlotPage& page, PictureSink& sink) {
         PageOptions options;
         options.dpi = 20;
-        return PageBitmap{DrawBitmap(SourceOf(page), options, 24), 20};
+        DrawBitmap(SourceOf(page), options, 24, sink);
     };
     constexpr bool kPictures = std::is_same_v<Filter, CQmFilterSaveHPRTL>;
     const HRESULT status = SaveDocument(*filter.Get(), target.Get(), nullptr, plot.pages,

@@ -213,6 +213,16 @@ std::vector<std::uint8_t> CountingBitmap(std::int32_t width, std::int32_t height
     return bytes;
 }
 
+void Give(const std::vector<std::uint8_t>& packed, PictureSink& sink) {
+    const auto bitmap = PackedBitmapView::Parse(packed.data(), packed.size()).value();
+    PictureHead head{bitmap.Width(), bitmap.Height(), bitmap.Bits(), 100, {}};
+    for (std::uint32_t i = 0; i < bitmap.ColourCount(); ++i) {
+        head.palette.push_back(bitmap.Colour(i));
+    }
+    sink.Begin(head);
+    for (std::int32_t y = 0; y < head.height; ++y) sink.Row(bitmap.RowFromTop(y));
+}
+
 TEST_F(DocumentWalkerTest, PicturesAreRasterBlocksThatOnlyRtlKeeps) {
     HandMadePage page;
     const auto bitmap = CountingBitmap(20, 10, 24);
@@ -270,7 +280,7 @@ PointI WhereItComesBack(const Turned& row, PointI dot) {
 TEST_P(RtlTrips, KeepDots) {
     const Turned& row = GetParam();
     const auto drawn = CountingBitmap(row.width, row.height, row.bits);
-    const PageDrawer drawer = [&](const PlotPage&) { return PageBitmap{drawn, 100}; };
+    const PageDrawer drawer = [&](const PlotPage&, PictureSink& sink) { Give(drawn, sink); };
     const auto again = Reopened(Saved<CQmFilterSaveHPRTL>(Pages("PD9,9;"), drawer));
     ASSERT_EQ(again.size(), 1U);
     PictureCatcher catcher;
@@ -305,8 +315,8 @@ TEST_F(DocumentWalkerTest, FailuresComeBack) {
     const auto noStream = MakeObject<DataObject>(ComPtr<IStream>(), std::wstring());
     EXPECT_EQ(SaveDocument(*filter, noStream.Get(), nullptr, pages), E_FAIL);
 
-    const PageDrawer drawer = [](const PlotPage&) {
-        return PageBitmap{CountingBitmap(9, 9, 24), 100};
+    const PageDrawer drawer = [](const PlotPage&, PictureSink& sink) {
+        Give(CountingBitmap(10, 9, 24), sink);
     };
     // A medium of any size that is too small.
     const std::size_t vectors = Saved(pages).size();
@@ -320,10 +330,12 @@ TEST_F(DocumentWalkerTest, FailuresComeBack) {
             << room;
     }
     const auto stream = MakeObject<RecordingStream>();
-    EXPECT_EQ(Save(pages, *stream, [](const PlotPage&) { return PageBitmap{}; }), E_INVALIDARG);
-    EXPECT_THROW(Save(pages, *stream,
-                      [](const PlotPage&) -> PageBitmap { throw std::runtime_error("no paper"); }),
-                 std::runtime_error);
+    const auto nothing = [](const PlotPage&, PictureSink&) {};
+    EXPECT_EQ(Save(pages, *stream, nothing), E_INVALIDARG);
+    const auto noRows = [](const PlotPage&, PictureSink& sink) { sink.Begin({2, 1, 24, 100, {}}); };
+    EXPECT_EQ(Save(pages, *stream, noRows), E_INVALIDARG);
+    const auto noPaper = [](const PlotPage&, PictureSink&) { throw std::runtime_error("none"); };
+    EXPECT_THROW(Save(pages, *stream, noPaper), std::runtime_error);
 }
 
 }  // namespace

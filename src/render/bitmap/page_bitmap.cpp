@@ -3,18 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <new>
-#include <utility>
+#include <cstdint>
+#include <optional>
+#include <vector>
 
-#include "common/packed_bitmap.h"
+#include "common/numbers.h"
+#include "host/packed_bytes.h"
 #include "render/bitmap/colour_table.h"
 #include "render/bitmap/page_bands.h"
 
 namespace qm::bitmap {
 
 namespace {
-
-using Palette = std::array<PaletteEntry, 256>;
 
 // -------------------------------------------------------------------------------- 8 bits a dot
 
@@ -30,8 +30,8 @@ std::uint8_t CubeIndex(std::uint32_t dot) {
         (CubeLevel(dot >> 16) * kCubeSide + CubeLevel(dot >> 8)) * kCubeSide + CubeLevel(dot));
 }
 
-Palette CubePalette() {
-    Palette palette{};
+std::vector<PaletteEntry> CubePalette() {
+    std::vector<PaletteEntry> palette(ColourTable::kMost);
     for (unsigned i = 0; i < kCubeSide * kCubeSide * kCubeSide; ++i) {
         const auto level = [](unsigned value) {
             return static_cast<std::uint8_t>(value % kCubeSide * kCubeStep);
@@ -62,81 +62,131 @@ bool IsWhite(std::uint32_t dot, std::int32_t x, std::int32_t y) {
     return lightness * 64 > Threshold(x, y) * 255 + 127;
 }
 
-// ---------------------------------------------------------------------------------------- bitmap
+// ---------------------------------------------------------------------------------------- rows
 
-class BitmapWriter {
+// Rows of indices, packed until all colours are known. What is drawn of a plot repeats itself, so
+// they take a hundredth of their size, more or less.
+class IndexRows {
   public:
-    BitmapWriter(const PageRaster& raster, int bits)
-        : width_(raster.width), height_(raster.height), bits_(bits) {
-        const auto bytes = PackedBitmapSize(width_, height_, bits);
-        if (!bytes) throw std::bad_alloc();
-        packed_.resize(*bytes);
-        rows_ = WriteHeader(Palette{PaletteEntry{0, 0, 0, 0}, PaletteEntry{255, 255, 255, 0}});
+    explicit IndexRows(std::size_t width)
+        : width_(width), open_(width * std::max<std::size_t>(1, kPieceBytes / width)) {}
+
+    std::uint8_t* Next() {
+        if (used_ == open_.size()) Close();
+        used_ += width_;
+        return open_.data() + used_ - width_;
+    }
+    // take(row) for each row so far, which it may change for itself.
+    template <typename Take>
+    void ForEachRow(const Take& take) {
+        std::vector<std::uint8_t> rows;
+        for (const Piece& piece : pieces_) {
+            rows.resize(open_.size());
+            Unpack(piece.data(), piece.size(), rows.data(), rows.size());
+            Hand(rows, rows.size(), take);
+        }
+        Hand(open_, used_, take);
+    }
+
+  private:
+    using Piece = std::vector<std::uint8_t>;
+    static constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
+
+    void Close() {
+        room_.resize(MaxPackedBytes(open_.size()));
+        const std::size_t size = Pack(open_.data(), open_.size(), room_.data());
+        pieces_.emplace_back(room_.begin(), room_.begin() + static_cast<std::ptrdiff_t>(size));
+        used_ = 0;
+    }
+    template <typename Take>
+    void Hand(std::vector<std::uint8_t>& rows, std::size_t size, const Take& take) const {
+        for (std::size_t at = 0; at < size; at += width_) take(rows.data() + at);
+    }
+
+    std::size_t width_;
+    std::vector<std::uint8_t> open_;  // the last rows, as they are
+    std::size_t used_ = 0;            // bytes of them
+    std::vector<std::uint8_t> room_;  // of Pack
+    std::vector<Piece> pieces_;       // of as many rows as `open_` has room for
+};
+
+class RowWriter {
+  public:
+    RowWriter(const PageRaster& raster, int bits, std::int32_t dpi, PictureSink& sink)
+        : width_(raster.width), head_{raster.width, raster.height, bits, dpi, {}}, sink_(sink) {
+        if (bits == 8) {
+            indices_.emplace(static_cast<std::size_t>(width_));
+            return;
+        }
+        row_.resize(static_cast<std::size_t>(PackedRowBytes(width_, bits)));
+        if (bits == 1) head_.palette = {{0, 0, 0, 0}, {255, 255, 255, 0}};
+        sink_.Begin(head_);
     }
 
     void Take(const Band& band) {
         for (std::int32_t y = band.Top(); y < band.Bottom(); ++y) {
             const BandDot* const dots = band.Row(y);
-            if (bits_ == 1) {
-                WriteBits(dots, y);
-            } else if (bits_ == 8) {
-                WriteIndices(dots, y);
-            } else {
-                WriteColours(dots, y);
+            if (indices_) {
+                KeepIndices(dots);
+                continue;
             }
+            if (head_.bits == 1) {
+                MakeBits(dots, y);
+            } else {
+                MakeColours(dots);
+            }
+            sink_.Row(row_.data());
         }
     }
-    std::vector<std::uint8_t> Finish() {
-        if (bits_ == 8 && !cube_) {
-            Palette palette{};
+    void Finish() {
+        if (!indices_) return;
+        if (!cube_) {
+            head_.palette.resize(ColourTable::kMost);
             const auto& colours = colours_.Colours();
-            std::transform(colours.begin(), colours.end(), palette.begin(), EntryOf);
-            WriteHeader(palette);
+            std::transform(colours.begin(), colours.end(), head_.palette.begin(), EntryOf);
+        } else {
+            head_.palette = CubePalette();
         }
-        return std::move(packed_);
+        sink_.Begin(head_);
+        // Rows above the first that the table had no number for name colours of the table.
+        std::array<std::uint8_t, ColourTable::kMost> inCube{};
+        const auto& colours = colours_.Colours();
+        std::transform(colours.begin(), colours.end(), inCube.begin(), CubeIndex);
+        std::int32_t y = 0;
+        indices_->ForEachRow([&](std::uint8_t* row) {
+            if (cube_ && y++ < numbered_) {
+                std::transform(row, row + width_, row,
+                               [&](std::uint8_t number) { return inCube[number]; });
+            }
+            sink_.Row(row);
+        });
     }
 
   private:
-    std::uint8_t* WriteHeader(const Palette& palette) {
-        return WritePackedHeader(packed_.data(), width_, height_, bits_, palette.data());
-    }
-    std::uint8_t* RowAt(std::int32_t y) {
-        return rows_ + static_cast<std::ptrdiff_t>(PackedStride(width_, bits_)) * (height_ - 1 - y);
-    }
-    void WriteBits(const BandDot* dots, std::int32_t y) {
-        std::uint8_t* const row = RowAt(y);
+    void MakeBits(const BandDot* dots, std::int32_t y) {
+        std::fill(row_.begin(), row_.end(), std::uint8_t{0});
         for (std::int32_t x = 0; x < width_; ++x) {
             if (!IsWhite(dots[x].colour, x, y)) continue;
-            row[x / 8] = static_cast<std::uint8_t>(row[x / 8] | 0x80U >> (x % 8));
+            std::uint8_t& byte = row_[static_cast<std::size_t>(x / 8)];
+            byte = static_cast<std::uint8_t>(byte | 0x80U >> (x % 8));
         }
     }
-    void WriteIndices(const BandDot* dots, std::int32_t y) {
-        std::uint8_t* const row = RowAt(y);
-        for (std::int32_t x = 0; x < width_; ++x) {
-            const std::size_t number =
-                cube_ ? CubeIndex(dots[x].colour) : colours_.NumberOf(dots[x].colour);
-            if (number == ColourTable::kMost) {
-                TurnToCube(y);
-                return WriteIndices(dots, y);
-            }
+    void KeepIndices(const BandDot* dots) {
+        std::uint8_t* const row = indices_->Next();
+        for (std::int32_t x = 0; x < width_ && !cube_; ++x) {
+            const std::size_t number = colours_.NumberOf(dots[x].colour);
+            cube_ = number == ColourTable::kMost;
             row[x] = static_cast<std::uint8_t>(number);
         }
-    }
-    // The rows above `y` named colours of a table that is full.
-    void TurnToCube(std::int32_t y) {
-        cube_ = true;
-        WriteHeader(CubePalette());
-        std::array<std::uint8_t, ColourTable::kMost> indices{};
-        const auto& colours = colours_.Colours();
-        std::transform(colours.begin(), colours.end(), indices.begin(), CubeIndex);
-        for (std::int32_t above = 0; above < y; ++above) {
-            std::uint8_t* const row = RowAt(above);
-            std::transform(row, row + width_, row,
-                           [&](std::uint8_t number) { return indices[number]; });
+        if (!cube_) {
+            ++numbered_;
+            return;
         }
+        std::transform(dots, dots + width_, row,
+                       [](const BandDot& dot) { return CubeIndex(dot.colour); });
     }
-    void WriteColours(const BandDot* dots, std::int32_t y) {
-        std::uint8_t* row = RowAt(y);
+    void MakeColours(const BandDot* dots) {
+        std::uint8_t* row = row_.data();
         const BandDot* const last = dots + width_ - 1;
         // A whole word is stored for each dot, of which the next replaces the last byte.
         for (; dots != last; ++dots, row += 3) {
@@ -151,12 +201,13 @@ class BitmapWriter {
     }
 
     std::int32_t width_;
-    std::int32_t height_;
-    int bits_;
-    std::vector<std::uint8_t> packed_;
-    std::uint8_t* rows_ = nullptr;
+    PictureHead head_;
+    PictureSink& sink_;
+    std::vector<std::uint8_t> row_;  // of 1 and 24 bits
+    std::optional<IndexRows> indices_;
     ColourTable colours_;
-    bool cube_ = false;
+    std::int32_t numbered_ = 0;  // rows that name colours of the table
+    bool cube_ = false;          // the other rows, since the table is full
 };
 
 }  // namespace
@@ -165,16 +216,16 @@ class BitmapWriter {
 
 namespace qm {
 
-std::vector<std::uint8_t> DrawBitmap(const PageSource& page, const PageOptions& options, int bits) {
+void DrawBitmap(const PageSource& page, const PageOptions& options, int bits, PictureSink& sink) {
     using namespace bitmap;
     PageOptions drawing = options;
     drawing.smooth = bits == 24;
-    const PageRaster raster = RasterOf(page, drawing, "HP-RTL", kMaxDotsInMemory);
-    BitmapWriter writer(raster, bits);
+    const PageRaster raster = RasterOf(page, drawing, "HP-RTL");
+    RowWriter writer(raster, bits, std::max(1, RoundToInt32(options.dpi)), sink);
     DrawBands(
         page, drawing, raster, [&](const Band& band) { writer.Take(band); },
         BandBytesFor(page, drawing, raster));
-    return writer.Finish();
+    writer.Finish();
 }
 
 }  // namespace qm

@@ -23,12 +23,10 @@ std::string Rounded(double value) {
 }
 
 [[noreturn]] void ThrowTooLarge(const PageSource& page, const PageFrame& frame, double dpi,
-                                const char* format, double maxDots) {
+                                const char* format) {
     const double inchesX = frame.width / frame.unitsPerInch;
     const double inchesY = frame.height / frame.unitsPerInch;
-    const double bySide = (kMaxSideDots - 1.0) / std::max(inchesX, inchesY);
-    const double byArea = std::sqrt(maxDots / (inchesX * inchesY));
-    const double possible = std::floor(std::min(bySide, byArea));
+    const double possible = std::floor((kMaxSideDots - 1.0) / std::max(inchesX, inchesY));
     std::string message = (page.name.empty() ? "the page" : page.name) + " is " +
                           Rounded(frame.WidthMillimetres()) + " x " +
                           Rounded(frame.HeightMillimetres()) + " mm, at " + Rounded(dpi) +
@@ -46,15 +44,14 @@ Matrix PageRaster::ToDots() const {
     return {m.a * scale, m.b * scale, m.c * scale, m.d * scale, m.e * scale, m.f * scale};
 }
 
-PageRaster RasterOf(const PageSource& page, const PageOptions& options, const char* format,
-                    double maxDots) {
+PageRaster RasterOf(const PageSource& page, const PageOptions& options, const char* format) {
     PageRaster raster;
     raster.frame = FrameOf(page, GistOf(*page.drawing).extent, options);
     const PageFrame& frame = raster.frame;
     const double width = std::ceil(frame.width / frame.unitsPerInch * options.dpi);
     const double height = std::ceil(frame.height / frame.unitsPerInch * options.dpi);
-    if (!(width <= kMaxSideDots && height <= kMaxSideDots && width * height <= maxDots)) {
-        ThrowTooLarge(page, frame, options.dpi, format, maxDots);
+    if (!(width <= kMaxSideDots && height <= kMaxSideDots)) {
+        ThrowTooLarge(page, frame, options.dpi, format);
     }
     raster.width = std::max(1, TruncateToInt32(width));
     raster.height = std::max(1, TruncateToInt32(height));

@@ -20,13 +20,8 @@ struct PageRaster {
     Matrix ToDots() const;
 };
 
-// Dots of a page, for those who hold all of them in memory.
-inline constexpr double kMaxDotsInMemory = 268435456.0;
-// No limit but that of the sides: 32767 dots.
-inline constexpr double kAnyNumberOfDots = 32767.0 * 32767.0;
-
-// Throws ToolError with a message that names `format` ("a PNG") and the resolution that fits.
-PageRaster RasterOf(const PageSource& page, const PageOptions& options, const char* format,
-                    double maxDots);
+// Throws ToolError when a side has more than 32767 dots, with a message that names `format`
+// ("a PNG") and the resolution that fits.
+PageRaster RasterOf(const PageSource& page, const PageOptions& options, const char* format);
 
 }  // namespace qm::bitmap

@@ -293,7 +293,7 @@ double DpiOfSide(const PageSource& page, const PageOptions& options) {
 bitmap::PageRaster FittingRaster(const PageSource& page, PageOptions& options) {
     using namespace bitmap;
     if (options.sideDots > 0) options.dpi = DpiOfSide(page, options);
-    PageRaster raster = RasterOf(page, options, "a PNG", kAnyNumberOfDots);
+    PageRaster raster = RasterOf(page, options, "a PNG");
     const auto dots = std::int64_t{raster.width} * raster.height;
     if (options.dots == nullptr || options.dots->Take(dots)) return raster;
     const double part = static_cast<double>(options.dots->Left()) / static_cast<double>(dots);
@@ -303,7 +303,7 @@ bitmap::PageRaster FittingRaster(const PageSource& page, PageOptions& options) {
                      " has too many dots for the plot's size; it is drawn with " +
                      std::to_string(RoundToInt32(options.dpi)) + " dots per inch");
     }
-    raster = RasterOf(page, options, "a PNG", kAnyNumberOfDots);
+    raster = RasterOf(page, options, "a PNG");
     options.dots->Take(std::min(options.dots->Left(), std::int64_t{raster.width} * raster.height));
     return raster;
 }

@@ -35,7 +35,7 @@ inline DrawnPage Draw(const DisplayList& list, const PageOptions& options = DotF
     PageSource page;
     page.drawing = &list;
     page.rotation = rotation;
-    const PageRaster raster = RasterOf(page, options, "a test", kAnyNumberOfDots);
+    const PageRaster raster = RasterOf(page, options, "a test");
     DrawnPage drawn{raster.width, raster.height, {}};
     const auto take = [&](const Band& band) {
         for (std::int32_t y = band.Top(); y < band.Bottom(); ++y) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "common/packed_bitmap.h"
 #include "common/tool_error.h"
 #include "host/display_list.h"
@@ -24,7 +26,7 @@ DisplayList Stripes(std::int32_t height, const ColourAt& colourAt) {
     return list;
 }
 
-class Bitmap {
+class Bitmap : PictureSink {
   public:
     Bitmap(const DisplayList& list, int bits) {
         PageSource page;
@@ -32,7 +34,8 @@ class Bitmap {
         PageOptions options;
         options.dpi = 1016.0;
         options.marginMillimetres = 0.0;
-        bytes_ = DrawBitmap(page, options, bits);
+        DrawBitmap(page, options, bits, *this);
+        EXPECT_EQ(missing_, 0);
         view_ = PackedBitmapView::Parse(bytes_.data(), bytes_.size());
     }
     const PackedBitmapView& View() const { return view_.value(); }
@@ -45,6 +48,23 @@ class Bitmap {
     }
 
   private:
+    void Begin(const PictureHead& head) override {
+        bytes_.resize(PackedBitmapSize(head.width, head.height, head.bits).value());
+        WritePackedHeader(bytes_.data(), head.width, head.height, head.bits, head.palette.data());
+        missing_ = height_ = head.height;
+        stride_ = PackedStride(head.width, head.bits);
+        rowBytes_ = PackedRowBytes(head.width, head.bits);
+    }
+    void Row(const std::uint8_t* row) override {
+        // The bottom row comes last and stands first.
+        --missing_;
+        std::copy_n(row, rowBytes_, bytes_.end() - stride_ * (height_ - missing_));
+    }
+
+    std::int64_t stride_ = 0;
+    std::int64_t rowBytes_ = 0;
+    std::int64_t height_ = 0;
+    std::int64_t missing_ = 0;  // rows
     std::vector<std::uint8_t> bytes_;
     std::optional<PackedBitmapView> view_;
 };
@@ -93,11 +113,7 @@ TEST(PageBitmap, OneBitMixesByLightness) {
 TEST(PageBitmap, RefusesTooLargePages) {
     DisplayList list;
     list.AppendLine({0, 0}, {1016 * 1000, 0});
-    PageSource page;
-    page.drawing = &list;
-    PageOptions options;
-    options.dpi = 300.0;
-    EXPECT_THROW(DrawBitmap(page, options, 1), ToolError);
+    EXPECT_THROW(Bitmap(list, 1), ToolError);
 }
 
 }  // namespace

@@ -75,7 +75,7 @@ TEST(PageWork, WhatFollowsTheAllowanceIsLeftOut) {
         PageOptions options;
         options.dpi = 100.0;
         options.note = [&](const std::string& note) { said = note; };
-        const PageRaster raster = RasterOf(page, options, "a PNG", kAnyNumberOfDots);
+        const PageRaster raster = RasterOf(page, options, "a PNG");
         const auto part = AffordablePart(page, options, raster);
         EXPECT_EQ(said, row.note) << row.name;
         EXPECT_EQ(part.has_value(), !said.empty()) << row.name;

@@ -170,8 +170,6 @@ TEST(PageRaster, SaysWhatFitsWhenTooLarge) {
         {1016 * 600, 0, 54, ""},
         {1016 * 600, 0, 150, "15250 x 10 mm, at 150 dots per inch too large for P; use 54"},
         {0, 1016 * 600, 55, "10 x 15250 mm, at 55 dots per inch too large for P; use 54"},
-        {1016 * 50, 1016 * 40, 22, ""},
-        {1016 * 50, 1016 * 40, 23, "1280 x 1026 mm, at 23 dots per inch too large for P; use 22"},
         {INT32_MAX, INT32_MAX, 1,
          "53687101 x 53687101 mm, at 1 dots per inch too large for P; write"},
     };
@@ -182,7 +180,7 @@ TEST(PageRaster, SaysWhatFitsWhenTooLarge) {
         options.dpi = row.dots;
         std::string told;
         try {
-            RasterOf(SourceOf(list), options, "P", 1e6);
+            RasterOf(SourceOf(list), options, "P");
         } catch (const ToolError& error) {
             told = error.what();
         }
