@@ -2,7 +2,7 @@
 """Writes plots of at most 64 KB that ask for as much work or memory as they can, the same bytes on every run; measures what they cost.
 
 usage: make_hostile.py write FOLDER [NAME...]        # all if none is named; FOLDER/NAME.plt
-       make_hostile.py measure QMPLOT FILE...        # CPU seconds and peak MB of info and of convert to svg, pdf and png at 100 dpi
+       make_hostile.py measure QMPLOT FILE...        # CPU seconds and peak MB of info and of convert to svg, pdf, png and rtl at 100 dpi
 
 docs/limits.md tells what bounds each of them.
 """
@@ -17,6 +17,7 @@ import zipfile
 
 SIZE = 1 << 16
 SECONDS = int(os.environ.get("HOSTILE_SECONDS", "60"))  # of CPU; a command that takes more is given up
+KINDS = ("info", "svg", "pdf", "png", "rtl")
 HEAD = b"IN;SP1;PA;PU0,0;PD10,10;PU0,0;"
 SQUARE = b"PU0,0;PM0;PD40000,0,40000,40000,0,40000;PM2;"
 DASHES = b"UL1,1,1;LT1;"
@@ -128,6 +129,15 @@ HOSTILE = {
     "pages": lambda: pages(b"PDPG"),
     "pages-large": lambda: pages(b"PU0,0PDPU39999,39999PDPG"),
     "pages-texts": lambda: pages(b"LBa\x03PG"),
+    "pages-filled": lambda: (HEAD + SQUARE) + fill(b"PU0,0PDPU20000,20000PD" + b"FP" * 1600, b"PGPU0,0PDPU20000,20000PD" + b"FP" * 1600, SIZE - 200),
+    "hatch-tiny": lambda: fill(HEAD + b"PU0,0;PM0;PD99,0,99,99,0,99;PM2;FT3,1,45;PU40000,40000;PD;", b"FP"),
+    "circles-outlined": lambda: fill(HEAD + b"LA1,1,2,5;PW2;PU20000,20000;", lambda i: b"CI%d;" % (9000 + i % 900)),
+    "lines-short-outlined": lambda: fill(HEAD + b"PU40000,40000;PD;LA1,1,2,5;PW9;", lambda i: b"PU%d,%d;PD;" % (i * 37 % 9999, i * 91 % 40000)),
+    "triangles-mode": lambda: fill(HEAD + b"MC1,168;PC1,200,99,7;SP1;PU0,0;PM0;PD40000,0,20000,40000;PM2;", b"FP"),
+    "circles-thick": lambda: fill(HEAD + b"PW30;", lambda i: b"PU%d,%d;CI%d;" % (i * 37 % 40000, i * 91 % 40000, 20000 + i % 99)),
+    "dashed-thick": lambda: fill(HEAD + b"UL1,1,1;LT1,.2;PW1;", lambda i: b"PU0,%d;PD40000,%d;" % (i * 10 % 40000, i * 10 % 40000 + 7)),
+    "polygon-bands": lambda: fill(HEAD + b"PU0,0;PM0;PD" + b"9,40000,18,0," * 700 + b"0,0;PM2;", b"FP"),
+    "labels-outlined": lambda: fill(HEAD + b"LA1,1,2,5;PW2;SI1,1;MC1,168;", b"LB&@8%\x03PA0,0;"),
     "page-gibi": lambda: HEAD + b"PU0,0;PD332000,332000;PD0,332000,332000,0;",
     "page-gibi-lines": lambda: fill(HEAD, lambda i: b"PU0,%d;PD330000,%d;" % (i * 70, i * 70 + 999)),
     "frames": lambda: fill(HEAD, b"FR2000000;PD9,9PU"),
@@ -192,17 +202,17 @@ def cost(command):
 
 def commands(qmplot, path, folder):
     yield "info", [qmplot, "info", path]
-    for kind in ("svg", "pdf", "png"):
-        resolution = ["--dpi", "100"] if kind == "png" else []
+    for kind in KINDS[1:]:
+        resolution = ["--dpi", "100"] if kind in ("png", "rtl") else []
         yield kind, [qmplot, "convert", *resolution, path, os.path.join(folder, "out." + kind)]
 
 
 def measure(qmplot, paths):
-    print("%-26s %s" % ("", "   ".join("%15s" % kind for kind in ("info", "svg", "pdf", "png"))))
+    print("%-26s %s" % ("", "   ".join("%15s" % kind for kind in KINDS)))
     worst = []
     for path in paths:
         cells = []
-        for kind in range(4):
+        for kind in range(len(KINDS)):
             with tempfile.TemporaryDirectory() as folder:
                 name, command = list(commands(qmplot, path, folder))[kind]
                 seconds, megabytes, status, text = cost(command)

@@ -184,8 +184,8 @@ ConversionResult Convert(const Components& components, const std::string& input,
     writeOptions.page.note = [&](const std::string& note) {
         reports.note(file.Name() + ": " + note);
     };
-    WorkBudget dots = DotsForPng(writeOptions.page.dpi, file.Size());
-    writeOptions.page.dots = &dots;
+    BitmapBudget budget{DotsForBitmaps(writeOptions.page.dpi, file.Size())};
+    writeOptions.page.budget = &budget;
     writeOptions.facts = FactsOf(file, plot);
     writeOptions.page.title = writeOptions.facts.fileName;
     Writing writing(format, std::move(writeOptions), reports);

@@ -50,6 +50,12 @@ struct Background {
     std::uint32_t colour = 0xFFFFFF;
 };
 
+// What the pages of a plot that are drawn as bitmaps may still cost together.
+struct BitmapBudget {
+    WorkBudget dots;    // further pages are drawn with fewer dots per inch
+    double work = 1.0;  // part of the plot's work (render/bitmap/page_work.h), 0 to 1
+};
+
 // How pages are put on sheets; what is shown of them is in their drawing (render/page_look.h).
 struct PageOptions {
     double dpi = 150.0;  // dots per inch, PNG only
@@ -70,9 +76,9 @@ struct PageOptions {
     // Told what of a page was left out or drawn coarser because it would take too much work; may be
     // empty.
     std::function<void(const std::string& what)> note;
-    // What the pages of a plot drawn as PNG may still have together (DotsForPng); null: any number.
-    // Further pages are drawn with fewer dots per inch.
-    WorkBudget* dots = nullptr;
+    // Of the plot whose pages are drawn as bitmaps; null: any number of dots, and each page may
+    // take the work of a whole plot.
+    BitmapBudget* budget = nullptr;
 };
 
 // Vector formats keep physical sizes. One page a file.
@@ -87,8 +93,8 @@ void WritePng(const PageSource& page, const PageOptions& options, OutputSink& si
 
 // Dots for the pages of a plot of `bytes` bytes, up to 100 dots per inch; beyond that more, as the
 // sheets have more.
-WorkBudget DotsForPng(double dpi, std::uint64_t bytes);
-inline constexpr std::int64_t kPngDots = std::int64_t{1} << 26;
-inline constexpr std::int64_t kPngDotsPerByte = 1024;
+WorkBudget DotsForBitmaps(double dpi, std::uint64_t bytes);
+inline constexpr std::int64_t kBitmapDots = std::int64_t{1} << 26;
+inline constexpr std::int64_t kBitmapDotsPerByte = 512;
 
 }  // namespace qm

@@ -32,6 +32,12 @@ constexpr std::size_t kBytesPerDot = sizeof(BandDot);
 
 constexpr std::uint32_t kWhitePaper = 0xFFFFFF;
 
+std::int32_t RowsOfBand(const PageRaster& raster, std::size_t bandBytes) {
+    const std::size_t row = static_cast<std::size_t>(raster.width) * kBytesPerDot;
+    const std::size_t fitting = std::min<std::size_t>(bandBytes / row, 1 << 20);
+    return std::clamp(static_cast<std::int32_t>(fitting), 1, raster.height);
+}
+
 // What is seen of the paper through a dot shows where the paper is white once and black once.
 void MarkOpacity(Band& onWhite, const Band& onBlack) {
     for (std::int32_t y = onWhite.Top(); y < onWhite.Bottom(); ++y) {
@@ -62,9 +68,7 @@ class BandDrawer {
     BandDrawer(const PageSource& page, const PageOptions& options, const PageRaster& raster,
                const std::function<void(const Band&)>& take, std::size_t bandBytes)
         : page_(page), options_(options), raster_(raster), take_(take) {
-        const std::size_t row = static_cast<std::size_t>(raster.width) * kBytesPerDot;
-        const std::size_t fitting = std::min<std::size_t>(bandBytes / row, 1 << 20);
-        rows_ = std::clamp(static_cast<std::int32_t>(fitting), 1, raster.height);
+        rows_ = RowsOfBand(raster, bandBytes);
         bands_ = (raster.height + rows_ - 1) / rows_;
     }
 
@@ -170,7 +174,11 @@ std::size_t BandBytesFor(const PageSource& page, const PageOptions& options,
 
 void DrawBands(const PageSource& page, const PageOptions& options, const PageRaster& raster,
                const std::function<void(const Band&)>& take, std::size_t bandBytes) {
-    const std::optional<DisplayList> part = AffordablePart(page, options, raster);
+    // However many threads draw, the same part is drawn.
+    PageOptions alone = options;
+    alone.threads = 1;
+    const std::int32_t rows = RowsOfBand(raster, BandBytesFor(page, alone, raster));
+    const std::optional<DisplayList> part = AffordablePart(page, options, raster, rows);
     PageSource drawn = page;
     if (part) drawn.drawing = &*part;
     BandDrawer(drawn, options, raster, take, bandBytes).Run();

@@ -220,8 +220,8 @@ void DrawBitmap(const PageSource& page, const PageOptions& options, int bits, Pi
     using namespace bitmap;
     PageOptions drawing = options;
     drawing.smooth = bits == 24;
-    const PageRaster raster = RasterOf(page, drawing, "HP-RTL");
-    RowWriter writer(raster, bits, std::max(1, RoundToInt32(options.dpi)), sink);
+    const PageRaster raster = FittingRaster(page, drawing, "HP-RTL");
+    RowWriter writer(raster, bits, std::max(1, RoundToInt32(drawing.dpi)), sink);
     DrawBands(
         page, drawing, raster, [&](const Band& band) { writer.Take(band); },
         BandBytesFor(page, drawing, raster));

@@ -14,7 +14,7 @@ namespace qm {
 //    1  0 black, 1 white: what is neither comes out as an even mix of dots, as light as it is
 // Rows go on as soon as their band is drawn, but those of 8 bits, whose colours are known at the
 // end, are kept packed until then. Throws ToolError when the page is too large: more than 32767
-// dots a side. The resolution that the sink gets is options.dpi, rounded.
+// dots a side. The sink gets options.dpi, rounded, or less when options.budget is met.
 void DrawBitmap(const PageSource& page, const PageOptions& options, int bits, PictureSink& sink);
 
 }  // namespace qm

@@ -61,4 +61,22 @@ PageRaster RasterOf(const PageSource& page, const PageOptions& options, const ch
     return raster;
 }
 
+PageRaster FittingRaster(const PageSource& page, PageOptions& options, const char* format) {
+    PageRaster raster = RasterOf(page, options, format);
+    const auto dots = std::int64_t{raster.width} * raster.height;
+    if (options.budget == nullptr || options.budget->dots.Take(dots)) return raster;
+    const double part =
+        static_cast<double>(options.budget->dots.Left()) / static_cast<double>(dots);
+    options.dpi = std::max(1.0, std::floor(options.dpi * std::sqrt(part)));
+    if (options.note) {
+        options.note((page.name.empty() ? "the page" : page.name) +
+                     " has too many dots for the plot's size; it is drawn with " +
+                     std::to_string(RoundToInt32(options.dpi)) + " dots per inch");
+    }
+    raster = RasterOf(page, options, format);
+    WorkBudget& left = options.budget->dots;
+    left.Take(std::min(left.Left(), std::int64_t{raster.width} * raster.height));
+    return raster;
+}
+
 }  // namespace qm::bitmap

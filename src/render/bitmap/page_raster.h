@@ -23,5 +23,8 @@ struct PageRaster {
 // Throws ToolError when a side has more than 32767 dots, with a message that names `format`
 // ("a PNG") and the resolution that fits.
 PageRaster RasterOf(const PageSource& page, const PageOptions& options, const char* format);
+// The same, or when options.budget has no more dots for the page, at fewer dots per inch, which
+// `options` then tell; the page's user is told by options.note.
+PageRaster FittingRaster(const PageSource& page, PageOptions& options, const char* format);
 
 }  // namespace qm::bitmap

@@ -14,22 +14,33 @@ namespace qm::bitmap {
 
 namespace {
 
-// What parts of the work take, in units; measured.
-constexpr double kPoint = 40.0;
-constexpr double kPointInBand = 25.0;  // of polygons and arcs, which each band takes up anew
-constexpr double kThinDot = 25.0;      // of a line's length
-constexpr double kRowOfThick = 80.0;
-constexpr double kThickDot = 1.0;
-constexpr double kOutlined = 5.0;  // times as much for lines that are drawn as areas
-constexpr double kDash = 100.0;
-constexpr double kBandDotBytes = 8.0;
-constexpr double kBandBytes = 16777216.0;
-constexpr double kEdgeDot = 40.0;
-constexpr double kAreaDot = 1.3;
-constexpr double kBlendedDot = 5.0;
-constexpr double kPatternDot = 120.0;
-constexpr double kPictureDot = 15.0;
-constexpr double kSourceDot = 4.0;
+// What parts of the work take, in units; measured (docs/limits.md).
+// clang-format off
+constexpr double kPageDot      =   1.0;  // that is written, drawn on or not
+constexpr double kLine         = 200.0;  // a chain
+constexpr double kPoint        = 400.0;  // of a chain
+constexpr double kThinDot      =  20.0;  // of a line's length
+constexpr double kRowOfThick   =  65.0;  // the same, and for each dot of its width
+constexpr double kThickDot     =   0.4;
+constexpr double kRowOfEnd     = 120.0;  // of a thick line's point, for each dot of its width
+constexpr double kEndDot       =   0.2;
+constexpr double kOutlined     =   1.5;  // times as much for lines that are drawn as areas
+constexpr double kOutlinedDot  = 150.0;  // and for each dot of their length
+constexpr double kDash         = 400.0;
+constexpr double kDashRow      = 150.0;  // for each dot of its width
+constexpr double kArcCorner    =  90.0;  // in each band
+constexpr double kArea         = 500.0;
+constexpr double kCorner       = 400.0;  // of an area
+constexpr double kCornerInBand =  25.0;
+constexpr double kAreaRow      = 300.0;
+constexpr double kEdgeDot      =  35.0;
+constexpr double kAreaDot      =   0.8;
+constexpr double kBlendedDot   =   4.0;
+constexpr double kPatternDot   = 190.0;
+constexpr double kPictureDot   =  16.0;
+constexpr double kSourceDot    =   8.0;
+constexpr double kNotOutlined  =   1.5;  // dots of width: no one sees the shape of such lines' ends
+// clang-format on
 constexpr std::int32_t kCopyPen = 13;
 constexpr std::size_t kChainPiece = 64;  // lines of a chain that are left out together
 
@@ -64,15 +75,23 @@ double CoveredArea(PointSpan ring) {
 // Spends the allowance primitive by primitive; with a list, what is affordable goes there.
 class Meter final : public DisplayListVisitor {
   public:
-    Meter(const PageRaster& raster, double bytes, DisplayList* list)
+    // Of the plot's work, `part` is left for the page and those that follow.
+    Meter(const PageRaster& raster, std::int32_t bandRows, const PageOptions& options, double bytes,
+          double part, DisplayList* list)
         : scale_(raster.dotsPerUnit),
           hairline_(raster.hairline),
-          bands_(std::max(1.0, kBandDotBytes * raster.width * raster.height / kBandBytes)),
-          units_(kUnits + kUnitsPerDot * raster.width * raster.height +
-                 kUnitsPerByteAndDot * bytes * (double{1} * raster.width + raster.height)),
-          dashes_(kDashes + kDashesPerByte * bytes),
+          smooth_(options.smooth),
+          bandRows_(bandRows),
+          bands_(std::ceil(double{1} * raster.height / bandRows)),
+          upright_(raster.frame.toSheet.b == 0.0),
+          ofPlot_(WorkOfPlot(options.dpi, bytes)),
+          units_(std::max(0.0, part * ofPlot_ - kPageDot * raster.width * raster.height)),
+          dashUnits_(kPartOfDashes * units_),
+          cheapUnits_(kCheapUnitsPerByte * part * bytes),
           list_(list) {}
 
+    // What is left for the pages that follow.
+    double PartLeft() const { return units_ / ofPlot_; }
     bool LeavesOut() const { return leavesOut_; }
     bool DrawsSolid() const { return drawsSolid_; }
 
@@ -81,7 +100,8 @@ class Meter final : public DisplayListVisitor {
     }
     void Polygon(const DrawingStyle& style, PointSpan points, bool filled) override {
         if (!filled) return Stroke(style, points, true);
-        PutArea(AreaUnits(style, CoveredArea(points), PathLength(points), points.count),
+        PutArea(AreaUnits(style, {CoveredArea(points), PathLength(points), RowsOf(points)},
+                          points.count),
                 [&] { list_->AppendPolygon(points, true); });
     }
     void PolyPolygon(const DrawingStyle& style, const Rings& rings, bool filled) override {
@@ -96,30 +116,37 @@ class Meter final : public DisplayListVisitor {
         const std::size_t count = rings.points.count;
         const auto append = [&] { list_->AppendPolyPolygon(rings, filled); };
         if (!filled) return PutLine(style, length, count, append);
-        PutArea(AreaUnits(style, area, length, count), append);
+        PutArea(AreaUnits(style, {area, length, RowsOf(rings.points)}, count), append);
     }
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override {
         const double width = std::abs(double{1} * box.b.x - box.a.x);
         const double height = std::abs(double{1} * box.b.y - box.a.y);
         const auto append = [&] { list_->AppendRectangle(box, filled); };
         if (!filled) return PutLine(style, 2.0 * (width + height), 4, append);
-        PutArea(AreaUnits(style, width * height, 0.0, 4), append);
+        const double rows = (upright_ ? height : width) * scale_;
+        PutArea(AreaUnits(style, {width * height, 0.0, rows}, 4), append);
     }
     void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
                 bool filled) override {
-        const double length = kTwoPi * std::abs(double{1} * radius);
-        const double area = length / 2.0 * std::abs(double{1} * radius);
+        const double size = std::abs(double{1} * radius);
+        const double length = kTwoPi * size;
+        const double rows = 2.0 * size * scale_;
         const auto append = [&] { list_->AppendCircle(centre, radius, filled); };
-        if (!filled) return PutLine(style, length, CornersOf(length), append, true);
-        PutArea(AreaUnits(style, area, length, CornersOf(length)), append);
+        const std::size_t corners = CornersOf(size, length);
+        const double arcUnits = ArcUnits(corners, rows);
+        if (!filled) return PutLine(style, length, corners, append, arcUnits);
+        const Reach reach{length / 2.0 * size, length, rows};
+        PutArea(AreaUnits(style, reach, corners) + arcUnits, append);
     }
     void Arc(const DrawingStyle& style, const ArcShape& arc) override {
         const double span = IsWholeEllipse(arc) ? 360.0 : std::abs(double{arc.span});
-        const double length =
-            span * kRadiansPerDegree *
+        const double size =
             std::max(std::abs(double{1} * arc.radiusX), std::abs(double{1} * arc.radiusY));
+        const double length = span * kRadiansPerDegree * size;
+        const std::size_t corners = CornersOf(size, length);
         PutLine(
-            style, length, CornersOf(length), [&] { list_->AppendArc(arc); }, true);
+            style, length, corners, [&] { list_->AppendArc(arc); },
+            ArcUnits(corners, 2.0 * size * scale_));
     }
     void Picture(const DrawingStyle&, const BoxI& box, std::int32_t rasterOperation,
                  ByteRun bitmap) override {
@@ -144,43 +171,70 @@ class Meter final : public DisplayListVisitor {
     }
 
   private:
+    // Of an area: in the drawing's units, but the rows of dots.
+    struct Reach {
+        double area;
+        double length;
+        double rows;
+    };
+
+    static double WorkOfPlot(double dpi, double bytes) {
+        const double scale = std::max(1.0, dpi / 100.0);
+        return kUnits * scale * scale + kUnitsPerByte * bytes * scale;
+    }
+
     bool Affords(double units) {
         if (units <= units_) {
             units_ -= units;
             return true;
         }
-        if (units <= kCheapUnits) return true;
+        if (units <= kCheapUnits && units <= cheapUnits_) {
+            cheapUnits_ -= units;
+            return true;
+        }
         leavesOut_ = true;
         return false;
     }
 
-    // Of the polygon that an arc is drawn as.
-    std::size_t CornersOf(double length) const {
-        return static_cast<std::size_t>(4.0 + 6.3 * std::sqrt(std::min(length * scale_, 1e8)));
+    double BandsOf(double rows) const { return std::min(bands_, 1.0 + rows / bandRows_); }
+    double RowsOf(PointSpan points) const {
+        Extent box;
+        for (std::size_t i = 0; i < points.count; ++i) box.Add(points[i].x, points[i].y);
+        return points.count == 0 ? 0.0 : (upright_ ? box.Height() : box.Width()) * scale_;
     }
-    // Lengths and areas in the drawing's units.
-    double LineUnits(const DrawingStyle& style, double length, std::size_t points,
-                     double corners = 0.0) const {
+    // Of the polygon that an arc of that radius and length is drawn as.
+    std::size_t CornersOf(double radius, double length) const {
+        const double side = 0.4 * std::sqrt(std::clamp(radius * scale_, 0.25, 1e8));
+        return static_cast<std::size_t>(4.0 + std::min(length * scale_ / side, 2e4));
+    }
+    double ArcUnits(std::size_t corners, double rows) const {
+        return kArcCorner * static_cast<double>(corners) * BandsOf(rows);
+    }
+    // Dots of the line's width, at least 1.
+    double WidthOf(const DrawingStyle& style) const {
+        return std::max(1.0, style.lineWidth > 0 ? style.lineWidth * scale_ : hairline_);
+    }
+    double LineUnits(const DrawingStyle& style, double length, std::size_t points) const {
         const double dots = length * scale_;
-        const double width = style.lineWidth > 0 ? style.lineWidth * scale_ : hairline_;
-        double units = kPoint * static_cast<double>(points);
-        if (width <= 2.0) {
-            units += kThinDot * dots;
-        } else {
-            units += (kRowOfThick + kThickDot * width) * dots +
-                     (kRowOfThick + width) * width * static_cast<double>(points);
+        const double width = WidthOf(style);
+        double ofPoint = kPoint;
+        double ofDot = kThinDot;
+        if (width > 2.0) {
+            ofPoint += (kRowOfEnd + kEndDot * width) * width;
+            ofDot = kRowOfThick + kThickDot * width;
         }
-        const bool isPlain = CapOf(style.lineAttributes) == LineCap::kRound &&
-                             style.drawMode == kCopyPen && style.dashCount == 0 &&
-                             style.lineStyle == 0;
-        return (isPlain ? units : kOutlined * units) + kPointInBand * bands_ * corners;
+        const double units = kLine + ofPoint * static_cast<double>(points) + ofDot * dots;
+        const bool isPlain =
+            style.drawMode == kCopyPen &&
+            (CapOf(style.lineAttributes) == LineCap::kRound || (smooth_ && width <= kNotOutlined));
+        return isPlain ? units : kOutlined * units + kOutlinedDot * dots;
     }
-    double AreaUnits(const DrawingStyle& style, double area, double length,
-                     std::size_t points) const {
+    double AreaUnits(const DrawingStyle& style, const Reach& reach, std::size_t points) const {
         double perDot = style.drawMode == kCopyPen ? kAreaDot : kBlendedDot;
         if (style.fillKind == kFillKindPattern) perDot = kPatternDot;
-        return (kPoint + kPointInBand * bands_) * static_cast<double>(points) +
-               perDot * area * scale_ * scale_ + kEdgeDot * length * scale_;
+        return kArea + kAreaRow * reach.rows +
+               (kCorner + kCornerInBand * BandsOf(reach.rows)) * static_cast<double>(points) +
+               perDot * reach.area * scale_ * scale_ + kEdgeDot * reach.length * scale_;
     }
 
     // Whether a line of that length is drawn in dashes.
@@ -190,16 +244,14 @@ class Meter final : public DisplayListVisitor {
         double period = 0.0;
         for (const double part : pattern) period += part;
         if (pattern.empty() || period <= 0.0) return true;
-        const double width =
-            std::max(1.0, style.lineWidth > 0 ? style.lineWidth * scale_ : hairline_);
         const double count = length / period * static_cast<double>(pattern.size()) / 2.0;
-        const double units = kDash + width * width;
-        const double dashes = count * units / kDash;
-        if (dashes > dashes_) {
+        const double units = count * (kDash + kDashRow * WidthOf(style));
+        if (units > std::min(dashUnits_, units_)) {
             drawsSolid_ = true;
             return false;
         }
-        dashes_ -= dashes;
+        dashUnits_ -= units;
+        units_ -= units;
         return true;
     }
 
@@ -209,13 +261,13 @@ class Meter final : public DisplayListVisitor {
     }
     template <typename Append>
     void PutLine(DrawingStyle style, double length, std::size_t points, const Append& append,
-                 bool isArc = false) {
+                 double arcUnits = 0.0) {
         const DrawingStyle asked = style;
         const bool dashed = AffordsDashes(style, length);
         if (!dashed) style.dashCount = 0;
         if (!dashed) style.lineStyle = 0;
-        const double corners = isArc ? static_cast<double>(points) : 0.0;
-        if (!Affords(LineUnits(style, length, points, corners)) || list_ == nullptr) return;
+        const double units = LineUnits(style, length, points) + arcUnits;
+        if (!Affords(units) || list_ == nullptr) return;
         if (!dashed) list_->AppendValue(RecordKind::kLineStyle, 0);
         append();
         if (!dashed) AppendLineStyle(asked);
@@ -265,9 +317,14 @@ class Meter final : public DisplayListVisitor {
 
     double scale_;     // dots of a unit
     double hairline_;  // dots
+    bool smooth_;
+    double bandRows_;
     double bands_;
+    bool upright_;  // the drawing's y runs down the page
+    double ofPlot_;
     double units_;
-    double dashes_;
+    double dashUnits_;
+    double cheapUnits_;
     DisplayList* list_;
     bool leavesOut_ = false;
     bool drawsSolid_ = false;
@@ -276,11 +333,13 @@ class Meter final : public DisplayListVisitor {
 }  // namespace
 
 std::optional<DisplayList> AffordablePart(const PageSource& page, const PageOptions& options,
-                                          const PageRaster& raster) {
+                                          const PageRaster& raster, std::int32_t bandRows) {
     if (page.sourceBytes == 0) return std::nullopt;
     const auto bytes = static_cast<double>(page.sourceBytes);
-    Meter meter(raster, bytes, nullptr);
+    const double part = options.budget == nullptr ? 1.0 : options.budget->work;
+    Meter meter(raster, bandRows, options, bytes, part, nullptr);
     Play(*page.drawing, meter);
+    if (options.budget != nullptr) options.budget->work = meter.PartLeft();
     if (!meter.LeavesOut() && !meter.DrawsSolid()) return std::nullopt;
     if (options.note) {
         const std::string name = page.name.empty() ? "the page" : page.name;
@@ -288,7 +347,7 @@ std::optional<DisplayList> AffordablePart(const PageSource& page, const PageOpti
                      (meter.LeavesOut() ? "not all of it is drawn" : "some dashes are not drawn"));
     }
     DisplayList list;
-    Meter filler(raster, bytes, &list);
+    Meter filler(raster, bandRows, options, bytes, part, &list);
     Play(*page.drawing, filler);
     return list;
 }

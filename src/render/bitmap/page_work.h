@@ -7,6 +7,7 @@
 // tests/render/bitmap/page_work_test.cpp.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 
 #include "host/display_list.h"
@@ -14,20 +15,21 @@
 
 namespace qm::bitmap {
 
-// Work in units of about a nanosecond: a dot that is filled takes one or less, a dot of a thin
-// line's length, of a pattern or of a picture more.
-inline constexpr double kUnits = 2e8;
-inline constexpr double kUnitsPerDot = 8.0;          // of the page
-inline constexpr double kUnitsPerByteAndDot = 0.75;  // bytes of the plot's file, dots of both sides
-// Dashes, each of which takes some 100 units; further dashed lines are drawn as solid ones.
-inline constexpr double kDashes = 1e6;
-inline constexpr double kDashesPerByte = 16.0;
-// Primitives of so few units, whose bytes have paid for them, are always drawn.
-inline constexpr double kCheapUnits = 300.0;
+// Work in units of about a nanosecond of a busy machine. Of a plot, together, at up to 100 dots per
+// inch; more in proportion to the dots of an area at more, or of a length per byte.
+inline constexpr double kUnits = 1.5e8;
+inline constexpr double kUnitsPerByte = 4000.0;  // of the plot's file
+// Part of it that dashes may take; further dashed lines are drawn as solid ones.
+inline constexpr double kPartOfDashes = 0.5;
+// Primitives of so few units are drawn when nothing is left for others, as far as the bytes of the
+// plot pay for them.
+inline constexpr double kCheapUnits = 1500.0;
+inline constexpr double kCheapUnitsPerByte = 500.0;
 
 // Nothing when the page can be drawn whole, or page.sourceBytes is 0. Else the part that can, in a
-// list of its own; options.note is told.
+// list of its own; options.note is told. `bandRows`: what is drawn of the page at a time, for
+// polygons and arcs are taken up by each band. What it takes is taken from options.budget.
 std::optional<DisplayList> AffordablePart(const PageSource& page, const PageOptions& options,
-                                          const PageRaster& raster);
+                                          const PageRaster& raster, std::int32_t bandRows);
 
 }  // namespace qm::bitmap

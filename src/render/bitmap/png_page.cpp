@@ -288,26 +288,6 @@ double DpiOfSide(const PageSource& page, const PageOptions& options) {
     return (options.sideDots - kLeftOver) * frame.unitsPerInch / side;
 }
 
-// The page at options.dpi or, when the plot has no more dots for it, at fewer, which `options` then
-// tell.
-bitmap::PageRaster FittingRaster(const PageSource& page, PageOptions& options) {
-    using namespace bitmap;
-    if (options.sideDots > 0) options.dpi = DpiOfSide(page, options);
-    PageRaster raster = RasterOf(page, options, "a PNG");
-    const auto dots = std::int64_t{raster.width} * raster.height;
-    if (options.dots == nullptr || options.dots->Take(dots)) return raster;
-    const double part = static_cast<double>(options.dots->Left()) / static_cast<double>(dots);
-    options.dpi = std::max(1.0, std::floor(options.dpi * std::sqrt(part)));
-    if (options.note) {
-        options.note((page.name.empty() ? "the page" : page.name) +
-                     " has too many dots for the plot's size; it is drawn with " +
-                     std::to_string(RoundToInt32(options.dpi)) + " dots per inch");
-    }
-    raster = RasterOf(page, options, "a PNG");
-    options.dots->Take(std::min(options.dots->Left(), std::int64_t{raster.width} * raster.height));
-    return raster;
-}
-
 // Dots that tell how much of what lies below is seen.
 void WriteClearPage(const PageSource& page, const PageOptions& options,
                     const bitmap::PageRaster& raster, PngHeader header, OutputSink& sink) {
@@ -337,18 +317,19 @@ void WriteClearPage(const PageSource& page, const PageOptions& options,
 
 }  // namespace
 
-WorkBudget DotsForPng(double dpi, std::uint64_t bytes) {
+WorkBudget DotsForBitmaps(double dpi, std::uint64_t bytes) {
     const double scale = std::max(1.0, dpi / 100.0);
     const auto scaled = [&](std::int64_t dots) {
         return TruncateToInt64(static_cast<double>(dots) * scale * scale);
     };
-    return WorkBudget::For(scaled(kPngDots), scaled(kPngDotsPerByte), bytes);
+    return WorkBudget::For(scaled(kBitmapDots), scaled(kBitmapDotsPerByte), bytes);
 }
 
 void WritePng(const PageSource& page, const PageOptions& options, OutputSink& sink) {
     using namespace bitmap;
     PageOptions drawing = options;
-    const PageRaster raster = FittingRaster(page, drawing);
+    if (drawing.sideDots > 0) drawing.dpi = DpiOfSide(page, drawing);
+    const PageRaster raster = FittingRaster(page, drawing, "a PNG");
     PngHeader header;
     header.width = raster.width;
     header.height = raster.height;

@@ -28,12 +28,13 @@ DisplayList Stripes(std::int32_t height, const ColourAt& colourAt) {
 
 class Bitmap : PictureSink {
   public:
-    Bitmap(const DisplayList& list, int bits) {
+    Bitmap(const DisplayList& list, int bits, BitmapBudget* budget = nullptr) {
         PageSource page;
         page.drawing = &list;
         PageOptions options;
         options.dpi = 1016.0;
         options.marginMillimetres = 0.0;
+        options.budget = budget;
         DrawBitmap(page, options, bits, *this);
         EXPECT_EQ(missing_, 0);
         view_ = PackedBitmapView::Parse(bytes_.data(), bytes_.size());
@@ -81,6 +82,8 @@ TEST(PageBitmap, DeepDotsKeepEveryColour) {
         EXPECT_EQ(bitmap.At(x, 0), ManyColours(x, 0));
         EXPECT_EQ(bitmap.At(x, 4), ManyColours(x, 4));
     }
+    BitmapBudget few{WorkBudget(80)};
+    EXPECT_EQ(Bitmap(Stripes(5, ManyColours), 24, &few).View().Width(), 32);
 }
 
 TEST(PageBitmap, ByteDotsKeepFewColoursAndRoundMany) {

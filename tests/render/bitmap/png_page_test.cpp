@@ -74,11 +74,11 @@ TEST(PngPage, PagesBeyondThePlotsDotsAreCoarser) {
     PageSource page;
     page.drawing = &list;
     page.name = "P";
-    WorkBudget dots(1000000 + 250000);
+    BitmapBudget budget{WorkBudget(1000000 + 250000)};
     PageOptions options;
     options.dpi = 100.0;
     options.marginMillimetres = 0.0;
-    options.dots = &dots;
+    options.budget = &budget;
     std::string said;
     options.note = [&said](const std::string& note) { said += note + '\n'; };
     const int widths[] = {1000, 500, 10};
@@ -88,8 +88,8 @@ TEST(PngPage, PagesBeyondThePlotsDotsAreCoarser) {
         EXPECT_EQ(PngDots(sink.text).Width(), width);
     }
     EXPECT_EQ(said.find("P has too many dots for the plot's size; it is drawn with 50 dots"), 0U);
-    EXPECT_EQ(DotsForPng(72.0, 10).Left(), (std::int64_t{1} << 26) + 10240);
-    EXPECT_EQ(DotsForPng(200.0, 10).Left(), ((std::int64_t{1} << 26) + 10240) * 4);
+    EXPECT_EQ(DotsForBitmaps(72.0, 10).Left(), (std::int64_t{1} << 26) + 5120);
+    EXPECT_EQ(DotsForBitmaps(200.0, 10).Left(), ((std::int64_t{1} << 26) + 5120) * 4);
 }
 
 // Shades first, a colour in the last row.
