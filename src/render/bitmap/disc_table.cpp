@@ -11,9 +11,6 @@ namespace qm::bitmap {
 
 namespace {
 
-// Bounds of what is a place, far outside any page.
-constexpr double kFarAway = 1e6;
-
 // The part of a dot that a disc covers, by the distance of their centres: mean of so many rows.
 std::uint8_t CoverageOfDisc(double radius, double x, double y) {
     constexpr int kRows = 16;
@@ -80,19 +77,6 @@ const DiscTable& DiscTable::For(double radius) {
     constexpr auto kLast = static_cast<std::int32_t>(kTables) - 1;
     const std::int32_t index = std::clamp(TruncateToInt32((radius - 0.5) * 64.0 + 0.5), 0, kLast);
     return Known(static_cast<std::size_t>(index), std::make_index_sequence<kTables>());
-}
-
-DiscTable::Disc DiscTable::Around(PointD centre) const {
-    const auto placeOf = [&](double value) {
-        return TruncateToInt32((std::clamp(value, -kFarAway, kFarAway) + 2.0 * kFarAway) * kSteps +
-                               0.5) -
-               reach_;
-    };
-    constexpr auto kMoved = static_cast<std::int32_t>(2.0 * kFarAway);
-    const std::int32_t x = placeOf(centre.x);
-    const std::int32_t y = placeOf(centre.y);
-    return {&columns_[static_cast<std::size_t>(y % kSteps)][static_cast<std::size_t>(x % kSteps)],
-            x / kSteps - kMoved, y / kSteps - kMoved};
 }
 
 }  // namespace qm::bitmap

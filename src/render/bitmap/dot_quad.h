@@ -2,6 +2,10 @@
 // what the processor has. Test: tests/render/bitmap/stroke_quality_test.cpp.
 #pragma once
 
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -19,12 +23,22 @@ using QuadPairs = std::uint64_t __attribute__((vector_size(16)));
 inline QuadLongs AllFour(std::uint32_t value) { return QuadLongs{value, value, value, value}; }
 inline QuadFloats AllFour(float value) { return QuadFloats{value, value, value, value}; }
 
+// Compilers do not see that the processor has these in one instruction.
+#ifdef __SSE__
+inline QuadFloats AtLeast(QuadFloats values, float least) {
+    return _mm_max_ps(values, AllFour(least));
+}
+inline QuadFloats AtMost(QuadFloats values, float most) {
+    return _mm_min_ps(values, AllFour(most));
+}
+#else
 inline QuadFloats AtLeast(QuadFloats values, float least) {
     return values > AllFour(least) ? values : AllFour(least);
 }
 inline QuadFloats AtMost(QuadFloats values, float most) {
     return values < AllFour(most) ? values : AllFour(most);
 }
+#endif
 inline QuadFloats Absolute(QuadFloats values) {
     return reinterpret_cast<QuadFloats>(reinterpret_cast<QuadLongs>(values) & 0x7FFFFFFFU);
 }
@@ -35,6 +49,14 @@ inline QuadFloats AsFloats(QuadLongs values) {
 // Not negative ones, truncated.
 inline QuadLongs AsLongs(QuadFloats values) {
     return reinterpret_cast<QuadLongs>(__builtin_convertvector(values, QuadSigned));
+}
+
+// Four bytes, the lowest first.
+inline QuadLongs Unpacked(std::uint32_t bytes) {
+    using Bytes = std::uint8_t __attribute__((vector_size(16)));
+    const auto packed = reinterpret_cast<Bytes>(QuadLongs{bytes, 0, 0, 0});
+    return reinterpret_cast<QuadLongs>(__builtin_shufflevector(
+        packed, Bytes{}, 0, 16, 16, 16, 1, 16, 16, 16, 2, 16, 16, 16, 3, 16, 16, 16));
 }
 
 // Coverages of 255 as parts of 256, as Mix takes them, twice each.
@@ -50,13 +72,12 @@ class QuadColour {
         : outer_(reinterpret_cast<QuadWords>(AllFour(colour & 0xFF00FF))),
           inner_(reinterpret_cast<QuadWords>(AllFour(colour >> 8 & 0xFF00FF))) {}
 
-    // Mix of blending.h.
+    // Mix of blending.h, whose sum fits 16 bits; differences that wrap come back to it.
     QuadLongs MixedInto(QuadLongs paper, QuadWords parts) const {
-        const QuadWords rest = 256 - parts;
         const auto outer = reinterpret_cast<QuadWords>(paper & 0xFF00FF);
         const auto inner = reinterpret_cast<QuadWords>(paper >> 8 & 0xFF00FF);
-        const QuadWords mixedOuter = (outer * rest + outer_ * parts + 128) >> 8;
-        const QuadWords mixedInner = (inner * rest + inner_ * parts + 128) >> 8;
+        const QuadWords mixedOuter = ((outer << 8) + (outer_ - outer) * parts + 128) >> 8;
+        const QuadWords mixedInner = ((inner << 8) + (inner_ - inner) * parts + 128) >> 8;
         return reinterpret_cast<QuadLongs>(mixedOuter) | reinterpret_cast<QuadLongs>(mixedInner)
                                                              << 8;
     }
@@ -126,8 +147,7 @@ class DotQuad {
     std::ptrdiff_t step_;
 };
 
-// Neighbours in a row. Reading again soon what was written is fast only in the same pairs: callers
-// begin at even columns.
+// Neighbours in a row.
 class DotRun {
   public:
     explicit DotRun(BandDot* dot) : dot_(dot) {}

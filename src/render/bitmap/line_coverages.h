@@ -29,7 +29,7 @@ class LineCoverages {
         columns_.fill(0);
     }
 
-    // What four dots are covered, 0 to 255 each, as Unpacked takes it.
+    // What four dots are covered, 0 to 255 each, as Unpacked of dot_quad.h takes it.
     using Table = std::array<std::uint32_t, kPlaces>;
 
     // Lines of about one slope.
@@ -76,12 +76,6 @@ class LineCoverages {
             tables_[slope][place] = Packed(line.Covered(place));
         }
         return &tables_[slope];
-    }
-    static QuadLongs Unpacked(std::uint32_t bytes) {
-        using Bytes = std::uint8_t __attribute__((vector_size(16)));
-        const auto packed = reinterpret_cast<Bytes>(QuadLongs{bytes, 0, 0, 0});
-        return reinterpret_cast<QuadLongs>(__builtin_shufflevector(
-            packed, Bytes{}, 0, 16, 16, 16, 1, 16, 16, 16, 2, 16, 16, 16, 3, 16, 16, 16));
     }
 
   private:

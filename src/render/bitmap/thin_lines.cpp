@@ -28,12 +28,7 @@ double ReachOf(PointD normal) { return (std::abs(normal.x) + std::abs(normal.y))
 
 // The first dot whose centre is at or behind `place`; between `low`, not negative, and `high`.
 std::int32_t FirstDot(double place, std::int32_t low, std::int32_t high) {
-    return TruncateToInt32(std::min(std::max(place + 0.5, double(low)), double(high)));
-}
-
-// Four bytes.
-QuadFloats BytesAsFloats(std::uint32_t bytes) {
-    return AsFloats(QuadLongs{bytes & 255, bytes >> 8 & 255, bytes >> 16 & 255, bytes >> 24});
+    return TruncateSmall(std::min<double>(high, std::max<double>(low, place + 0.5)));
 }
 
 }  // namespace
@@ -98,17 +93,17 @@ struct ThinLines::Walk {
 
 // What a line's end adds for its roundness.
 struct ThinLines::Roundness {
-    float whole;  // part of the disc that is added
-    float less;   // and how much less of it inside the end
+    QuadFloats whole;  // part of the disc that is added
+    QuadFloats less;   // and how much less of it inside the end
     DiscTable::Disc disc;
 
     // Turned: x of the centre is y of the page.
     Roundness(Cap cap, const DiscTable& discs, PointD place)
-        : whole(cap == Cap::kRound ? 1.0F : 0.0F),
-          less(cap == Cap::kFlat ? 0.0F : 1.0F),
+        : whole(AllFour(cap == Cap::kRound ? 1.0F : 0.0F)),
+          less(AllFour(cap == Cap::kFlat ? 0.0F : 1.0F)),
           disc(discs.Around({place.y, place.x})) {}
-    QuadFloats Of(std::int32_t x, std::int32_t y, QuadFloats inside) const {
-        return BytesAsFloats(disc.At(x, y)) * (whole - less * inside);
+    QuadFloats Of(const DiscTable::Disc::Row& dots, std::int32_t row, QuadFloats inside) const {
+        return AsFloats(Unpacked(dots.At(row))) * (whole - less * inside);
     }
 };
 
@@ -139,7 +134,7 @@ struct ThinLines::Limit {
     }
     // What is added for its roundness, by those parts.
     QuadFloats Round(std::int32_t x, std::int32_t y, QuadFloats inside) const {
-        return BytesAsFloats(disc.At(x, y)) * (whole - less * inside);
+        return AsFloats(Unpacked(disc.At(x, y))) * (whole - less * inside);
     }
 };
 
@@ -164,39 +159,45 @@ void ThinLines::AddShort(const Line& line) const {
     const Roundness start(line.start, *discs_, line.from);
     const Roundness end(line.end, *discs_, line.to);
     const PointD length = line.to - line.from;
-    const auto beyond = static_cast<float>(start.less > 0.0F ? 0.0 : line.beyond);
-    const auto beyondEnd = static_cast<float>(end.less > 0.0F ? 0.0 : line.beyond);
     const auto whole = static_cast<float>(length.x * line.along.x + length.y * line.along.y);
+    const auto flat = static_cast<float>(line.beyond);
+    const QuadFloats beyond = AllFour(line.start == Cap::kFlat ? flat : 0.0F);
+    const QuadFloats beyondEnd = AllFour(whole + (line.end == Cap::kFlat ? flat : 0.0F));
     const auto x = static_cast<float>(line.along.x);
     const auto y = static_cast<float>(line.along.y);
-    const auto halfWidth = static_cast<float>(halfWidth_);
-    const QuadFloats right = AllFour(static_cast<float>(fromX + 0.5 - line.from.x)) + kFirstFour;
+    const QuadFloats halfWidth = AllFour(static_cast<float>(halfWidth_));
     const StrokeInk::Line ink = ink_.Current();
     const QuadColour colour = ink.Colour();
-    for (std::int32_t row = fromY; row < endY; ++row) {
-        BandDot* const dots = band_.Row(row);
-        const auto down = static_cast<float>(row + 0.5 - line.from.y);
-        // From the line and, along it, from its start.
-        QuadFloats away = right * y - down * x;
-        QuadFloats inside = right * x + down * y;
-        for (std::int32_t column = fromX; column < endX;
-             column += 4, away += 4.0F * y, inside += 4.0F * x) {
-            const QuadFloats distance = Absolute(away);
+    const std::ptrdiff_t width = band_.Width();
+    const double above = 0.5 - line.from.y;
+    const std::int32_t boundsEnd = bounds_.right;
+    for (std::int32_t column = fromX; column < endX; column += 4) {
+        const auto startDots = start.disc.From(column);
+        const auto endDots = end.disc.From(column);
+        const QuadFloats right =
+            AllFour(static_cast<float>(column + 0.5 - line.from.x)) + kFirstFour;
+        const QuadFloats rightAway = right * y;
+        const QuadFloats rightInside = right * x;
+        BandDot* dots = band_.Row(fromY) + column;
+        for (std::int32_t row = fromY; row < endY; ++row, dots += width) {
+            const auto down = static_cast<float>(row + above);
+            // From the line and, along it, from its start.
+            const QuadFloats distance = Absolute(rightAway - down * x);
+            const QuadFloats inside = rightInside + down * y;
             const QuadFloats endless =
                 planes.Inside(halfWidth - distance) - planes.Beyond(halfWidth + distance);
             const QuadFloats inStart = planes.Inside(inside + beyond);
-            const QuadFloats inEnd = planes.Inside(whole + beyondEnd - inside);
+            const QuadFloats inEnd = planes.Inside(beyondEnd - inside);
             const QuadFloats both = AtLeast(inStart + inEnd - 1.0F, 0.0F);
-            const QuadFloats covered = endless * both * 255.0F + start.Of(row, column, inStart) +
-                                       end.Of(row, column, inEnd) + 0.5F;
+            const QuadFloats covered = endless * both * 255.0F + start.Of(startDots, row, inStart) +
+                                       end.Of(endDots, row, inEnd) + 0.5F;
             const QuadLongs coverages = AsLongs(AtMost(AtLeast(covered, 0.0F), 255.0F));
-            if (column >= bounds_.left && column + 4 <= bounds_.right) {
-                ink.CoverFour(DotRun(dots + column), coverages, colour);
+            if (column + 4 <= boundsEnd) {
+                ink.CoverFour(DotRun(dots), coverages, colour);
                 continue;
             }
-            for (int i = 0; i < 4; ++i) {
-                if (column + i < bounds_.left || column + i >= bounds_.right) continue;
-                if (coverages[i] != 0) ink.Cover(dots[column + i], coverages[i]);
+            for (int i = 0; column + i < boundsEnd; ++i) {
+                if (coverages[i] != 0) ink.Cover(dots[i], coverages[i]);
             }
         }
     }
@@ -318,7 +319,7 @@ void ThinLines::AddBody(const Walk& walk, std::int32_t from, std::int32_t end) {
     const std::size_t slope = LineCoverages::NumberOf(walk.slope);
     if (const auto* const table = coverages_.TableFor(slope, end - from)) {
         return AddColumns(walk, from, end, [table, placeOf](std::int64_t window) {
-            return LineCoverages::Unpacked((*table)[placeOf(window)]);
+            return Unpacked((*table)[placeOf(window)]);
         });
     }
     AddColumns(walk, from, end, [line = coverages_.Of(slope), placeOf](std::int64_t window) {
