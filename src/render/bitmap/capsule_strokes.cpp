@@ -44,6 +44,7 @@ CapsuleStrokes::Line::Line(PointD first, PointD second) : from(first), to(second
 void CapsuleStrokes::Begin(double halfWidth, std::uint32_t colour) {
     ink_.Begin(band_, colour);
     halfWidth_ = halfWidth;
+    if (!smooth_) return hard_.Begin(halfWidth, colour);
     if (halfWidth <= kThin) thin_.SetHalfWidth(halfWidth);
 }
 
@@ -86,8 +87,29 @@ void CapsuleStrokes::Add(const Piece& piece) {
         if (smooth_) {
             AddThick(Line(from, to));
         } else {
-            AddHard(Line(from, to));
+            hard_.Add(from, to);
         }
+    }
+}
+
+// All rows at once: waiting for one after the other takes longer than to draw a letter.
+void CapsuleStrokes::Fetch(PointD corner, PointD opposite) const {
+    constexpr std::int32_t kMostRows = 64;
+    constexpr std::int32_t kDotsAtOnce = 64 / sizeof(BandDot);
+    const auto [left, right] = std::minmax(corner.x, opposite.x);
+    const auto [top, bottom] = std::minmax(corner.y, opposite.y);
+    const std::int32_t first = FirstColumn(left - halfWidth_, bounds_);
+    const std::int32_t end = EndColumn(right + halfWidth_, bounds_);
+    if (first >= end) return;
+    const auto rowAt = [&](double y) {
+        return TruncateToInt32(std::min(std::max(y, double(bounds_.top)), double(bounds_.bottom)));
+    };
+    const std::int32_t firstRow = rowAt(top - halfWidth_);
+    const std::int32_t endRow = std::min(rowAt(bottom + halfWidth_ + 1.0), firstRow + kMostRows);
+    for (std::int32_t y = firstRow; y < endRow; ++y) {
+        const BandDot* const dots = band_.Row(y);
+        for (std::int32_t x = first; x < end; x += kDotsAtOnce) __builtin_prefetch(dots + x, 1);
+        __builtin_prefetch(dots + end - 1, 1);
     }
 }
 
@@ -221,43 +243,6 @@ void CapsuleStrokes::AddThick(const Line& s) {
         edges(from, std::min(solidFrom, end));
         ink.Fill(row + solidFrom, row + solidEnd);
         edges(solidEnd, end);
-    }
-}
-
-// -------------------------------------------------------------------------------------- hard edges
-
-void CapsuleStrokes::AddHard(const Line& s) {
-    const StrokeInk::Line ink = ink_.Current();
-    const double low = std::min(s.from.y, s.to.y) - halfWidth_;
-    const double high = std::max(s.from.y, s.to.y) + halfWidth_;
-    const auto fill = [&](std::int32_t y) {
-        const Run run = RunOf(s, halfWidth_, y + 0.5);
-        if (!(run.low <= run.high)) return false;
-        const std::int32_t first = FirstColumn(run.low, bounds_);
-        const std::int32_t end = EndColumn(run.high, bounds_);
-        if (y >= bounds_.top && y < bounds_.bottom)
-            ink.Fill(band_.Row(y) + first, band_.Row(y) + end);
-        return first < end;
-    };
-    // A speck between the centres of dots would vanish.
-    if (s.length + 2.0 * halfWidth_ < 2.0) {
-        bool shown = false;
-        for (std::int32_t y = TruncateToInt32(std::floor(low)); y <= high; ++y) {
-            shown = fill(y) || shown;
-        }
-        if (shown) return;
-        const std::int32_t column = TruncateToInt32(std::floor((s.from.x + s.to.x) / 2.0));
-        const std::int32_t y = TruncateToInt32(std::floor((s.from.y + s.to.y) / 2.0));
-        if (column < bounds_.left || column >= bounds_.right || y < bounds_.top ||
-            y >= bounds_.bottom) {
-            return;
-        }
-        return ink.Fill(band_.Row(y) + column, band_.Row(y) + column + 1);
-    }
-    const std::int32_t endRow = std::min(TruncateToInt32(std::max(high, 0.0)) + 1, bounds_.bottom);
-    for (std::int32_t y = std::max(TruncateToInt32(std::max(low, 0.0)), bounds_.top); y < endRow;
-         ++y) {
-        fill(y);
     }
 }
 

@@ -3,7 +3,7 @@
 // tests/render/bitmap/page_painter_test.cpp, tests/render/bitmap/stroke_quality_test.cpp.
 //
 // A line is a capsule: the dots up to half the pen's width away. stroke_ink.h makes one area of
-// those of a stroke, thin_lines.h draws the thin ones.
+// those of a stroke, thin_lines.h draws the thin ones, hard_lines.h those with hard edges.
 #pragma once
 
 #include <cstddef>
@@ -12,6 +12,7 @@
 
 #include "common/geometry.h"
 #include "render/bitmap/band.h"
+#include "render/bitmap/hard_lines.h"
 #include "render/bitmap/stroke_ink.h"
 #include "render/bitmap/thin_lines.h"
 
@@ -35,17 +36,21 @@ class CapsuleStrokes {
         const PointD* after = nullptr;
     };
 
-    CapsuleStrokes(Band& band, bool smooth) : band_(band), smooth_(smooth), thin_(band, ink_) {}
+    CapsuleStrokes(Band& band, bool smooth)
+        : band_(band), smooth_(smooth), thin_(band, ink_), hard_(band) {}
 
     // Dots outside `bounds`, which lies in the band, stay as they are.
     void SetBounds(const DotBox& bounds) {
         bounds_ = bounds;
         thin_.SetBounds(bounds);
+        hard_.SetBounds(bounds);
     }
     // The following pieces belong to one stroke, of kMostLines lines at most. `halfWidth` in dots,
     // at least 0.5; `colour` is 0x00RRGGBB.
     void Begin(double halfWidth, std::uint32_t colour);
     void Add(const Piece& piece);
+    // Has the memory of the dots between two points brought near, for lines that are soon added.
+    void Fetch(PointD corner, PointD opposite) const;
     // Instead of a piece of `lines` lines that the bounds do not show.
     void Skip(std::size_t lines) { ink_.Skip(static_cast<std::uint32_t>(lines)); }
 
@@ -70,7 +75,6 @@ class CapsuleStrokes {
     void AddThin(const Piece& piece);
     void TakeLines(const Piece& piece);
     void AddThick(const Line& line);
-    void AddHard(const Line& line);
     static Run RunOf(const Line& line, double radius, double y);
     unsigned CoverageAt(const Line& line, double x, double y) const;
 
@@ -79,6 +83,7 @@ class CapsuleStrokes {
     DotBox bounds_;
     StrokeInk ink_;
     ThinLines thin_;
+    HardLines hard_;
     double halfWidth_ = 0.5;
     std::vector<Line> lines_;
 };
