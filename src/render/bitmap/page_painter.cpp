@@ -162,6 +162,25 @@ void PagePainter::Lines(const DrawingStyle& style, PointSpan points) {
         !MayShow(points.data, points.count, look.shape.halfWidth * kMitreReach + 1.0)) {
         return;
     }
+    StrokeLines(look, points);
+}
+
+// Most letters lie in other bands, which their box tells for all of their lines.
+bool PagePainter::Letter(const DrawingStyle& style, const LetterRecord& letter) {
+    Checkpoint();
+    const Look& look = LookOf(style);
+    if (look.operation == kKeepPaper) return true;
+    const PointI corners[] = {letter.box.a, letter.box.b};
+    if (MayShow(corners, 2, look.shape.halfWidth * kMitreReach + 1.0)) {
+        if (look.isFast) {
+            capsules_.Fetch(ToDots(corners[0].x, corners[0].y), ToDots(corners[1].x, corners[1].y));
+        }
+        PlacedLetter(letter).ForEachRun([&](PointSpan run) { StrokeLines(look, run); });
+    }
+    return true;
+}
+
+void PagePainter::StrokeLines(const Look& look, PointSpan points) {
     if (IsDot(points)) return StrokeDot(look, ToDots(points[0].x, points[0].y));
     const bool closed = points.count > 2 && points[0] == points[points.count - 1];
     if (look.isFast && look.dashes.lengths.empty()) return StrokeFast(look, points, closed);

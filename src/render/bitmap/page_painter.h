@@ -40,6 +40,7 @@ class PagePainter final : public DisplayListVisitor {
     Band& Draw(const DisplayList& list, std::int32_t top, std::int32_t bottom);
 
     void Lines(const DrawingStyle& style, PointSpan points) override;
+    bool Letter(const DrawingStyle& style, const LetterRecord& letter) override;
     void Rectangle(const DrawingStyle& style, const BoxI& box, bool filled) override;
     void Circle(const DrawingStyle& style, PointI centre, std::int32_t radius,
                 bool filled) override;
@@ -94,6 +95,7 @@ class PagePainter final : public DisplayListVisitor {
     bool MayShow(const PointI* points, std::size_t count, double reach) const;
     void TakePath(PointSpan points);
     void TakeArc(const ArcShape& arc, double from, double to);
+    void StrokeLines(const Look& look, PointSpan points);
     void StrokeFast(const Look& look, PointSpan points, bool closed);
     void StrokePath(const Look& look, bool closed);
     void StrokeDot(const Look& look, PointD centre);

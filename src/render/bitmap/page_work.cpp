@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "common/numbers.h"
 #include "common/packed_bitmap.h"
@@ -54,6 +55,16 @@ double PathLength(PointSpan points) {
     return length;
 }
 
+double LengthOf(const Strokes& strokes) {
+    double length = 0.0;
+    const PointI* run = strokes.points;
+    for (std::size_t i = 0; i < strokes.runs; ++i) {
+        length += PathLength({run, strokes.lengths[i]});
+        run += strokes.lengths[i];
+    }
+    return length;
+}
+
 // No less than what an even-odd fill of the ring covers: the triangles with its first point, or its
 // box.
 double CoveredArea(PointSpan ring) {
@@ -97,6 +108,17 @@ class Meter final : public DisplayListVisitor {
 
     void Lines(const DrawingStyle& style, PointSpan points) override {
         Stroke(style, points, false);
+    }
+    // As Lines of its runs as long as all of them are affordable.
+    bool Letter(const DrawingStyle& style, const LetterRecord& letter) override {
+        if (list_ != nullptr || style.dashCount != 0 || style.lineStyle != 0) return false;
+        if (letter.number >= lengths_.size()) lengths_.resize(letter.number + std::size_t{1}, -1.0);
+        double& length = lengths_[letter.number];
+        if (length < 0.0) length = LengthOf(letter.shape);
+        const double units = LineUnits(style, length, letter.shape.count);
+        if (units > units_) return false;
+        units_ -= units;
+        return true;
     }
     void Polygon(const DrawingStyle& style, PointSpan points, bool filled) override {
         if (!filled) return Stroke(style, points, true);
@@ -326,6 +348,7 @@ class Meter final : public DisplayListVisitor {
     double dashUnits_;
     double cheapUnits_;
     DisplayList* list_;
+    std::vector<double> lengths_;  // of letters by their number; negative: not yet known
     bool leavesOut_ = false;
     bool drawsSolid_ = false;
 };
