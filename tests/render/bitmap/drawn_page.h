@@ -1,6 +1,8 @@
 // A page drawn dot for dot: 1016 dots per inch, so that a plotter unit is a dot, and no margin.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -47,6 +49,16 @@ inline DrawnPage Draw(const DisplayList& list, const PageOptions& options = DotF
     DrawBands(page, options, raster, take,
               bandBytes == 0 ? BandBytesFor(page, options, raster) : bandBytes);
     return drawn;
+}
+
+// Of a point from the line between two others.
+inline double DistanceToLine(PointD p, PointD from, PointD to) {
+    const PointD way = to - from;
+    const PointD off = p - from;
+    const double square = way.x * way.x + way.y * way.y;
+    const double along = square > 0.0 ? (off.x * way.x + off.y * way.y) / square : 0.0;
+    const double part = std::clamp(along, 0.0, 1.0);
+    return std::hypot(off.x - part * way.x, off.y - part * way.y);
 }
 
 // White paper of `side` dots.

@@ -74,7 +74,8 @@ ColourAt Everywhere(std::uint32_t colour) {
 
 // Numbers without a pattern, the same in each run.
 std::uint32_t Noise(std::int32_t x, std::int32_t y) {
-    return std::minstd_rand(static_cast<std::uint32_t>(x * 1009 + y * 9176 + 1))() >> 7;
+    std::minstd_rand next(static_cast<std::uint32_t>(x * 1009 + y * 9176 + 1));
+    return static_cast<std::uint32_t>(next() >> 7);
 }
 
 TEST(PictureSampler, DepthsLookAlike) {

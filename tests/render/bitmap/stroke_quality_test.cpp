@@ -18,20 +18,11 @@ using namespace qm::bitmap;
 constexpr int kSamples = 16;  // a dot, and units
 constexpr int kSide = 96;     // of the page, in dots
 
-double Distance(PointD p, PointD from, PointD to) {
-    const PointD way = to - from;
-    const PointD off = p - from;
-    const double square = way.x * way.x + way.y * way.y;
-    const double along = square > 0.0 ? (off.x * way.x + off.y * way.y) / square : 0.0;
-    const double part = std::clamp(along, 0.0, 1.0);
-    return std::hypot(off.x - part * way.x, off.y - part * way.y);
-}
-
 // Of the dot with its lower left corner at (x, y), 0 to 255.
 int SampledCoverage(const std::vector<PointD>& points, double half, int x, int y) {
     std::vector<std::size_t> touched;
     for (std::size_t i = 1; i < points.size(); ++i) {
-        if (Distance({x + 0.5, y + 0.5}, points[i - 1], points[i]) < half + 0.75)
+        if (DistanceToLine({x + 0.5, y + 0.5}, points[i - 1], points[i]) < half + 0.75)
             touched.push_back(i);
     }
     int inside = 0;
@@ -39,7 +30,7 @@ int SampledCoverage(const std::vector<PointD>& points, double half, int x, int y
         const int row = sample / kSamples;
         const PointD p{x + (sample % kSamples + 0.5) / kSamples, y + (row + 0.5) / kSamples};
         inside += std::any_of(touched.begin(), touched.end(), [&](std::size_t i) {
-            return Distance(p, points[i - 1], points[i]) <= half;
+            return DistanceToLine(p, points[i - 1], points[i]) <= half;
         });
     }
     return RoundToInt32(inside * 255.0 / (kSamples * kSamples));
