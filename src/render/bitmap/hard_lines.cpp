@@ -57,8 +57,8 @@ struct HardLines::Capsule {
     PointD upper;
     PointD lower;
     double square;  // of the half width
-    double shift =
-        0.0;  // by so many rows the left side begins and ends later, the right one sooner
+    // By so many rows the left side begins and ends later, the right one sooner.
+    double shift = 0.0;
     double slope = 0.0;  // of x along y
     double side = 0.0;   // from the line to its sides, along a row
 
@@ -97,8 +97,7 @@ void HardLines::Add(const PointD& from, const PointD& to) const {
     AddRows(from, to, std::max(box.top, bounds_.top), std::min(box.bottom, bounds_.bottom));
 }
 
-// -------------------------------------------------------------------------------------- short
-// lines
+// ------------------------------------------------------------------------------------- short lines
 
 void HardLines::AddDots(const PointD& from, const PointD& to, const DotBox& box) const {
     PointD way = to - from;
@@ -148,8 +147,7 @@ void HardLines::AddSpeck(PointD middle) const {
     band_.Row(TruncateSmall(middle.y))[TruncateSmall(middle.x)] = ink_;
 }
 
-// --------------------------------------------------------------------------------------- long
-// lines
+// -------------------------------------------------------------------------------------- long lines
 
 void HardLines::AddRows(const PointD& from, const PointD& to, std::int32_t top,
                         std::int32_t bottom) const {

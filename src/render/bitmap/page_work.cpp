@@ -39,7 +39,8 @@ constexpr double kAreaDot      =   0.8;
 constexpr double kBlendedDot   =   4.0;
 constexpr double kPatternDot   = 190.0;
 constexpr double kPictureDot   =  16.0;
-constexpr double kSourceDot    =   8.0;
+constexpr double kSourceDot    =   0.2;  // and for each of its bits
+constexpr double kSourceBit    =   0.2;
 constexpr double kNotOutlined  =   1.5;  // dots of width: no one sees the shape of such lines' ends
 // clang-format on
 constexpr std::int32_t kCopyPen = 13;
@@ -173,10 +174,12 @@ class Meter final : public DisplayListVisitor {
     void Picture(const DrawingStyle&, const BoxI& box, std::int32_t rasterOperation,
                  ByteRun bitmap) override {
         const auto view = PackedBitmapView::Parse(bitmap.data, bitmap.size);
-        const double source = view ? double{1} * view->Width() * view->Height() : 0.0;
+        const double source = view ? double{1} * view->Width() * view->Height() *
+                                         (kSourceDot + kSourceBit * view->Bits())
+                                   : 0.0;
         const double dots = std::abs((double{1} * box.b.x - box.a.x) * scale_) *
                             std::abs((double{1} * box.b.y - box.a.y) * scale_);
-        PutArea(kPictureDot * dots + kSourceDot * source,
+        PutArea(kPictureDot * dots + source,
                 [&] { list_->AppendPicture(box, rasterOperation, bitmap); });
     }
     void Pattern(const FillPattern& pattern) override {

@@ -17,7 +17,7 @@ namespace qm::bitmap {
 
 // Work in units of about a nanosecond of a busy machine. Of a plot, together, at up to 100 dots per
 // inch; more in proportion to the dots of an area at more, or of a length per byte.
-inline constexpr double kUnits = 1.5e8;
+inline constexpr double kUnits = 3e8;
 inline constexpr double kUnitsPerByte = 4000.0;  // of the plot's file
 // Part of it that dashes may take; further dashed lines are drawn as solid ones.
 inline constexpr double kPartOfDashes = 0.5;

@@ -43,25 +43,25 @@ const Row kRows[] = {
     {"long lines", [](auto& l) { l.AppendLine(kPage.a, {20000, 20000}); l.AppendLine({5, 0}, {0, 9}); },
      &PageSummary::lines, 2 * kTimes, 2 * kTimes, ""},
     {"very long lines", [](auto& l) { for (int i = 0; i < 20; ++i) { l.AppendLine(kPage.a, kPage.b); l.AppendLine({5, 0}, {0, 9}); } },
-     &PageSummary::lines, 1500, 4000, kNotAll},
+     &PageSummary::lines, 2000, 8000, kNotAll},
     {"a chain of them", [](auto& l) { for (int i = 0; i < 20; ++i) { l.AppendLine(kPage.a, kPage.b); l.AppendLine(kPage.b, kPage.a); } },
-     &PageSummary::lines, 500, 1500, kNotAll},
+     &PageSummary::lines, 1000, 3000, kNotAll},
     {"wide lines", [](auto& l) { l.AppendValue(RecordKind::kLineWidth, 4000); l.AppendLine(kPage.a, kPage.b); },
      &PageSummary::lines, 50, 900, kNotAll},
     {"dashes", [](auto& l) { Dashes(l); l.AppendLine({0, 0}, {10000, 10000}); l.AppendLine({5, 0}, {0, 9}); },
      &PageSummary::lines, 2 * kTimes, 2 * kTimes, kNoDashes},
     {"areas", [](auto& l) { l.AppendRectangle(kPage, true); },
-     &PageSummary::rectangles, 5, 20, kNotAll},
+     &PageSummary::rectangles, 10, 40, kNotAll},
     {"circles", [](auto& l) { l.AppendCircle({20000, 20000}, 20000, true); },
-     &PageSummary::circles, 4, 20, kNotAll},
+     &PageSummary::circles, 8, 40, kNotAll},
     {"thin polygons", [](auto& l) { const PointI p[] = {{0, 0}, {1000, 1000}, {990, 1000}}; l.AppendPolygon({p, 3}, true); },
      &PageSummary::polygons, kTimes, kTimes, ""},
     {"polygons", [](auto& l) { const PointI p[] = {{0, 0}, {40000, 40000}, {0, 40000}}; l.AppendPolygon({p, 3}, true); },
-     &PageSummary::polygons, 8, 40, kNotAll},
+     &PageSummary::polygons, 16, 80, kNotAll},
     {"patterns", [](auto& l) { l.AppendFillStyle(3, 1); l.AppendRectangle(kPage, true); },
      &PageSummary::rectangles, 0, 2, kNotAll},
     {"arcs in many bands", [](auto& l) { l.AppendCircle({20000, 20000}, 20000, false); },
-     &PageSummary::circles, 20, 60, kNotAll},
+     &PageSummary::circles, 40, 120, kNotAll},
 };
 // clang-format on
 
@@ -91,7 +91,7 @@ TEST(PageWork, WhatFollowsTheAllowanceIsLeftOut) {
 
 TEST(PageWork, PagesOfAPlotShareIt) {
     DisplayList list;
-    for (int i = 0; i < 8; ++i) list.AppendRectangle(kPage, true);
+    for (int i = 0; i < 16; ++i) list.AppendRectangle(kPage, true);
     PageSource page;
     page.drawing = &list;
     page.sourceBytes = kBytes;
@@ -104,7 +104,7 @@ TEST(PageWork, PagesOfAPlotShareIt) {
     EXPECT_LT(budget.work, 0.4);
     const auto second = AffordablePart(page, options, raster, 64);
     ASSERT_TRUE(second);
-    EXPECT_LT(Summarise(*second).rectangles, 4U);
+    EXPECT_LT(Summarise(*second).rectangles, 8U);
 }
 
 }  // namespace
