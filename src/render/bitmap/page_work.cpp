@@ -8,6 +8,7 @@
 #include "common/numbers.h"
 #include "common/packed_bitmap.h"
 #include "host/display_list_player.h"
+#include "render/bitmap/blending.h"
 #include "render/fill_pattern.h"
 #include "render/line_look.h"
 
@@ -43,7 +44,6 @@ constexpr double kSourceDot    =   0.2;  // and for each of its bits
 constexpr double kSourceBit    =   0.2;
 constexpr double kNotOutlined  =   1.5;  // dots of width: no one sees the shape of such lines' ends
 // clang-format on
-constexpr std::int32_t kCopyPen = 13;
 constexpr std::size_t kChainPiece = 64;  // lines of a chain that are left out together
 
 double Distance(PointI a, PointI b) {
@@ -250,12 +250,12 @@ class Meter final : public DisplayListVisitor {
         }
         const double units = kLine + ofPoint * static_cast<double>(points) + ofDot * dots;
         const bool isPlain =
-            style.drawMode == kCopyPen &&
+            OperationOfDrawMode(style.drawMode) == kCopyPen &&
             (CapOf(style.lineAttributes) == LineCap::kRound || (smooth_ && width <= kNotOutlined));
         return isPlain ? units : kOutlined * units + kOutlinedDot * dots;
     }
     double AreaUnits(const DrawingStyle& style, const Reach& reach, std::size_t points) const {
-        double perDot = style.drawMode == kCopyPen ? kAreaDot : kBlendedDot;
+        double perDot = OperationOfDrawMode(style.drawMode) == kCopyPen ? kAreaDot : kBlendedDot;
         if (style.fillKind == kFillKindPattern) perDot = kPatternDot;
         return kArea + kAreaRow * reach.rows +
                (kCorner + kCornerInBand * BandsOf(reach.rows)) * static_cast<double>(points) +
