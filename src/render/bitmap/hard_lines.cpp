@@ -22,9 +22,9 @@ constexpr double kFlattest = 1e-9;
 // Rows between the sides alone for which stepping pays.
 constexpr std::int32_t kFewestStraight = 3;
 // Beyond any page.
-constexpr double kFarthest = 1e6;
+constexpr double kFarthestRow = 1e6;
 // Places along a row are counted in 1/2^32 dots while they are stepped.
-constexpr double kFine = 4294967296.0;
+constexpr double kPartsOfDot = 4294967296.0;
 constexpr std::int64_t kAlmostDot = 0xFFFFFFFF;
 
 // The first dot whose centre is at or behind `place`, and the one behind the last at or before it;
@@ -156,11 +156,11 @@ void HardLines::AddRows(const PointD& from, const PointD& to, std::int32_t top,
     const double straightBottom = line.lower.y - std::abs(line.shift);
     const auto [left, right] = std::minmax(from.x, to.x);
     if (!(left - halfWidth_ >= bounds_.left && right + halfWidth_ <= bounds_.right &&
-          straightBottom - straightTop >= kFewestStraight && line.upper.y > -kFarthest &&
-          line.lower.y < kFarthest)) {
+          straightBottom - straightTop >= kFewestStraight && line.upper.y > -kFarthestRow &&
+          line.lower.y < kFarthestRow)) {
         return AddRoundRows(line, top, bottom);
     }
-    constexpr auto kMost = static_cast<std::int32_t>(kFarthest);
+    constexpr auto kMost = static_cast<std::int32_t>(kFarthestRow);
     const std::int32_t first = FirstAt(straightTop, -kMost, kMost);
     const std::int32_t straightFrom = std::clamp(first, top, std::max(top, bottom));
     const std::int32_t straightEnd =
@@ -173,8 +173,8 @@ void HardLines::AddRows(const PointD& from, const PointD& to, std::int32_t top,
 void HardLines::AddRoundRows(const Capsule& line, std::int32_t top, std::int32_t bottom) const {
     for (std::int32_t row = top; row < bottom; ++row) {
         const double middle = row + 0.5;
-        double low = kFine;
-        double high = -kFine;
+        double low = kPartsOfDot;
+        double high = -kPartsOfDot;
         for (const PointD& end : {line.upper, line.lower}) {
             const double away = middle - end.y;
             const double square = line.square - away * away;
@@ -203,13 +203,13 @@ void HardLines::AddStraightRows(const Capsule& line, std::int32_t first, std::in
                                 std::int32_t bottom) const {
     if (top >= bottom) return;
     const double at = line.At(first + 0.5);
-    const double low = (at - line.side - 0.5) * kFine;
-    const std::int64_t step = TruncateToInt64(line.slope * kFine);
+    const double low = (at - line.side - 0.5) * kPartsOfDot;
+    const std::int64_t step = TruncateToInt64(line.slope * kPartsOfDot);
     const std::int64_t moved = step * (top - first);
     std::int64_t from = TruncateToInt64(low);
     if (static_cast<double>(from) < low) ++from;
     from += moved + kAlmostDot;
-    std::int64_t end = TruncateToInt64((at + line.side + 0.5) * kFine) + moved;
+    std::int64_t end = TruncateToInt64((at + line.side + 0.5) * kPartsOfDot) + moved;
     const BandDot ink = ink_;
     const std::ptrdiff_t width = band_.Width();
     BandDot* dots = band_.Row(top);
