@@ -42,7 +42,8 @@ void BitSums::Start(std::int32_t from, std::int32_t to) {
     from_ = from / 8 * 8;
     bytes_ = static_cast<std::size_t>((to - from_ + 7) / 8);
     std::fill_n(counts_.data(), bytes_, 0);
-    std::fill_n(weighted_.data(), 8 * bytes_, std::uint16_t{0});
+    std::memset(weighted_.data(), 0, 8 * bytes_ * sizeof weighted_[0]);
+    isEmpty_ = true;
 }
 
 void BitSums::Add(std::int32_t y, std::uint32_t weight, const PictureInk&) {
@@ -51,33 +52,41 @@ void BitSums::Add(std::int32_t y, std::uint32_t weight, const PictureInk&) {
     std::array<std::uint64_t, kBytes> spread;
     std::uint64_t* const to = weight == 256 ? counts_.data() : spread.data();
     if (weight != 256) std::fill_n(to, bytes_, 0);
+    bool isPaper = true;
     for (std::size_t i = 0; i < bytes_; i += 8) {
         const std::size_t count = std::min<std::size_t>(8, bytes_ - i);
         // Most of a plan is paper.
         if (count == 8 && IsZero(row + i)) continue;
+        isPaper = false;
         for (std::size_t k = i; k < i + count; ++k) to[k] += kSpread[row[k]];
     }
-    if (weight == 256) return;
+    isEmpty_ = isEmpty_ && isPaper;
+    if (isPaper || weight == 256) return;
     AddWeighted(reinterpret_cast<const std::uint8_t*>(spread.data()), 8 * bytes_, weight,
                 weighted_.data());
 }
 
 bool BitSums::Finish() {
+    if (isEmpty_) return false;
+    // Not elements of the arrays: builds that check each one would take seconds for a large
+    // picture.
     const auto* const counts = reinterpret_cast<const std::uint8_t*>(counts_.data());
+    std::uint16_t* const weighted = weighted_.data();
     std::uint16_t any = 0;
     for (std::size_t i = 0; i < 8 * bytes_; ++i) {
-        weighted_[i] = static_cast<std::uint16_t>(weighted_[i] + (counts[i] << 8));
-        any = static_cast<std::uint16_t>(any | weighted_[i]);
+        weighted[i] = static_cast<std::uint16_t>(weighted[i] + (counts[i] << 8));
+        any = static_cast<std::uint16_t>(any | weighted[i]);
     }
     if (any == 0) return false;
+    std::uint32_t* before = before_.data();
     std::uint32_t sum = 0;
     for (std::size_t i = 0; i < 8 * bytes_; i += 8) {
         for (std::size_t k = i; k < i + 8; ++k) {
-            before_[k] = sum;
-            sum += weighted_[k];
+            *before++ = sum;
+            sum += weighted[k];
         }
     }
-    before_[8 * bytes_] = sum;
+    *before = sum;
     return true;
 }
 

@@ -58,6 +58,7 @@ class BitSums {
     const PictureDots& picture_;
     std::int32_t from_ = 0;  // a multiple of 8
     std::size_t bytes_ = 0;
+    bool isEmpty_ = true;                                 // so far only eights of bytes of zeros
     std::array<std::uint64_t, kBytes> counts_{};          // a byte a column: rows of weight 256
     std::array<std::uint16_t, 8 * kBytes> weighted_{};    // all rows, in the end
     std::array<std::uint32_t, 8 * kBytes + 1> before_{};  // sums of the columns before
