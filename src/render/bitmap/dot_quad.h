@@ -2,8 +2,8 @@
 // what the processor has. Test: tests/render/bitmap/stroke_quality_test.cpp.
 #pragma once
 
-#ifdef __SSE__
-#include <xmmintrin.h>
+#ifdef __SSE2__
+#include <emmintrin.h>
 #endif
 
 #include <cstddef>
@@ -23,13 +23,19 @@ using QuadPairs = std::uint64_t __attribute__((vector_size(16)));
 inline QuadLongs AllFour(std::uint32_t value) { return QuadLongs{value, value, value, value}; }
 inline QuadFloats AllFour(float value) { return QuadFloats{value, value, value, value}; }
 
-// Compilers do not see that the processor has these in one instruction.
-#ifdef __SSE__
+// Compilers do not see that the processor has these in one instruction, or two.
+#ifdef __SSE2__
 inline QuadFloats AtLeast(QuadFloats values, float least) {
     return _mm_max_ps(values, AllFour(least));
 }
 inline QuadFloats AtMost(QuadFloats values, float most) {
     return _mm_min_ps(values, AllFour(most));
+}
+// Four bytes, the lowest first.
+inline QuadLongs Unpacked(std::uint32_t bytes) {
+    const __m128i packed = _mm_cvtsi32_si128(static_cast<int>(bytes));
+    const __m128i words = _mm_unpacklo_epi8(packed, _mm_setzero_si128());
+    return reinterpret_cast<QuadLongs>(_mm_unpacklo_epi16(words, _mm_setzero_si128()));
 }
 #else
 inline QuadFloats AtLeast(QuadFloats values, float least) {
@@ -37,6 +43,12 @@ inline QuadFloats AtLeast(QuadFloats values, float least) {
 }
 inline QuadFloats AtMost(QuadFloats values, float most) {
     return values < AllFour(most) ? values : AllFour(most);
+}
+inline QuadLongs Unpacked(std::uint32_t bytes) {
+    using Bytes = std::uint8_t __attribute__((vector_size(16)));
+    const auto packed = reinterpret_cast<Bytes>(QuadLongs{bytes, 0, 0, 0});
+    return reinterpret_cast<QuadLongs>(__builtin_shufflevector(
+        packed, Bytes{}, 0, 16, 16, 16, 1, 16, 16, 16, 2, 16, 16, 16, 3, 16, 16, 16));
 }
 #endif
 inline QuadFloats Absolute(QuadFloats values) {
@@ -49,14 +61,6 @@ inline QuadFloats AsFloats(QuadLongs values) {
 // Not negative ones, truncated.
 inline QuadLongs AsLongs(QuadFloats values) {
     return reinterpret_cast<QuadLongs>(__builtin_convertvector(values, QuadSigned));
-}
-
-// Four bytes, the lowest first.
-inline QuadLongs Unpacked(std::uint32_t bytes) {
-    using Bytes = std::uint8_t __attribute__((vector_size(16)));
-    const auto packed = reinterpret_cast<Bytes>(QuadLongs{bytes, 0, 0, 0});
-    return reinterpret_cast<QuadLongs>(__builtin_shufflevector(
-        packed, Bytes{}, 0, 16, 16, 16, 1, 16, 16, 16, 2, 16, 16, 16, 3, 16, 16, 16));
 }
 
 // Coverages of 255 as parts of 256, as Mix takes them, twice each.
