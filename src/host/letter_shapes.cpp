@@ -74,7 +74,9 @@ std::uint32_t LetterShapes::NumberOf(const Strokes& strokes) {
     std::size_t slot = hash & mask;
     for (; slots_[slot].number != kNone; slot = (slot + 1) & mask) {
         const std::uint32_t number = slots_[slot].number;
-        if (slots_[slot].hash == hash && Matches(shapes_[number], strokes)) return number;
+        if (slots_[slot].hash != hash || !Matches(shapes_[number], strokes)) continue;
+        ++shapes_[number].uses;
+        return number;
     }
     std::uint32_t& met = met_[hash % kMet];
     if (met != hash) {
@@ -102,6 +104,7 @@ std::uint32_t LetterShapes::Add(const Strokes& strokes) {
     shape.firstRun = static_cast<std::uint32_t>(lengths_.size());
     shape.points = static_cast<std::uint8_t>(strokes.count);
     shape.runs = static_cast<std::uint8_t>(strokes.runs);
+    shape.uses = 1;
     shape.box = BoxAround(strokes.points, strokes.count);
     shapes_.push_back(shape);  // first: without a slot nobody finds it
     points_.insert(points_.end(), strokes.points, strokes.points + strokes.count);

@@ -29,16 +29,14 @@ class Band {
   public:
     // Room for `rows` rows of `width` dots, both at least 1; none is there before Start. Throws
     // std::bad_alloc.
-    Band(std::int32_t width, std::int32_t rows) : width_(width), rows_(rows) {
-        dots_.reserve(Dots());
-    }
+    Band(std::int32_t width, std::int32_t rows) : width_(width) { dots_.reserve(Dots(rows)); }
 
     // Makes it the bare rows `top` to `bottom` - 1 of the page, not more than there is room for, on
     // paper of that colour.
     void Start(std::int32_t top, std::int32_t bottom, std::uint32_t paper = 0xFFFFFF) {
         top_ = top;
         bottom_ = bottom;
-        dots_.assign(Dots(), BandDot{paper, 0});
+        dots_.assign(Dots(bottom - top), BandDot{paper, 0});
     }
     // Forgets which strokes covered which dots.
     void ClearMarks() {
@@ -54,15 +52,14 @@ class Band {
     const BandDot* Row(std::int32_t y) const { return dots_.data() + Offset(y); }
 
   private:
-    std::size_t Dots() const {
-        return static_cast<std::size_t>(width_) * static_cast<std::size_t>(rows_);
+    std::size_t Dots(std::int32_t rows) const {
+        return static_cast<std::size_t>(width_) * static_cast<std::size_t>(rows);
     }
     std::size_t Offset(std::int32_t y) const {
         return static_cast<std::size_t>(y - top_) * static_cast<std::size_t>(width_);
     }
 
     std::int32_t width_;
-    std::int32_t rows_;
     std::int32_t top_ = 0;
     std::int32_t bottom_ = 0;
     std::vector<BandDot> dots_;

@@ -70,6 +70,7 @@ class BandDrawer {
         : page_(page), options_(options), raster_(raster), take_(take) {
         rows_ = RowsOfBand(raster, bandBytes);
         bands_ = (raster.height + rows_ - 1) / rows_;
+        if (options.smooth) letters_.emplace(page.drawing->Shapes(), raster.ToDots());
     }
 
     void Run() {
@@ -89,18 +90,18 @@ class BandDrawer {
     void Work() {
         try {
             PaintSettings settings = Settings();
-            PagePainter painter(settings, raster_.width, rows_);
+            PagePainter painter(*page_.drawing, settings, raster_.width, rows_);
             std::optional<PagePainter> onBlack;
             if (options_.background.kind == Background::Kind::kNone) {
                 settings.paper = 0;
                 settings.progress = nullptr;
-                onBlack.emplace(settings, raster_.width, rows_);
+                onBlack.emplace(*page_.drawing, settings, raster_.width, rows_);
             }
             for (std::int32_t band = next_++; band < bands_; band = next_++) {
                 const std::int32_t top = band * rows_;
                 const std::int32_t bottom = std::min(top + rows_, raster_.height);
-                Band& drawn = painter.Draw(*page_.drawing, top, bottom);
-                if (onBlack) MarkOpacity(drawn, onBlack->Draw(*page_.drawing, top, bottom));
+                Band& drawn = painter.Draw(top, bottom);
+                if (onBlack) MarkOpacity(drawn, onBlack->Draw(top, bottom));
                 if (!WaitForTurn(band)) return;
                 take_(drawn);
                 EndTurn();
@@ -115,6 +116,7 @@ class BandDrawer {
         settings.dotsPerUnit = raster_.dotsPerUnit;
         settings.hairline = raster_.hairline;
         settings.smooth = options_.smooth;
+        settings.letters = letters_ ? &*letters_ : nullptr;
         settings.whiteIsClear = page_.whiteIsClear;
         const Background& background = options_.background;
         settings.paper = background.kind == Background::Kind::kColour ? DotColour(background.colour)
@@ -151,6 +153,7 @@ class BandDrawer {
     const PageOptions& options_;
     const PageRaster& raster_;
     const std::function<void(const Band&)>& take_;
+    std::optional<FrequentLetters> letters_;
     std::int32_t rows_ = 0;
     std::int32_t bands_ = 0;
     std::atomic<std::int32_t> next_{0};

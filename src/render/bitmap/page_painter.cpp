@@ -62,19 +62,23 @@ CapsuleStrokes::End EndOf(LineCap cap) {
 
 }  // namespace
 
-PagePainter::PagePainter(const PaintSettings& settings, std::int32_t width, std::int32_t rows)
-    : settings_(settings),
+PagePainter::PagePainter(const DisplayList& list, const PaintSettings& settings, std::int32_t width,
+                         std::int32_t rows)
+    : list_(list),
+      settings_(settings),
       toDrawing_(Inverse(settings.toDots)),
       band_(width, rows),
       area_(width, rows, settings.smooth),
-      capsules_(band_, settings.smooth) {}
+      capsules_(band_, settings.smooth) {
+    if (settings.letters != nullptr) letters_.emplace(*settings.letters, settings.toDots);
+}
 
-Band& PagePainter::Draw(const DisplayList& list, std::int32_t top, std::int32_t bottom) {
+Band& PagePainter::Draw(std::int32_t top, std::int32_t bottom) {
     band_.Start(top, bottom, settings_.paper);
     patterns_.clear();
     lookIsOld_ = true;
     EndClipRegion();
-    Play(list, *this);
+    Play(list_, *this);
     return band_;
 }
 
@@ -174,6 +178,10 @@ bool PagePainter::Letter(const DrawingStyle& style, const LetterRecord& letter) 
     if (MayShow(corners, 2, look.shape.halfWidth * kMitreReach + 1.0)) {
         if (look.isFast) {
             capsules_.Fetch(ToDots(corners[0].x, corners[0].y), ToDots(corners[1].x, corners[1].y));
+        }
+        if (letters_ && look.isFast && look.dashes.lengths.empty() &&
+            letters_->Draw(letter, {look.shape.halfWidth, look.end}, look.colour, band_, bounds_)) {
+            return true;
         }
         PlacedLetter(letter).ForEachRun([&](PointSpan run) { StrokeLines(look, run); });
     }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "host/display_list_player.h"
@@ -13,6 +14,7 @@
 #include "render/bitmap/capsule_strokes.h"
 #include "render/bitmap/coverage_area.h"
 #include "render/bitmap/dashes.h"
+#include "render/bitmap/letter_masks.h"
 #include "render/bitmap/pattern_ink.h"
 #include "render/bitmap/stroke_outline.h"
 #include "render/page_frame.h"
@@ -26,6 +28,7 @@ struct PaintSettings {
     bool smooth = true;                         // else a dot is drawn when its centre is inside
     bool whiteIsClear = true;                   // white dots of pictures
     std::uint32_t paper = 0xFFFFFF;             // 0x00RRGGBB
+    const FrequentLetters* letters = nullptr;   // of the list; null: masks are not used
     std::function<void()> checkpoint;           // called now and then; may throw; may be empty
     std::function<void(int percent)> progress;  // of the list; may be empty
 };
@@ -33,11 +36,12 @@ struct PaintSettings {
 // Draws any number of bands, one after the other. Each dot comes out the same whatever the bands.
 class PagePainter final : public DisplayListVisitor {
   public:
-    // Bands are `width` dots wide and at most `rows` high.
-    PagePainter(const PaintSettings& settings, std::int32_t width, std::int32_t rows);
+    // Bands are `width` dots wide and at most `rows` high. The list must outlive this.
+    PagePainter(const DisplayList& list, const PaintSettings& settings, std::int32_t width,
+                std::int32_t rows);
 
     // The rows `top` to `bottom` - 1 of the page; valid until the next call.
-    Band& Draw(const DisplayList& list, std::int32_t top, std::int32_t bottom);
+    Band& Draw(std::int32_t top, std::int32_t bottom);
 
     void Lines(const DrawingStyle& style, PointSpan points) override;
     bool Letter(const DrawingStyle& style, const LetterRecord& letter) override;
@@ -105,11 +109,13 @@ class PagePainter final : public DisplayListVisitor {
     void Put(const Ink& ink, std::int32_t y, std::int32_t x, std::int32_t count, unsigned coverage);
     unsigned PatternCoverage(const PatternInk& pattern, std::int32_t x, std::int32_t y) const;
 
+    const DisplayList& list_;
     PaintSettings settings_;
     Matrix toDrawing_;
     Band band_;
     CoverageArea area_;
     CapsuleStrokes capsules_;
+    std::optional<LetterMasks> letters_;
     DotBox bounds_;                   // what may be drawn of the band
     std::vector<std::uint8_t> mask_;  // of a clip region that is no rectangle, a byte a dot
     bool masked_ = false;
