@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 
 namespace qm {
@@ -49,6 +50,14 @@ inline std::int32_t WrapSubtract(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
 }
 inline std::int32_t WrapNegate(std::int32_t a) { return WrapSubtract(0, a); }
+
+// The eight bytes from `from` on, the first one lowest.
+inline std::uint64_t WordAt(const std::uint8_t* from) {
+    static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the processors this is built for");
+    std::uint64_t word = 0;
+    std::memcpy(&word, from, sizeof word);
+    return word;
+}
 
 // Bytes that `count` items of `size` bytes take, or nothing when a count is negative or the product
 // exceeds `limit`. Asked before every allocation whose size comes from a file.

@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "common/numbers.h"
+
 namespace qm {
 namespace {
 
@@ -11,13 +13,6 @@ constexpr std::size_t kLongestJoined = 126;  // of a literal that a run of 2 may
 constexpr std::size_t kWord = sizeof(std::uint64_t);
 
 constexpr std::uint64_t kOnes = 0x0101010101010101;
-
-// The first byte is the lowest on every machine; compilers make one load of it.
-std::uint64_t LoadWord(const std::uint8_t* from) {
-    std::uint64_t word = 0;
-    for (unsigned i = 0; i < kWord; ++i) word |= std::uint64_t{from[i]} << (8 * i);
-    return word;
-}
 
 // Bit 7 of each byte that is 0 in `word`, and no other bit.
 std::uint64_t ZeroBytes(std::uint64_t word) {
@@ -29,7 +24,7 @@ std::uint64_t ZeroBytes(std::uint64_t word) {
 // none. Eight bytes at a time: literals of photographs are long.
 const std::uint8_t* FindRun(const std::uint8_t* from, const std::uint8_t* end) {
     for (; static_cast<std::size_t>(end - from) > kWord; from += kWord) {
-        const std::uint64_t equal = ZeroBytes(LoadWord(from) ^ LoadWord(from + 1));
+        const std::uint64_t equal = ZeroBytes(WordAt(from) ^ WordAt(from + 1));
         if (equal != 0) return from + __builtin_ctzll(equal) / 8;
     }
     while (end - from > 1 && from[0] != from[1]) ++from;
@@ -43,7 +38,7 @@ const std::uint8_t* EndOfRun(const std::uint8_t* from, const std::uint8_t* end) 
     from += 2;
     if (from < end && *from != byte) return from;
     for (; static_cast<std::size_t>(end - from) >= kWord; from += kWord) {
-        const std::uint64_t other = LoadWord(from) ^ repeated;
+        const std::uint64_t other = WordAt(from) ^ repeated;
         if (other != 0) return from + __builtin_ctzll(other) / 8;
     }
     while (from < end && *from == byte) ++from;

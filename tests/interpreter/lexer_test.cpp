@@ -16,7 +16,7 @@ using namespace std::string_literals;
 struct RealRow {
     std::string text;
     double value;
-    char next;  // the byte that stays unread
+    std::uint8_t next;  // the byte that stays unread
 };
 
 void PrintTo(const RealRow& row, std::ostream* out) { *out << '"' << row.text << '"'; }
@@ -53,12 +53,12 @@ TEST_P(Reals, AreReadAlikeInsideABlockAndAcrossItsEdge) {
 INSTANTIATE_TEST_SUITE_P(
     All, Reals,
     testing::Values(RealRow{"10,", 10.0, ','}, RealRow{"-7654321;", -7654321.0, ';'},
-                    RealRow{",12345678:", 12345678.0, ':'},
-                    RealRow{" ,\r\n\t\1\x1F-.5;", -0.5, ';'}, RealRow{"1e3", 1.0, 'e'},
-                    RealRow{"3.P", 3.0, 'P'}, RealRow{"+;", 0.0, ';'}, RealRow{"-;", -0.0, ';'},
-                    RealRow{"1\r\n2\0003.\n4\n;"s, 123.4, ';'}, RealRow{"4294967297;", 1.0, ';'},
-                    RealRow{"3000000000;", -1294967296.0, ';'}, RealRow{"--5", -0.0, '-'},
-                    RealRow{"1.5.5", 1.5, '.'},
+                    RealRow{",12345678:", 12345678.0, ':'}, RealRow{"1234567:", 1234567.0, ':'},
+                    RealRow{"98\xBB;", 98.0, 0xBB}, RealRow{" ,\r\n\t\1\x1F-.5;", -0.5, ';'},
+                    RealRow{"1e3", 1.0, 'e'}, RealRow{"3.P", 3.0, 'P'}, RealRow{"+;", 0.0, ';'},
+                    RealRow{"-;", -0.0, ';'}, RealRow{"1\r\n2\0003.\n4\n;"s, 123.4, ';'},
+                    RealRow{"4294967297;", 1.0, ';'}, RealRow{"3000000000;", -1294967296.0, ';'},
+                    RealRow{"--5", -0.0, '-'}, RealRow{"1.5.5", 1.5, '.'},
                     RealRow{"0.0000000000000000000000000001;", Tenths(28), ';'}));
 
 TEST(Lexer, WhatIsNoNumberStaysUnread) {
