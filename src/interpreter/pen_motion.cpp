@@ -49,8 +49,8 @@ void Drawing::NextSubPolygon() {
 
 namespace {
 
-// The coordinate pairs behind PU, PD, PA and PR. No pair with the pen down is a dot.
-void PlotPairs(Parameters& in, Drawing& drawing, const LabelState& label) {
+// Moves or draws to all pairs; false when there is none.
+bool FollowPairs(Parameters& in, Drawing& drawing, const LabelState& label) {
     const PenMotion& motion = drawing.motion;
     bool any = false;
     PointD target;
@@ -64,7 +64,33 @@ void PlotPairs(Parameters& in, Drawing& drawing, const LabelState& label) {
         }
         if (label.SymbolChar != 0) DrawSymbol(label, drawing);
     }
-    if (!any && motion.penDown && !drawing.polygon.mode) drawing.DrawTo(motion.penPos);
+    return any;
+}
+
+// The same where they are lines and nothing else: what one ends at, the next begins at, and is
+// converted once.
+bool DrawPairs(Parameters& in, Drawing& drawing) {
+    PenMotion& motion = drawing.motion;
+    PointD target;
+    if (!in.GetPoint(target)) return false;
+    PointI from = drawing.coordinates.ToPlotter(motion.penPos);
+    do {
+        if (motion.relative) target = target + motion.penPos;
+        motion.penPos = target;
+        const PointI to = drawing.coordinates.ToPlotter(target);
+        drawing.EmitSegment(from, to);
+        from = to;
+    } while (in.GetPoint(target));
+    drawing.out.MarkDrawn();
+    return true;
+}
+
+// The coordinate pairs behind PU, PD, PA and PR. No pair with the pen down is a dot.
+void PlotPairs(Parameters& in, Drawing& drawing, const LabelState& label) {
+    const bool draws = drawing.motion.penDown && !drawing.polygon.mode;
+    const bool isPlain = draws && drawing.DrawsLines() && label.SymbolChar == 0;
+    const bool any = isPlain ? DrawPairs(in, drawing) : FollowPairs(in, drawing, label);
+    if (!any && draws) drawing.DrawTo(drawing.motion.penPos);
 }
 
 }  // namespace
