@@ -102,18 +102,20 @@ bool LetterMasks::Draw(const LetterRecord& letter, const Pen& pen, std::uint32_t
     const auto part = static_cast<std::uint32_t>((y & (kParts - 1)) * kParts + (x & (kParts - 1)));
     const Place place{(x - (x & (kParts - 1))) / kParts, (y - (y & (kParts - 1))) / kParts, part};
     PenMasks* const known = MasksOf(pen);
-    if (known == nullptr) {
-        const std::size_t size = coverages_.size();
-        Put(MakeMask(letter, pen, box, part), place, colour, band, bounds);
-        coverages_.resize(size);
+    std::uint32_t* const kept = known ? &known->masks[number * kPlaces + part] : nullptr;
+    if (kept != nullptr && *kept != 0) {
+        Put(masks_[*kept - 1], place, colour, band, bounds);
         return true;
     }
-    std::uint32_t& mask = known->masks[number * kPlaces + part];
-    if (mask == 0) {
-        masks_.push_back(MakeMask(letter, pen, box, part));
-        mask = static_cast<std::uint32_t>(masks_.size());
+    const std::size_t before = coverages_.size();
+    const Mask mask = MakeMask(letter, pen, box, part);
+    Put(mask, place, colour, band, bounds);
+    if (kept == nullptr || before > kMostBytes) {
+        coverages_.resize(before);
+        return true;
     }
-    Put(masks_[mask - 1], place, colour, band, bounds);
+    masks_.push_back(mask);
+    *kept = static_cast<std::uint32_t>(masks_.size());
     return true;
 }
 

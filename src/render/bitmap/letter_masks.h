@@ -35,7 +35,7 @@ class FrequentLetters {
     static constexpr std::uint32_t kFewest = 256;
     // Letters that are larger, in dots, are, too.
     static constexpr double kLargest = 36.0;
-    // All masks of so many dots are kept; further shapes are drawn stroke by stroke.
+    // Of all masks together, with a thin pen; further shapes are drawn stroke by stroke.
     static constexpr double kMostDots = 1 << 23;
 
   private:
@@ -63,10 +63,11 @@ class LetterMasks {
               const DotBox& bounds);
 
   private:
-    // Pens whose masks are kept; those of further ones are drawn anew for each letter.
+    // Masks of further pens, and those that more bytes are kept of, are drawn anew for each letter.
     static constexpr std::size_t kMostPens = 8;
-    static constexpr double kWidestPen = 2.0;  // half of it, in dots
-    static constexpr std::int32_t kSide = 48;  // of the largest mask
+    static constexpr std::size_t kMostBytes = std::size_t{1} << 23;  // in each thread
+    static constexpr double kWidestPen = 2.0;                        // half of it, in dots
+    static constexpr std::int32_t kSide = 48;                        // of the largest mask
 
     // Coverages, row by row; rows are filled up to whole fours.
     struct Mask {
