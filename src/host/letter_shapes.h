@@ -30,7 +30,7 @@ class LetterShapes {
     }
     const BoxI& BoxOf(std::uint32_t number) const { return shapes_[number].box; }
     std::uint32_t Count() const { return static_cast<std::uint32_t>(shapes_.size()); }
-    // How many letters of the list have the shape.
+    // How often NumberOf gave it: about how many letters of the list have the shape.
     std::uint32_t UsesOf(std::uint32_t number) const { return shapes_[number].uses; }
 
     std::size_t UsedBytes() const;
@@ -44,7 +44,7 @@ class LetterShapes {
     struct Shape {
         std::uint32_t firstPoint = 0;
         std::uint32_t firstRun = 0;
-        std::uint32_t uses = 0;  // NumberOf gave its number
+        std::uint32_t uses = 0;
         std::uint8_t points = 0;
         std::uint8_t runs = 0;
         BoxI box;
